@@ -1,0 +1,45 @@
+#include "core/application_folder.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QStandardPaths>
+#include <utility>
+
+#include "core/steps.h"
+
+namespace tessa {
+
+ApplicationFolder::ApplicationFolder(QString writable, QString installed)
+    : writable_(std::move(writable)), installed_(std::move(installed)) {}
+
+ApplicationFolder ApplicationFolder::ForExecutable(const QString& executablePath) {
+  const QString own = QFileInfo(executablePath).absolutePath();
+  const QString installed = QDir::cleanPath(own + QStringLiteral("/../share/tessaview"));
+  if (QFileInfo(own).isWritable()) {
+    const bool dataBeside = QFile::exists(own + QStringLiteral("/palette.dta"));
+    return {own, dataBeside ? own : installed};
+  }
+  const QString users = QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) +
+                        QStringLiteral("/tessaview");
+  return {users, installed};
+}
+
+QString ApplicationFolder::FindForReading(const QString& name) const {
+  const QString own = writable_ + QLatin1Char('/') + name;
+  return QFile::exists(own) ? own : installed_ + QLatin1Char('/') + name;
+}
+
+QString ApplicationFolder::TemporaryPath() {
+  if (temporary_ == nullptr) {
+    QDir().mkpath(writable_);
+    auto made = std::make_unique<QTemporaryDir>(writable_ + QStringLiteral("/tmp-XXXXXX"));
+    if (!made->isValid()) {
+      throw StepFailure("no folder for temporary files: " + made->errorString().toStdString());
+    }
+    temporary_ = std::move(made);
+  }
+  return temporary_->path();
+}
+
+}  // namespace tessa

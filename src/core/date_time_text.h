@@ -1,0 +1,15 @@
+#pragma once
+
+#include <QString>
+#include <string>
+
+namespace tessa {
+
+/// "h:nn:ss AM/PM" from the digits HHMMSS. Digits that are no time stay as the joined text.
+QString TimeFromDigits(const std::string& digits);
+
+/// "m/dd/yyyy" from the digits YYMMDD; years below 80 are 20yy. Digits that are no date stay as the
+/// joined text MM/DD/YY.
+QString DateFromDigits(const std::string& digits);
+
+}  // namespace tessa

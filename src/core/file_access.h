@@ -1,0 +1,32 @@
+#pragma once
+
+#include <QString>
+#include <cstdint>
+#include <optional>
+
+#include "formats/byte_reader.h"
+#include "formats/byte_writer.h"
+#include "formats/problem.h"
+
+namespace tessa {
+
+struct FileStart {
+  Bytes Data;              // The first bytes of the file, as many as were asked for and are there.
+  std::uint64_t Size = 0;  // Length of the whole file.
+};
+
+/// Reads the first `limit` bytes of a regular file. A missing, unreadable or irregular file (a
+/// folder, a pipe) gives nothing and a fault that says why.
+std::optional<FileStart> ReadFileStart(const QString& path, std::uint64_t limit, Problems& faults);
+
+enum class Overwrite { kRefuse, kReplace };
+
+/// Writes a whole file through a temporary name in the same folder and a rename, so that the path
+/// holds either the old file or the whole new one. Follows a symbolic link to its target and keeps
+/// an old file's permissions. With kRefuse an existing file is left alone. Throws StepFailure.
+void WriteWholeFile(const QString& path, ByteSpan content, Overwrite overwrite);
+
+/// The system's words for an error number, in UTF-8.
+std::string SystemErrorText(int errorNumber);
+
+}  // namespace tessa

@@ -1,0 +1,40 @@
+#pragma once
+
+#include "core/progress.h"
+#include "core/session.h"
+#include "view/render.h"
+
+namespace tessa {
+
+/// Opens the file named in the open image's record: prepares the view, loads, shows the result.
+/// Never fails as a whole; what went wrong stands in the session's Faults and Steps.
+void OpenCurrentImage(Session& session, Progress& progress);
+
+/// Brings the file into the record and the buffer: reset, dispatch on the file's ending, scale,
+/// display state, row pass, zoom.
+void LoadImageFile(Session& session, Progress& progress);
+
+/// Names `path` (as on disk) and opens it. For callers that have a path at hand.
+void OpenPath(const QString& path, Session& session, Progress& progress);
+
+/// Closes the open image: names and texts become empty, the blank panel shows.
+void CloseImage(Session& session, Progress& progress);
+
+/// The references that rendering works on.
+RenderPieces PiecesForRendering(Session& session, Progress& progress);
+
+/// "Load Image SIT Images": the tool tip of the load button for the present kind.
+QString LoadButtonTip(int imageKind, const Strings& strings);
+
+/// "Range: ..." and "Emissivity: ..." in status panels 5 and 4.
+void ShowCalibratedRange(const OpenImage& image, const Strings& strings, ViewState& view);
+void ShowEmissivity(const OpenImage& image, const Strings& strings, ViewState& view);
+
+/// "Loading" and the path in the progress caption, painted at once.
+void ShowLoadingText(const QString& loadingWord, const OpenImage& image, ViewState& view,
+                     Progress& progress);
+
+/// Every width and height field takes the buffer's size.
+void TakeBufferSize(const Picbuf& buffer, OpenImage& image);
+
+}  // namespace tessa

@@ -1,0 +1,63 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <span>
+#include <vector>
+
+namespace tessa {
+
+/// Temperatures of an image, degrees Celsius, indexed [column, row] from 0 with the column running
+/// fastest in memory. Indices are checked: a wrong one throws std::out_of_range.
+class TemperatureGrid {
+ public:
+  /// Width x height cells of 0 degrees.
+  void Allocate(int width, int height);
+
+  int Width() const { return width_; }
+  int Height() const { return height_; }
+  bool Empty() const { return cells_.empty(); }
+
+  float& At(int column, int row) { return cells_[Index(column, row)]; }
+  float At(int column, int row) const { return cells_[Index(column, row)]; }
+  /// The cell nearest to the position, for readouts at and past the edge; 0 for an empty grid.
+  float AtClamped(int column, int row) const;
+  std::span<float> Row(int row);
+  std::span<const float> Row(int row) const;
+  std::span<float> Cells() { return cells_; }
+  std::span<const float> Cells() const { return cells_; }
+
+ private:
+  std::size_t Index(int column, int row) const;
+
+  int width_ = 0;
+  int height_ = 0;
+  std::vector<float> cells_;
+};
+
+/// The displayed 8-bit values of an image, one run of 32-bit cells for each image row. A row has
+/// 1501 cells, so 1501 is the widest picture whose values can be held. Memory is only taken for the
+/// cells that the image's width can use.
+class RowCells {
+ public:
+  static constexpr int kCellsPerRow = 1501;
+
+  /// `rows` rows of zeros for an image of `width` columns.
+  void Allocate(int rows, int width);
+
+  int Rows() const { return rows_; }
+  /// Usable cells of a row: min(image width, 1501).
+  int CellCount() const { return cells_; }
+  /// The cells of image row `row` (from 0). Throws std::out_of_range for a row that is not there.
+  std::span<std::int32_t> Row(int row);
+  std::span<const std::int32_t> Row(int row) const;
+
+ private:
+  std::size_t Start(int row) const;
+
+  int rows_ = 0;
+  int cells_ = 0;
+  std::vector<std::int32_t> values_;
+};
+
+}  // namespace tessa

@@ -1,0 +1,45 @@
+#pragma once
+
+#include <QString>
+
+#include "core/application_folder.h"
+#include "core/language_strings.h"
+#include "core/open_image.h"
+#include "core/settings.h"
+#include "core/steps.h"
+#include "core/view_state.h"
+#include "formats/problem.h"
+#include "view/palettes.h"
+#include "view/range_slider.h"
+#include "view/readout.h"
+#include "view/view_buffers.h"
+
+namespace tessa {
+
+/// Everything that one running program, one batch job or one test has. main() makes it and hands it
+/// on; nothing in the program is global beside it.
+struct Session {
+  explicit Session(ApplicationFolder folder) : Folder(std::move(folder)) {}
+  Session(const Session&) = delete;
+  Session& operator=(const Session&) = delete;
+
+  OpenImage Image;
+  ViewState View;
+  ViewBuffers Buffers;
+  RangeSlider Range;  // The model of RangeV.
+  Readout Cursor;
+  tessa::Palettes Palettes;
+  tessa::Settings Settings;
+  Strings Words;
+  ApplicationFolder Folder;
+  QString PendingCommandFile;  // Exact path from the command line that waits to be opened.
+
+  // What the last load found wrong.
+  Problems Faults;  // With the file.
+  StepLog Steps;    // With the steps of the load.
+};
+
+/// Reads palettes and makes the strips: what has to be done once before anything is opened.
+void PrepareSession(Session& session);
+
+}  // namespace tessa

@@ -1,0 +1,42 @@
+#pragma once
+
+#include <QString>
+#include <QStringList>
+#include <optional>
+
+#include "core/session.h"
+#include "formats/byte_writer.h"
+
+namespace tessa {
+
+/// Which temperatures span the palette of an exported picture.
+struct ExportRange {
+  enum class Choice { kStored, kImage, kEntered };
+  Choice From = Choice::kStored;
+  double Low = 0.0;  // Entered, in the unit of the export.
+  double High = 0.0;
+};
+
+struct ExportOptions {
+  int Palette = 0;  // Position in the palette list.
+  bool Reverse = false;
+  ExportRange Range;
+  char Unit = 'C';  // 'C' or 'F', for entered ranges and temperatures in text.
+};
+
+/// The endings that an image can be exported to, in lower case.
+const QStringList& ExportEndings();
+
+/// "stored", "image" or "LOW:HIGH"; nothing when the text is none of them.
+std::optional<ExportRange> ParseExportRange(const QString& text);
+
+/// Loads `path` into the session as the options say. Throws StepFailure with the plain reason when
+/// there is no image in it or the range cannot be had.
+void LoadForExport(const QString& path, const ExportOptions& options, Session& session);
+
+/// The open image's bytes in the format of `ending`: bmp (8-bit indices and palette), png, jpg
+/// (quality 95), csv (temperatures, shortest digits that give the single back) or tif (one 32-bit
+/// float a pixel, degrees Celsius). Throws StepFailure.
+Bytes EncodeForExport(const Session& session, const QString& ending, char unit);
+
+}  // namespace tessa

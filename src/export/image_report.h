@@ -1,0 +1,18 @@
+#pragma once
+
+#include <QJsonObject>
+#include <QString>
+
+#include "core/session.h"
+
+namespace tessa {
+
+/// All that is known about the open image: every field of OpenImage that a load sets under its own
+/// name, and Kind, Comment, Memo, Status (the six panels), RangeControl and Problems. Singles
+/// appear with the fewest digits that give the same 32-bit value back.
+QJsonObject ReportAsJson(const Session& session);
+
+/// The same for people: a few aligned lines, temperatures in the unit of display.
+QString ReportAsText(const Session& session);
+
+}  // namespace tessa

@@ -1,0 +1,9 @@
+#pragma once
+
+namespace tessa {
+
+/// The command-line tool: parses the arguments, runs the command, reports on the standard streams.
+/// Returns the exit status: 0 done, 1 something could not be read or written, 2 a wrong call.
+int RunToolCommandLine(int argc, char** argv);
+
+}  // namespace tessa

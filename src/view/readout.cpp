@@ -1,0 +1,79 @@
+#include "view/readout.h"
+
+#include <algorithm>
+
+#include "view/units.h"
+
+namespace tessa {
+namespace {
+
+bool ReadsGrid(const OpenImage& image) {
+  const QString ending = KindEnding(image.CurrentFile);
+  return ending == QLatin1String("TMP") || ending == QLatin1String("RTI") ||
+         ending == QLatin1String("SEQ") || ending == QLatin1String("SIT") ||
+         ending == QLatin1String("TXI") || ending == QLatin1String("BMP");
+}
+
+/// Temperature in the unit of display at a 1-based position whose palette index is `index`.
+double TemperatureAt(int x, int y, int index, const OpenImage& image) {
+  if (ReadsGrid(image)) {
+    return InDisplayUnits(static_cast<double>(image.TempGrid.AtClamped(x - 1, y - 1)),
+                          image.DisplayUnits);
+  }
+  const double minimum = ParseNumber(image.ScaleLowText);
+  const double maximum = ParseNumber(image.ScaleHighText);
+  const double value = (maximum - minimum) * (index / 255.0) + minimum;
+  return std::clamp(value, std::min(minimum, maximum), std::max(minimum, maximum));
+}
+
+int IndexAt(int x, int y, const OpenImage& image) {
+  if (x < 1 || x > image.ImageWidth || y < 1 || y > image.ImageHeight ||
+      y > image.RowBuffers.Rows() || x > image.RowBuffers.CellCount()) {
+    return 0;
+  }
+  return image.RowBuffers.Row(y - 1)[static_cast<std::size_t>(x - 1)];
+}
+
+/// The position panels keep the blank that stands for a number's plus sign.
+QString Joined(const QString& text, int number) {
+  return text + (number >= 0 ? QStringLiteral(" ") : QString()) + QString::number(number);
+}
+
+}  // namespace
+
+bool UpdateReadout(int clientX, int clientY, const OpenImage& image, const Picbuf& picture,
+                   const Strings& strings, Readout& readout, ViewState& view) {
+  const int x = picture.ClientToImageX(clientX) + 1;
+  const int y = picture.ClientToImageY(clientY) + 1;
+  if (x == readout.LastX && y == readout.LastY) {
+    return false;
+  }
+  readout.LastX = x;
+  readout.LastY = y;
+  readout.ReadoutIndex = IndexAt(x, y, image);
+  view.StatusPanel[1] = Joined(QStringLiteral("X: "), x);
+  view.StatusPanel[2] = Joined(QStringLiteral("Y: "), y);
+  if (image.HasTemperature) {
+    const QString text =
+        FormatTenths(TemperatureAt(x, y, readout.ReadoutIndex, image)) +
+        (view.CelsiusSelected ? QStringLiteral(" \u00B0C") : QStringLiteral(" \u00B0F"));
+    view.PictureTip = QLatin1Char(' ') + text + QLatin1Char(' ');
+    view.StatusPanel[3] = strings.LangString(256, "Temp") + QStringLiteral(": ") + text;
+  } else {
+    view.PictureTip.clear();
+    view.StatusPanel[3] = strings.LangString(205, "Palette Entry") + QStringLiteral(": ") +
+                          QString::number(readout.ReadoutIndex);
+  }
+  return true;
+}
+
+void ClearReadout(Readout& readout, ViewState& view) {
+  readout.LastX = -1;
+  readout.LastY = -1;
+  view.PictureTip.clear();
+  view.StatusPanel[1].clear();
+  view.StatusPanel[2].clear();
+  view.StatusPanel[3].clear();
+}
+
+}  // namespace tessa

@@ -1,0 +1,108 @@
+#include "view/render.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "view/range_control.h"
+#include "view/render_mapping.h"
+#include "view/units.h"
+
+namespace tessa {
+namespace {
+
+/// Columns of the kinds whose stored rows are wider than their picture.
+constexpr int kNarrowColumns = 255;
+
+float FiniteFloat(double value) {
+  const auto stored = static_cast<float>(value);
+  if (!std::isfinite(stored)) {
+    throw StepFailure("the number does not fit single precision");
+  }
+  return stored;
+}
+
+RenderLine LineFor(float lo, float hi, StepLog& steps) {
+  RenderLine line;
+  steps.Run("gain", [&] {
+    line.Gain = FiniteFloat(Divide(255.0, static_cast<double>(hi) - static_cast<double>(lo)));
+  });
+  steps.Run("offset", [&] {
+    line.Offset = FiniteFloat(0.0 - static_cast<double>(line.Gain) * static_cast<double>(lo));
+  });
+  return line;
+}
+
+void Render(float& lo, float& hi, int columns, const RenderPieces& pieces) {
+  OpenImage& image = pieces.Image;
+  SpreadEqualEnds(lo, hi, pieces.Slider.ScaleMaxLimit());
+  const RenderLine line = LineFor(lo, hi, pieces.Steps);
+  image.ScaleHighText = SixCharacters(TemperatureText(static_cast<double>(hi), image.DisplayUnits));
+  image.ScaleLowText = SixCharacters(TemperatureText(static_cast<double>(lo), image.DisplayUnits));
+  pieces.Steps.Run("scale display", [&] { UpdateRangeDisplay(image, pieces.View, pieces.Words); });
+
+  std::int32_t value = 0;
+  for (int row = 0; row < image.ImageHeight; ++row) {
+    if (pieces.View.RenderProgressVisible) {
+      pieces.View.RenderProgress = (row + 1.0) / image.ImageHeight * 100.0;
+      pieces.Watcher.Advance();
+    }
+    pieces.Steps.Run("render row", [&] {
+      const auto degrees = std::as_const(image.TempGrid).Row(row);
+      const std::span<std::int32_t> cells = image.RowBuffers.Row(row);
+      const std::span<std::uint8_t> indices = pieces.Picture.IndexRow(row);
+      const auto count = std::min({static_cast<std::size_t>(std::max(columns, 0)), degrees.size(),
+                                   cells.size(), indices.size()});
+      if (count < indices.size() && cells.size() < indices.size()) {
+        throw std::out_of_range("the picture is wider than a row buffer");
+      }
+      MapToIndices(degrees.first(count), line, value, cells, indices);
+    });
+  }
+  pieces.Picture.FileType = Picbuf::kBmp;
+  pieces.Picture.Refresh();
+  pieces.View.BusyPointer = false;
+}
+
+}  // namespace
+
+void RenderRows(float& lo, float& hi, const RenderPieces& pieces) {
+  const QString ending = KindEnding(pieces.Image.CurrentFile);
+  const bool wide = ending == QLatin1String("TXI") || ending == QLatin1String("SEQ") ||
+                    ending == QLatin1String("BMP") || ending == QLatin1String("RTI");
+  Render(lo, hi, wide ? pieces.Image.ImageWidth : kNarrowColumns, pieces);
+}
+
+void RenderRowsSit(float& lo, float& hi, const RenderPieces& pieces) {
+  Render(lo, hi, pieces.Image.ImageWidth, pieces);
+}
+
+void ToggleRangeSource(const RenderPieces& pieces) {
+  const OpenImage& image = pieces.Image;
+  const QString ending = KindEnding(image.CurrentFile);
+  const bool plain =
+      ending == QLatin1String("TMP") || (ending == QLatin1String("BMP") && image.HasTemperature);
+  const bool toImage = pieces.View.Source == RangeSource::kStored;
+  pieces.View.Source = toImage ? RangeSource::kImage : RangeSource::kStored;
+  float lo = 0.0F;
+  float hi = 0.0F;
+  if (plain) {
+    lo = toImage ? image.TempMin : image.ScaleMin;
+    hi = toImage ? image.TempMax : image.ScaleMax;
+    RenderRows(lo, hi, pieces);
+  } else {
+    lo = toImage ? image.SitTempMin : image.SitScaleMin;
+    hi = toImage ? image.SitTempMax : image.SitScaleMax;
+    RenderRowsSit(lo, hi, pieces);
+  }
+}
+
+void ShowInRange(float lo, float hi, const RenderPieces& pieces) {
+  pieces.Slider.SetRangeValues(true, static_cast<double>(hi), static_cast<double>(lo));
+  if (pieces.Image.ImageKind == KindSit) {
+    RenderRowsSit(lo, hi, pieces);
+  } else {
+    RenderRows(lo, hi, pieces);
+  }
+}
+
+}  // namespace tessa

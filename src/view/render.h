@@ -1,0 +1,41 @@
+#pragma once
+
+#include "core/language_strings.h"
+#include "core/open_image.h"
+#include "core/progress.h"
+#include "core/steps.h"
+#include "core/view_state.h"
+#include "view/picbuf.h"
+#include "view/range_slider.h"
+
+namespace tessa {
+
+/// What a change of range works on; references to the parts of a session.
+struct RenderPieces {
+  OpenImage& Image;
+  ViewState& View;
+  Picbuf& Picture;
+  RangeSlider& Slider;
+  const Strings& Words;
+  StepLog& Steps;
+  Progress& Watcher;
+};
+
+/// Maps TempGrid onto palette indices so that `lo` becomes 0 and `hi` 255, both degrees Celsius,
+/// writes the range texts and brings the scale into line. Equal ends are spread first; the caller
+/// sees the result. For every kind but SIT. Kinds that neither TXI, SEQ, BMP nor RTI files hold are
+/// drawn in their first 255 columns only; the others keep what the loader gave them.
+void RenderRows(float& lo, float& hi, const RenderPieces& pieces);
+
+/// The same for SIT images, over all columns.
+void RenderRowsSit(float& lo, float& hi, const RenderPieces& pieces);
+
+/// Flips between the stored scale (red) and the image's extremes (green) and renders, as the end of
+/// a load does.
+void ToggleRangeSource(const RenderPieces& pieces);
+
+/// Shows the image in the given range without remembering it: the thumbs follow when the range
+/// control accepts the values. For images that CanMoveRange.
+void ShowInRange(float lo, float hi, const RenderPieces& pieces);
+
+}  // namespace tessa

@@ -1,0 +1,64 @@
+#include "view/zoom.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace tessa {
+namespace {
+
+constexpr int kSmallWidth = 320;
+constexpr int kFullSizeWidth = 640;
+
+void SetScale(const ZoomState& zoom, Picbuf& picture) {
+  const auto factor = static_cast<double>(zoom.ZoomFactor);
+  if (factor < 1.0 && zoom.ZoomLevel == 1) {
+    picture.ZoomNumerator = 1.0;
+    picture.ZoomDenominator = 1.0 / factor;
+  } else {
+    picture.ZoomNumerator = zoom.ZoomLevel * factor;
+    picture.ZoomDenominator = 1.0;
+  }
+}
+
+}  // namespace
+
+void SetZoomForWidth(int imageWidth, ZoomState& zoom, Picbuf& picture) {
+  zoom.ZoomMin = 1;
+  zoom.ZoomMax = 15;
+  zoom.ZoomCentreX = -1;
+  zoom.ZoomCentreY = -1;
+  zoom.ZoomFactor = imageWidth <= kSmallWidth ? 1.0F : 0.5F;
+  SetZoomLevel(imageWidth <= kFullSizeWidth ? 2 : 1, zoom, picture);
+  picture.ScrollView(0, 0);
+}
+
+void SetZoomLevel(int level, ZoomState& zoom, Picbuf& picture) {
+  zoom.ZoomLevel = std::clamp(level, zoom.ZoomMin, zoom.ZoomMax);
+  SetScale(zoom, picture);
+}
+
+ViewPlacement PlaceView(const Picbuf& picture, int areaWidth, int areaHeight) {
+  const double scale = picture.ZoomNumerator / picture.ZoomDenominator;
+  const auto place = [scale](int size, int area, int& start, int& shown, int& maxPan) {
+    const auto scaled = static_cast<int>(std::floor(size * scale));
+    shown = std::min(scaled, std::max(area, 0));
+    start = (area - shown) / 2;
+    maxPan = scaled > area ? size - static_cast<int>(std::floor(shown / scale)) : 0;
+  };
+  ViewPlacement placement;
+  place(picture.BufWidth(), areaWidth, placement.Left, placement.Width, placement.MaxPanX);
+  place(picture.BufHeight(), areaHeight, placement.Top, placement.Height, placement.MaxPanY);
+  return placement;
+}
+
+void CentreOn(int column, int row, int areaWidth, int areaHeight, Picbuf& picture) {
+  const ViewPlacement placement = PlaceView(picture, areaWidth, areaHeight);
+  const double scale = picture.ZoomNumerator / picture.ZoomDenominator;
+  const auto origin = [scale](int position, int shown, int maxPan) {
+    return std::clamp(position - static_cast<int>(shown / scale / 2.0), 0, maxPan);
+  };
+  picture.ScrollView(origin(row, placement.Height, placement.MaxPanY),
+                     origin(column, placement.Width, placement.MaxPanX));
+}
+
+}  // namespace tessa

@@ -1,0 +1,32 @@
+#pragma once
+
+#include "core/view_state.h"
+#include "view/picbuf.h"
+
+namespace tessa {
+
+/// Start level and factor for an image of `imageWidth` pixels, and the scale of the view with them:
+/// up to 320 wide twice its size, up to 640 full size, above that half size.
+void SetZoomForWidth(int imageWidth, ZoomState& zoom, Picbuf& picture);
+
+/// Sets the level, kept within the limits, and the scale of the view.
+void SetZoomLevel(int level, ZoomState& zoom, Picbuf& picture);
+
+/// Where the scaled picture lies in the area that the window has for it, logical pixels.
+struct ViewPlacement {
+  int Left = 0;  // Of the part that is shown.
+  int Top = 0;
+  int Width = 0;
+  int Height = 0;
+  int MaxPanX = 0;  // Image pixels that are not in view: the ends of the scroll bars.
+  int MaxPanY = 0;
+};
+
+/// A picture smaller than the area stands centred, a larger one fills it and can be panned.
+ViewPlacement PlaceView(const Picbuf& picture, int areaWidth, int areaHeight);
+
+/// Pans so that image position (column, row) is as near to the middle of the area as the ends
+/// allow.
+void CentreOn(int column, int row, int areaWidth, int areaHeight, Picbuf& picture);
+
+}  // namespace tessa
