@@ -281,7 +281,9 @@ void OpenCurrentImage(Session& session, Progress& progress) {
 }
 
 void OpenPath(const QString& path, Session& session, Progress& progress) {
-  SetCurrentFile(session.Image, path);
+  // Only a missing folder is added: resolving dots could lead elsewhere through links.
+  SetCurrentFile(session.Image,
+                 QDir::isAbsolutePath(path) ? path : QDir::currentPath() + QLatin1Char('/') + path);
   OpenCurrentImage(session, progress);
 }
 

@@ -42,4 +42,8 @@ struct Session {
 /// Reads palettes and makes the strips: what has to be done once before anything is opened.
 void PrepareSession(Session& session);
 
+/// The settings become what the program starts with: palette, unit and the kind that the load button
+/// offers.
+void ApplySettings(Session& session);
+
 }  // namespace tessa

@@ -40,17 +40,20 @@ bool CheckHeaders(BmpPicture& picture, std::uint64_t fileSize) {
   const BmpInfoHeader& info = picture.InfoHeader;
   const std::int64_t height = info.Height;
   const std::int64_t rows = height < 0 ? -height : height;
+  // The fields of the oldest header are half as wide and lie closer together.
+  const bool isCore = info.Size == kCoreHeaderSize;
   if (info.Width <= 0 || info.Width > kMaxPictureSide) {
     Refuse(picture, ProblemKind::kBadValue, 18, "Width", "the width is not between 1 and 32767");
     return false;
   }
   if (rows == 0 || rows > kMaxPictureSide) {
-    Refuse(picture, ProblemKind::kBadValue, 22, "Height", "the height is not between 1 and 32767");
+    Refuse(picture, ProblemKind::kBadValue, isCore ? 20 : 22, "Height",
+           "the height is not between 1 and 32767");
     return false;
   }
   const int bits = info.BitCount;
   if (bits != 1 && bits != 2 && bits != 4 && bits != 8 && bits != 16 && bits != 24 && bits != 32) {
-    Refuse(picture, ProblemKind::kBadValue, 28, "BitCount",
+    Refuse(picture, ProblemKind::kBadValue, isCore ? 24 : 28, "BitCount",
            "there is no bitmap of " + std::to_string(bits) + " bits a pixel");
     return false;
   }
@@ -65,7 +68,7 @@ bool CheckHeaders(BmpPicture& picture, std::uint64_t fileSize) {
     return false;
   }
   if (info.Planes != 1) {
-    picture.Faults.push_back({ProblemKind::kBadValue, 26, "Planes",
+    picture.Faults.push_back({ProblemKind::kBadValue, isCore ? 22U : 26U, "Planes",
                               "the number of planes is not 1; it is taken as 1", false});
   }
   if (picture.FileHeader.OffBits >= fileSize) {
@@ -88,7 +91,8 @@ void ReadPalette(ByteSpan file, BmpPicture& picture) {
   const std::uint64_t stated = info.ClrUsed == 0 ? possible : info.ClrUsed;
   const std::uint64_t count = std::min({stated, room, possible, std::uint64_t{256}});
   if (room < std::min(stated, possible)) {
-    picture.Faults.push_back({ProblemKind::kBadValue, 46, "ClrUsed",
+    picture.Faults.push_back({ProblemKind::kBadValue, info.Size < 36 ? start : 46,
+                              info.Size < 36 ? "Palette" : "ClrUsed",
                               "the palette has fewer colours than the header says", false});
   }
   ByteReader reader(file, std::min<std::uint64_t>(start, file.size()));

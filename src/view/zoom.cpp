@@ -39,11 +39,12 @@ void SetZoomLevel(int level, ZoomState& zoom, Picbuf& picture) {
 
 ViewPlacement PlaceView(const Picbuf& picture, int areaWidth, int areaHeight) {
   const double scale = picture.ZoomNumerator / picture.ZoomDenominator;
+  // Only whole image pixels are shown, so that the last one is as wide as the others.
   const auto place = [scale](int size, int area, int& start, int& shown, int& maxPan) {
-    const auto scaled = static_cast<int>(std::floor(size * scale));
-    shown = std::min(scaled, std::max(area, 0));
+    const int visible = std::min(size, static_cast<int>(std::max(area, 0) / scale));
+    shown = static_cast<int>(visible * scale);
     start = (area - shown) / 2;
-    maxPan = scaled > area ? size - static_cast<int>(std::floor(shown / scale)) : 0;
+    maxPan = size - visible;
   };
   ViewPlacement placement;
   place(picture.BufWidth(), areaWidth, placement.Left, placement.Width, placement.MaxPanX);

@@ -1,0 +1,14 @@
+# Debian 12 packages, to be sourced.
+
+# What building and running the program takes.
+run_packages=(
+  g++ cmake ninja-build ccache
+  qt6-base-dev qt6-svg-dev qt6-image-formats-plugins libcli11-dev
+  fonts-dejavu-core
+)
+# What the tests take on top of that.
+test_packages=(
+  libgtest-dev libgmock-dev libbenchmark-dev clang-format
+)
+# What the fuzz entries take on top of that.
+fuzz_packages=(clang libclang-rt-14-dev)

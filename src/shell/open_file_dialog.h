@@ -1,0 +1,19 @@
+#pragma once
+
+#include "core/dialogs.h"
+
+class QWidget;
+
+namespace tessa {
+
+/// Asks with the platform's own dialogs, modal to a window.
+class WindowDialogs : public Dialogs {
+ public:
+  explicit WindowDialogs(QWidget* parent) : parent_(parent) {}
+  std::optional<QString> AskOpenFile(const OpenFileQuestion& question) override;
+
+ private:
+  QWidget* parent_;
+};
+
+}  // namespace tessa

@@ -1,0 +1,335 @@
+#include "shell/view_pict_widget.h"
+
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QPushButton>
+#include <QScrollBar>
+#include <QSlider>
+#include <QToolButton>
+#include <QToolTip>
+#include <QVBoxLayout>
+#include <QWheelEvent>
+
+#include "shell/tool_icon_widget.h"
+#include "view/picbuf_widget.h"
+#include "view/readout.h"
+#include "view/scale_widget.h"
+#include "view/zoom.h"
+
+namespace tessa {
+namespace {
+
+constexpr int kMargin = 8;
+
+/// The surround of a picture: dark and neutral on every desktop, so that colours read the same.
+const QColor kCanvasColour(0x23, 0x25, 0x29);
+const QColor kCanvasInk(0xD8, 0xDE, 0xE9);
+
+/// A label that gives up width before anything beside it does, ending in dots.
+class ElidingLabel : public QLabel {
+ public:
+  using QLabel::QLabel;
+  QSize minimumSizeHint() const override { return {20, QLabel::minimumSizeHint().height()}; }
+
+ protected:
+  void paintEvent(QPaintEvent* /*event*/) override {
+    QPainter painter(this);
+    painter.setPen(palette().color(QPalette::WindowText));
+    painter.drawText(rect(), static_cast<int>(Qt::AlignVCenter | Qt::AlignLeft),
+                     fontMetrics().elidedText(text(), Qt::ElideRight, width()));
+  }
+};
+
+}  // namespace
+
+ViewPictWidget::ViewPictWidget(Session& session, QWidget* parent)
+    : QWidget(parent), session_(session) {
+  setObjectName(QStringLiteral("ViewPict"));
+  scale_ = new ScaleWidget(session_.Buffers.Picbuf7, this);
+  scale_->setObjectName(QStringLiteral("SSPanel8"));
+  scale_->setAccessibleName(tr("Temperature scale"));
+
+  auto* const left = new QVBoxLayout;
+  left->setSpacing(0);
+  left->addWidget(MakeCanvas(), 1);
+  left->addWidget(MakeBottomPanel());
+  auto* const layout = new QHBoxLayout(this);
+  layout->setContentsMargins(0, 0, 0, 0);
+  layout->setSpacing(0);
+  layout->addLayout(left, 1);
+  layout->addWidget(scale_);
+  ConnectPicture();
+}
+
+QWidget* ViewPictWidget::MakeCanvas() {
+  canvas_ = new QWidget(this);
+  canvas_->setAutoFillBackground(true);
+  QPalette colours = canvas_->palette();
+  colours.setColor(QPalette::Window, kCanvasColour);
+  colours.setColor(QPalette::WindowText, kCanvasInk);
+  canvas_->setPalette(colours);
+  canvas_->setMinimumSize(160, 120);
+
+  picture_ = new PicbufWidget(session_.Buffers.Picbuf1, canvas_);
+  picture_->setObjectName(QStringLiteral("Picbuf1"));
+  picture_->setAccessibleName(tr("Image"));
+  horizontalScroll_ = new QScrollBar(Qt::Horizontal, canvas_);
+  horizontalScroll_->setObjectName(QStringLiteral("HScroll1"));
+  horizontalScroll_->setAccessibleName(tr("Pan left and right"));
+  verticalScroll_ = new QScrollBar(Qt::Vertical, canvas_);
+  verticalScroll_->setObjectName(QStringLiteral("VScroll1"));
+  verticalScroll_->setAccessibleName(tr("Pan up and down"));
+  blankPanel_ = MakeBlankPanel();
+  return canvas_;
+}
+
+QWidget* ViewPictWidget::MakeBlankPanel() {
+  auto* const panel = new QWidget(canvas_);
+  panel->setObjectName(QStringLiteral("SSPanel9"));
+  auto* const emblem = new QLabel(panel);
+  constexpr int kEmblemSize = 96;
+  emblem->setPixmap(ApplicationIcon().pixmap(QSize(kEmblemSize, kEmblemSize)));
+  emblem->setAlignment(Qt::AlignCenter);
+  auto* const text = new QLabel(tr("No image is open"), panel);
+  text->setAlignment(Qt::AlignCenter);
+  auto* const open = new QPushButton(tr("Open an image\u2026"), panel);
+  open->setObjectName(QStringLiteral("BlankOpenButton"));
+  connect(open, &QPushButton::clicked, this, &ViewPictWidget::OpenRequested);
+
+  auto* const layout = new QVBoxLayout(panel);
+  layout->addStretch();
+  layout->addWidget(emblem);
+  layout->addSpacing(kMargin);
+  layout->addWidget(text);
+  layout->addSpacing(kMargin);
+  layout->addWidget(open, 0, Qt::AlignCenter);
+  layout->addStretch();
+  return panel;
+}
+
+QWidget* ViewPictWidget::MakeBottomPanel() {
+  bottomPanel_ = new QWidget(this);
+  bottomPanel_->setObjectName(QStringLiteral("SSPanel1"));
+  comment_ = new ElidingLabel(bottomPanel_);
+  comment_->setObjectName(QStringLiteral("ssComment"));
+  comment_->setAccessibleName(tr("Comment"));
+  taken_ = new QLabel(bottomPanel_);
+  taken_->setObjectName(QStringLiteral("Taken"));
+  taken_->setAccessibleName(tr("Memo and time of taking"));
+
+  const QColor ink = palette().color(QPalette::WindowText);
+  const auto stepButton = [&](const QString& icon, const QString& name, int step) {
+    auto* const button = new QToolButton(bottomPanel_);
+    button->setAutoRaise(true);
+    button->setIcon(ToolIcon(icon, ink));
+    button->setToolTip(name);
+    button->setAccessibleName(name);
+    connect(button, &QToolButton::clicked, this,
+            [this, step] { SetZoom(session_.View.Zoom.ZoomLevel + step); });
+    return button;
+  };
+  zoom_ = new QSlider(Qt::Horizontal, bottomPanel_);
+  zoom_->setObjectName(QStringLiteral("ZoomAdj"));
+  zoom_->setAccessibleName(tr("Zoom"));
+  zoom_->setFixedWidth(120);
+  zoom_->setPageStep(1);
+  zoom_->setTickPosition(QSlider::NoTicks);
+  connect(zoom_, &QSlider::valueChanged, this, &ViewPictWidget::SetZoom);
+  zoomText_ = new QLabel(bottomPanel_);
+  zoomText_->setObjectName(QStringLiteral("SSPanel26"));
+  zoomText_->setMinimumWidth(
+      zoomText_->fontMetrics().horizontalAdvance(QStringLiteral("Zoom: 88")));
+
+  auto* const layout = new QHBoxLayout(bottomPanel_);
+  layout->setContentsMargins(kMargin, 2, kMargin, 2);
+  layout->addWidget(comment_, 1);
+  layout->addSpacing(kMargin);
+  layout->addWidget(taken_);
+  layout->addSpacing(2 * kMargin);
+  layout->addWidget(zoomText_);
+  layout->addWidget(stepButton(QStringLiteral("zoom_out"), tr("Zoom out"), -1));
+  layout->addWidget(zoom_);
+  layout->addWidget(stepButton(QStringLiteral("zoom_in"), tr("Zoom in"), 1));
+  return bottomPanel_;
+}
+
+void ViewPictWidget::ConnectPicture() {
+  connect(picture_, &PicbufWidget::PointerMoved, this, &ViewPictWidget::PointerMoved);
+  connect(picture_, &PicbufWidget::PointerLeft, this, [this] {
+    ClearReadout(session_.Cursor, session_.View);
+    QToolTip::hideText();
+    Q_EMIT ReadoutChanged();
+  });
+  connect(picture_, &PicbufWidget::Clicked, this, &ViewPictWidget::PictureClicked);
+  connect(picture_, &PicbufWidget::ZoomWheel, this, [this](int steps, QPoint position) {
+    ZoomAround(session_.View.Zoom.ZoomLevel + steps, position);
+  });
+  connect(picture_, &PicbufWidget::Dragged, this, [this](QPoint distance) {
+    const Picbuf& buffer = session_.Buffers.Picbuf1;
+    const double imagePixels = buffer.ZoomDenominator / buffer.ZoomNumerator;
+    PanTo(horizontalScroll_->value() - static_cast<int>(distance.x() * imagePixels),
+          verticalScroll_->value() - static_cast<int>(distance.y() * imagePixels));
+  });
+  connect(horizontalScroll_, &QScrollBar::valueChanged, this, [this](int value) {
+    session_.Buffers.Picbuf1.Xpan = value;
+    picture_->update();
+  });
+  connect(verticalScroll_, &QScrollBar::valueChanged, this, [this](int value) {
+    session_.Buffers.Picbuf1.Ypan = value;
+    picture_->update();
+  });
+}
+
+void ViewPictWidget::BringIntoLine() {
+  const ViewState& view = session_.View;
+  const OpenImage& image = session_.Image;
+  scale_->setVisible(view.ScalePanelVisible);
+  bottomPanel_->setVisible(view.BottomPanelVisible);
+  blankPanel_->setVisible(view.BlankPanelVisible);
+  picture_->setVisible(view.PictureVisible);
+  const QString unit = view.CelsiusSelected ? QStringLiteral("\u00B0C") : QStringLiteral("\u00B0F");
+  scale_->ShowScale(view, image.HasTemperature ? unit : QString());
+  const QString comment = view.Comment.simplified();
+  comment_->setText(comment);
+  comment_->setToolTip(comment);
+  QStringList facts = {view.Memo.simplified(), image.ImageDate, image.ImageTime};
+  facts.removeAll(QString());
+  taken_->setText(facts.join(QStringLiteral("   ")));
+
+  const QSignalBlocker blocker(zoom_);
+  zoom_->setRange(view.Zoom.ZoomMin, view.Zoom.ZoomMax);
+  zoom_->setValue(view.Zoom.ZoomLevel);
+  zoomText_->setText(session_.Words.LangString(284, "Zoom") + QStringLiteral(": ") +
+                     QString::number(view.Zoom.ZoomLevel));
+  PlacePicture();
+}
+
+QSize ViewPictWidget::AreaFor(bool horizontalBar, bool verticalBar) const {
+  const int barHeight = horizontalBar ? horizontalScroll_->sizeHint().height() : 0;
+  const int barWidth = verticalBar ? verticalScroll_->sizeHint().width() : 0;
+  return {canvas_->width() - barWidth, canvas_->height() - barHeight};
+}
+
+void ViewPictWidget::PlacePicture() {
+  blankPanel_->setGeometry(canvas_->rect());
+  Picbuf& buffer = session_.Buffers.Picbuf1;
+  // A bar takes room from the other direction, so the second look decides.
+  QSize area = AreaFor(false, false);
+  ViewPlacement placement = PlaceView(buffer, area.width(), area.height());
+  for (int look = 0; look < 2; ++look) {
+    area = AreaFor(placement.MaxPanX > 0, placement.MaxPanY > 0);
+    placement = PlaceView(buffer, area.width(), area.height());
+  }
+  PlaceScrollBars(QRect(QPoint(), area), placement.MaxPanX, placement.MaxPanY);
+  picture_->setGeometry(placement.Left, placement.Top, placement.Width, placement.Height);
+  picture_->update();
+}
+
+void ViewPictWidget::PlaceScrollBars(const QRect& area, int maxX, int maxY) {
+  const Picbuf& buffer = session_.Buffers.Picbuf1;
+  const bool shown = session_.View.PictureVisible;
+  const auto place = [&](QScrollBar* bar, const QRect& where, int maximum, int size, int pan) {
+    bar->setVisible(shown && maximum > 0);
+    bar->setGeometry(where);
+    // The range first: it may move the value, which moves the pan.
+    bar->setRange(0, maximum);
+    bar->setPageStep(std::max(1, size - maximum));
+    bar->setSingleStep(std::max(1, (size - maximum) / 16));
+    bar->setValue(pan);
+  };
+  const int panX = buffer.Xpan;
+  const int panY = buffer.Ypan;
+  place(horizontalScroll_, {0, area.height(), area.width(), horizontalScroll_->sizeHint().height()},
+        maxX, buffer.BufWidth(), panX);
+  place(verticalScroll_, {area.width(), 0, verticalScroll_->sizeHint().width(), area.height()},
+        maxY, buffer.BufHeight(), panY);
+  session_.Buffers.Picbuf1.Xpan = horizontalScroll_->value();
+  session_.Buffers.Picbuf1.Ypan = verticalScroll_->value();
+}
+
+void ViewPictWidget::SetZoom(int level) {
+  ZoomAround(level, QPoint(picture_->width() / 2, picture_->height() / 2));
+}
+
+/// Sets the level so that the image point under `position` of the picture stays where it is, as far
+/// as the picture's edges allow.
+void ViewPictWidget::ZoomAround(int level, QPoint position) {
+  if (!session_.View.HasImage) {
+    return;
+  }
+  Picbuf& buffer = session_.Buffers.Picbuf1;
+  const QPoint onCanvas = picture_->mapToParent(position);
+  const int column = buffer.ClientToImageX(position.x());
+  const int row = buffer.ClientToImageY(position.y());
+  SetZoomLevel(level, session_.View.Zoom, buffer);
+  BringIntoLine();
+  const double imagePixels = buffer.ZoomDenominator / buffer.ZoomNumerator;
+  const QPoint inPicture = picture_->mapFromParent(onCanvas);
+  PanTo(column - static_cast<int>(inPicture.x() * imagePixels),
+        row - static_cast<int>(inPicture.y() * imagePixels));
+  RefreshReadout();
+}
+
+int ViewPictWidget::ZoomLevel() const {
+  return session_.View.Zoom.ZoomLevel;
+}
+
+void ViewPictWidget::ZoomToFit() {
+  ZoomState& zoom = session_.View.Zoom;
+  const QSize area = AreaFor(false, false);
+  int level = zoom.ZoomMin;
+  for (int candidate = zoom.ZoomMin; candidate <= zoom.ZoomMax; ++candidate) {
+    SetZoomLevel(candidate, zoom, session_.Buffers.Picbuf1);
+    const ViewPlacement placement =
+        PlaceView(session_.Buffers.Picbuf1, area.width(), area.height());
+    if (placement.MaxPanX > 0 || placement.MaxPanY > 0) {
+      break;
+    }
+    level = candidate;
+  }
+  SetZoom(level);
+}
+
+void ViewPictWidget::PanTo(int horizontal, int vertical) {
+  horizontalScroll_->setValue(horizontal);
+  verticalScroll_->setValue(vertical);
+}
+
+void ViewPictWidget::PointerMoved(QPoint position) {
+  if (session_.Image.ImageBusy || !session_.View.HasImage ||
+      !UpdateReadout(position.x(), position.y(), session_.Image, session_.Buffers.Picbuf1,
+                     session_.Words, session_.Cursor, session_.View)) {
+    return;
+  }
+  QToolTip::showText(picture_->mapToGlobal(position), session_.View.PictureTip, picture_);
+  Q_EMIT ReadoutChanged();
+}
+
+void ViewPictWidget::RefreshReadout() {
+  if (picture_->isVisible() && picture_->underMouse()) {
+    PointerMoved(picture_->mapFromGlobal(QCursor::pos()));
+  }
+}
+
+void ViewPictWidget::PictureClicked(Qt::MouseButton button, QPoint position) {
+  if (button == Qt::LeftButton) {
+    ZoomAround(session_.View.Zoom.ZoomLevel + 1, position);
+  } else if (button == Qt::RightButton) {
+    ZoomAround(session_.View.Zoom.ZoomLevel - 1, position);
+  }
+}
+
+void ViewPictWidget::resizeEvent(QResizeEvent* event) {
+  QWidget::resizeEvent(event);
+  PlacePicture();
+}
+
+void ViewPictWidget::wheelEvent(QWheelEvent* event) {
+  QScrollBar* const bar =
+      event->modifiers().testFlag(Qt::ShiftModifier) ? horizontalScroll_ : verticalScroll_;
+  if (bar->isVisible()) {
+    QCoreApplication::sendEvent(bar, event);
+  }
+}
+
+}  // namespace tessa

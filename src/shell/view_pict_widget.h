@@ -1,0 +1,72 @@
+#pragma once
+
+#include <QWidget>
+
+#include "core/session.h"
+
+class QLabel;
+class QPushButton;
+class QScrollBar;
+class QSlider;
+class QToolButton;
+
+namespace tessa {
+
+class PicbufWidget;
+class ScaleWidget;
+
+/// The view of the open image: the picture with its scroll bars, the palette strip with its scale,
+/// and the zoom control. Shows the session's records; user actions go through the engine first.
+class ViewPictWidget : public QWidget {
+  Q_OBJECT
+
+ public:
+  ViewPictWidget(Session& session, QWidget* parent);
+
+  /// Brings every control into line with the records.
+  void BringIntoLine();
+  void SetZoom(int level);
+  int ZoomLevel() const;
+  /// The largest level at which the whole picture is in view.
+  void ZoomToFit();
+  /// Reads again what lies under a resting cursor.
+  void RefreshReadout();
+  PicbufWidget& Picture() { return *picture_; }
+
+ Q_SIGNALS:
+  /// The cursor's readout in the status panels changed.
+  void ReadoutChanged();
+  void OpenRequested();
+
+ protected:
+  void resizeEvent(QResizeEvent* event) override;
+  void wheelEvent(QWheelEvent* event) override;
+
+ private:
+  QWidget* MakeCanvas();
+  QWidget* MakeBlankPanel();
+  QWidget* MakeBottomPanel();
+  void ConnectPicture();
+  void PlacePicture();
+  void PlaceScrollBars(const QRect& area, int maxX, int maxY);
+  QSize AreaFor(bool horizontalBar, bool verticalBar) const;
+  void PointerMoved(QPoint position);
+  void PictureClicked(Qt::MouseButton button, QPoint position);
+  void ZoomAround(int level, QPoint position);
+  void PanTo(int horizontal, int vertical);
+
+  Session& session_;
+  QWidget* canvas_ = nullptr;
+  QWidget* blankPanel_ = nullptr;
+  QWidget* bottomPanel_ = nullptr;
+  PicbufWidget* picture_ = nullptr;
+  ScaleWidget* scale_ = nullptr;
+  QScrollBar* horizontalScroll_ = nullptr;
+  QScrollBar* verticalScroll_ = nullptr;
+  QSlider* zoom_ = nullptr;
+  QLabel* zoomText_ = nullptr;
+  QLabel* comment_ = nullptr;
+  QLabel* taken_ = nullptr;
+};
+
+}  // namespace tessa

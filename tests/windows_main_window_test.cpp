@@ -1,0 +1,258 @@
+#include <QAction>
+#include <QApplication>
+#include <QComboBox>
+#include <QLabel>
+#include <QMouseEvent>
+#include <QRadioButton>
+#include <QScrollBar>
+#include <QTest>
+#include <QToolTip>
+
+#include "formats/sit.h"
+#include "shell/main_window.h"
+#include "shell/view_pict_widget.h"
+#include "test_files.h"
+#include "view/picbuf_widget.h"
+#include "view/units.h"
+#include "view/zoom.h"
+
+namespace tessa::testing {
+namespace {
+
+constexpr int kLastColumn = kSitWidth - 1;
+constexpr int kLastRow = kSitHeight - 1;
+
+/// Column / 10 degrees plus the row in hundredths: every position has its own temperature.
+float DegreesAt(int column, int row) {
+  const auto count = static_cast<std::int16_t>(column * 20 + row);
+  return LinearCalibration{static_cast<float>(655.0 / 65536.0), -5.0F}.Degrees(count);
+}
+
+Bytes EncodedScene() {
+  SitFields fields;
+  fields.Offset = -5.0;
+  fields.Gain = 655.0 / 65536.0;
+  fields.ScaleCenter = 25.0;
+  fields.ScaleStep = 7.5;  // -5 to 55
+  for (int row = 0; row < kSitHeight; ++row) {
+    for (int column = 0; column < kSitWidth; ++column) {
+      fields.Counts.push_back(static_cast<std::int16_t>(column * 20 + row));
+    }
+  }
+  return EncodeSit(fields);
+}
+
+class MainWindowTest : public ::testing::Test {
+ protected:
+  MainWindowTest() : session_(BuiltProgramFolder()) {
+    PrepareSession(session_);
+    ApplySettings(session_);
+    window_ = std::make_unique<MainWindow>(session_);
+    window_->show();
+    EXPECT_TRUE(QTest::qWaitForWindowExposed(window_.get()));
+    scene_ = folder_.Write(QStringLiteral("Scene.sit"), EncodedScene());
+  }
+
+  template <typename Widget>
+  Widget& Find(const char* name) {
+    auto* const found = window_->findChild<Widget*>(QString::fromLatin1(name));
+    EXPECT_NE(found, nullptr) << name;
+    return *found;
+  }
+  QString Panel(int number) {
+    return Find<QLabel>(("StatusBar1Panel" + std::to_string(number)).c_str()).text();
+  }
+  PicbufWidget& Picture() { return window_->View().Picture(); }
+  void Hover(int x, int y) {
+    const QPointF at(x, y);
+    QMouseEvent move(QEvent::MouseMove, at, Picture().mapToGlobal(at), Qt::NoButton, Qt::NoButton,
+                     Qt::NoModifier);
+    QApplication::sendEvent(&Picture(), &move);
+  }
+  QRgb ShownAt(int x, int y) { return Picture().grab(QRect(x, y, 1, 1)).toImage().pixel(0, 0); }
+  QRgb ColourOf(int column, int row) {
+    const std::uint8_t index =
+        session_.Buffers.Picbuf1
+            .Pixels()[static_cast<std::size_t>(row) * kSitWidth + static_cast<std::size_t>(column)];
+    const Colour colour = session_.Palettes.CurrentPalette[index];
+    return qRgb(RedOf(colour), GreenOf(colour), BlueOf(colour));
+  }
+  void Trigger(const char* action) { Find<QAction>(action).trigger(); }
+
+  TestFolder folder_;
+  Session session_;
+  std::unique_ptr<MainWindow> window_;
+  QString scene_;
+};
+
+TEST_F(MainWindowTest, StartsEmptyAndOffersToOpenAnImage) {
+  EXPECT_EQ(window_->windowTitle(), QStringLiteral("Corvane T-40 Viewer"));
+  EXPECT_TRUE(Find<QWidget>("SSPanel9").isVisible());
+  EXPECT_FALSE(Picture().isVisible());
+  EXPECT_FALSE(Find<QWidget>("SSPanel8").isVisible());
+  EXPECT_FALSE(Find<QAction>("mnuClose").isEnabled());
+}
+
+TEST_F(MainWindowTest, ShowsAnOpenedImageUnderItsUpperCasedName) {
+  window_->OpenFile(scene_);
+  EXPECT_EQ(window_->windowTitle(), QStringLiteral("Corvane T-40 Viewer - ") + scene_.toUpper());
+  EXPECT_EQ(Panel(4), QStringLiteral("Emissivity: 0.95"));
+  EXPECT_EQ(Panel(5), QStringLiteral("Range: -40.0 to 120.0"));
+  EXPECT_EQ(Panel(6), scene_.toUpper());
+  EXPECT_FALSE(Find<QWidget>("SSPanel9").isVisible());
+  EXPECT_EQ(Picture().size(), QSize(640, 480));
+}
+
+TEST_F(MainWindowTest, EveryScreenPixelIsTheBufferPixelThatTheReadoutNames) {
+  window_->OpenFile(scene_);
+  for (const int level : {1, 2, 3, 5, 9, 15}) {
+    window_->View().SetZoom(level);
+    auto& horizontal = Find<QScrollBar>("HScroll1");
+    auto& vertical = Find<QScrollBar>("VScroll1");
+    horizontal.setValue(horizontal.maximum() / 3);
+    vertical.setValue(vertical.maximum());
+    const QSize size = Picture().size();
+    for (const QPoint at : {QPoint(0, 0), QPoint(size.width() / 3, size.height() / 2),
+                            QPoint(size.width() - 1, size.height() - 1)}) {
+      Hover(at.x(), at.y());
+      const int column = session_.Cursor.LastX - 1;
+      const int row = session_.Cursor.LastY - 1;
+      ASSERT_EQ(column, horizontal.value() + at.x() / level) << "level " << level;
+      ASSERT_EQ(row, vertical.value() + at.y() / level) << "level " << level;
+      EXPECT_EQ(ShownAt(at.x(), at.y()), ColourOf(column, row)) << "level " << level;
+      const QString text =
+          FormatTenths(static_cast<double>(DegreesAt(column, row))) + QStringLiteral(" \u00B0C");
+      EXPECT_EQ(Panel(3), QStringLiteral("Temp: ") + text);
+      EXPECT_EQ(Panel(1), QStringLiteral("X:  ") + QString::number(column + 1));
+      EXPECT_EQ(Panel(2), QStringLiteral("Y:  ") + QString::number(row + 1));
+      EXPECT_EQ(QToolTip::text().trimmed(), text);
+    }
+    if (horizontal.isVisible()) {
+      horizontal.setValue(horizontal.maximum());
+      EXPECT_EQ(session_.Buffers.Picbuf1.ClientToImageX(Picture().width() - 1), kLastColumn);
+    }
+    if (vertical.isVisible()) {
+      EXPECT_EQ(session_.Buffers.Picbuf1.ClientToImageY(Picture().height() - 1), kLastRow);
+    }
+  }
+}
+
+TEST_F(MainWindowTest, FahrenheitReachesReadoutScaleAndRange) {
+  window_->OpenFile(scene_);
+  Find<QRadioButton>("SSOption2").click();
+  Hover(200, 100);
+  const double celsius = static_cast<double>(DegreesAt(100, 50));
+  EXPECT_EQ(Panel(3), QStringLiteral("Temp: ") + FormatTenths(celsius * 1.8 + 32.0) +
+                          QStringLiteral(" \u00B0F"));
+  EXPECT_EQ(Panel(5), QStringLiteral("Range: -40.0 to 248.0"));
+  EXPECT_EQ(session_.View.ScaleLabel[0], QStringLiteral("23.0"));
+  EXPECT_EQ(session_.View.ScaleLabel[2], QStringLiteral("131.0"));
+  Find<QRadioButton>("SSOption1").click();
+  Hover(202, 100);
+  EXPECT_TRUE(Panel(3).endsWith(QStringLiteral(" \u00B0C"))) << Panel(3).toStdString();
+  EXPECT_EQ(session_.View.ScaleLabel[2], QStringLiteral("55.0"));
+}
+
+TEST_F(MainWindowTest, LeavingThePictureEmptiesTheReadout) {
+  window_->OpenFile(scene_);
+  Hover(50, 60);
+  ASSERT_FALSE(Panel(3).isEmpty());
+  QEvent leave(QEvent::Leave);
+  QApplication::sendEvent(&Picture(), &leave);
+  EXPECT_EQ(Panel(1) + Panel(2) + Panel(3), QString());
+  Hover(50, 60);
+  EXPECT_FALSE(Panel(3).isEmpty()) << "the same position must show again after a leave";
+}
+
+TEST_F(MainWindowTest, PalettesRecolourWithoutTouchingTheIndices) {
+  window_->OpenFile(scene_);
+  const auto before = session_.Buffers.Picbuf1.Pixels();
+  const std::vector<std::uint8_t> indices(before.begin(), before.end());
+  auto& list = Find<QComboBox>("Combo1");
+  ASSERT_EQ(list.count(), 18);
+  list.setCurrentIndex(0);
+  Q_EMIT list.activated(0);
+  const QRgb grey = ShownAt(400, 200);
+  EXPECT_EQ(qRed(grey), qBlue(grey));
+  Trigger("btnTrend");
+  EXPECT_EQ(qRed(ShownAt(400, 200)), 255 - qRed(grey));
+  EXPECT_EQ(Find<QAction>("btnTrend").toolTip(), QStringLiteral("White Hot"));
+  Trigger("btnTrend");
+  EXPECT_EQ(ShownAt(400, 200), grey);
+  EXPECT_EQ(Find<QAction>("btnTrend").toolTip(), QStringLiteral("Black Hot"));
+  const auto after = session_.Buffers.Picbuf1.Pixels();
+  EXPECT_TRUE(std::equal(indices.begin(), indices.end(), after.begin(), after.end()));
+}
+
+TEST_F(MainWindowTest, AClickZoomsAroundTheClickedPoint) {
+  window_->OpenFile(scene_);
+  window_->View().SetZoom(4);
+  const QPoint at(300, 200);
+  Hover(at.x(), at.y());
+  const int column = session_.Cursor.LastX;
+  const int row = session_.Cursor.LastY;
+  const QPoint onCanvas = Picture().mapToParent(at);
+  QTest::mouseClick(&Picture(), Qt::LeftButton, {}, at);
+  ASSERT_EQ(session_.View.Zoom.ZoomLevel, 5);
+  const QPoint now = Picture().mapFromParent(onCanvas);
+  Hover(now.x(), now.y());
+  EXPECT_NEAR(session_.Cursor.LastX, column, 1);
+  EXPECT_NEAR(session_.Cursor.LastY, row, 1);
+  QTest::mouseClick(&Picture(), Qt::RightButton, {}, now);
+  EXPECT_EQ(session_.View.Zoom.ZoomLevel, 4);
+}
+
+TEST_F(MainWindowTest, ZoomKeysStopAtTheLimits) {
+  window_->OpenFile(scene_);
+  for (int i = 0; i < 20; ++i) {
+    Trigger("ZoomIn");
+  }
+  EXPECT_EQ(session_.View.Zoom.ZoomLevel, 15);
+  EXPECT_EQ(Find<QLabel>("SSPanel26").text(), QStringLiteral("Zoom: 15"));
+  for (int i = 0; i < 20; ++i) {
+    Trigger("ZoomOut");
+  }
+  EXPECT_EQ(session_.View.Zoom.ZoomLevel, 1);
+  Trigger("ZoomFit");
+  EXPECT_EQ(session_.View.Zoom.ZoomLevel, 2);
+  EXPECT_FALSE(Find<QScrollBar>("HScroll1").isVisible());
+}
+
+TEST_F(MainWindowTest, ABrokenFileIsShownBlankAndTheNextOneOpensNormally) {
+  const Bytes whole = EncodedScene();
+  const QString cut =
+      folder_.Write(QStringLiteral("cut.sit"), std::span(whole).first(kSitHeaderSize + 6400));
+  window_->OpenFile(cut);
+  EXPECT_TRUE(Picture().isVisible());
+  Hover(10, 470);
+  EXPECT_EQ(Panel(3), QStringLiteral("Temp: 0.0 \u00B0C"));
+  window_->OpenFile(scene_);
+  Hover(10, 470);
+  EXPECT_EQ(Panel(3), QStringLiteral("Temp: ") +
+                          FormatTenths(static_cast<double>(DegreesAt(5, 235))) +
+                          QStringLiteral(" \u00B0C"));
+}
+
+TEST_F(MainWindowTest, ClosingEmptiesTheWindow) {
+  window_->OpenFile(scene_);
+  Trigger("mnuClose");
+  EXPECT_EQ(window_->windowTitle(), QStringLiteral("TessaView"));
+  EXPECT_TRUE(Find<QWidget>("SSPanel9").isVisible());
+  EXPECT_FALSE(Picture().isVisible());
+  for (int i = 1; i <= 6; ++i) {
+    EXPECT_EQ(Panel(i), QString()) << i;
+  }
+  EXPECT_TRUE(session_.Image.CurrentFile.isEmpty());
+}
+
+}  // namespace
+}  // namespace tessa::testing
+
+int main(int argc, char** argv) {
+  ::testing::InitGoogleTest(&argc, argv);
+  if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) {
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+  }
+  QApplication application(argc, argv);
+  return RUN_ALL_TESTS();
+}
