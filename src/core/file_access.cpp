@@ -11,6 +11,7 @@
 #include <cerrno>
 #include <cstdio>
 #include <system_error>
+#include <utility>
 
 #include "core/steps.h"
 
@@ -90,16 +91,17 @@ std::string SystemErrorText(int errorNumber) {
   return std::generic_category().message(errorNumber);
 }
 
-std::optional<FileStart> ReadFileStart(const QString& path, std::uint64_t limit, Problems& faults) {
+std::optional<RandomFile> RandomFile::Open(const QString& path, Problems& faults) {
   const QByteArray name = QFile::encodeName(path);
   // Without O_NONBLOCK the opening of a pipe would wait for a writer.
-  Descriptor file(::open(name.constData(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
-  if (file.Get() < 0) {
+  const int descriptor = ::open(name.constData(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
+  if (descriptor < 0) {
     faults.push_back(Unreadable("the file cannot be opened: " + SystemErrorText(errno)));
     return std::nullopt;
   }
+  RandomFile file(descriptor, 0);
   struct stat status {};
-  if (::fstat(file.Get(), &status) != 0) {
+  if (::fstat(descriptor, &status) != 0) {
     faults.push_back(Unreadable("the file cannot be examined: " + SystemErrorText(errno)));
     return std::nullopt;
   }
@@ -108,29 +110,58 @@ std::optional<FileStart> ReadFileStart(const QString& path, std::uint64_t limit,
         Unreadable(S_ISDIR(status.st_mode) ? "it is a folder, not a file" : "it is no plain file"));
     return std::nullopt;
   }
-  FileStart start;
-  start.Size = static_cast<std::uint64_t>(status.st_size);
-  start.Data.resize(static_cast<std::size_t>(std::min(start.Size, limit)));
+  file.size_ = static_cast<std::uint64_t>(status.st_size);
+  return file;
+}
+
+RandomFile::RandomFile(RandomFile&& other) noexcept
+    : descriptor_(std::exchange(other.descriptor_, -1)), size_(other.size_) {}
+
+RandomFile::~RandomFile() {
+  if (descriptor_ >= 0) {
+    ::close(descriptor_);
+  }
+}
+
+Bytes RandomFile::ReadAt(std::uint64_t offset, std::uint64_t count) const {
+  Bytes bytes;
+  if (offset >= size_) {
+    return bytes;
+  }
+  bytes.resize(static_cast<std::size_t>(std::min(count, size_ - offset)));
   std::size_t filled = 0;
-  while (filled < start.Data.size()) {
-    const ssize_t got = ::read(file.Get(), start.Data.data() + filled, start.Data.size() - filled);
+  while (filled < bytes.size()) {
+    const ssize_t got = ::pread(descriptor_, bytes.data() + filled, bytes.size() - filled,
+                                static_cast<off_t>(offset + filled));
     if (got < 0 && errno == EINTR) {
       continue;
     }
-    if (got < 0) {
-      faults.push_back(Unreadable("the file cannot be read: " + SystemErrorText(errno)));
-      return std::nullopt;
-    }
-    if (got == 0) {  // It became shorter since it was examined.
-      start.Data.resize(filled);
-      start.Size = filled;
+    if (got <= 0) {  // Unreadable there, or shorter since it was opened.
+      bytes.resize(filled);
       break;
     }
     filled += static_cast<std::size_t>(got);
   }
-  if (start.Size == 0) {
+  return bytes;
+}
+
+std::optional<FileStart> ReadFileStart(const QString& path, std::uint64_t limit, Problems& faults) {
+  const auto file = RandomFile::Open(path, faults);
+  if (!file) {
+    return std::nullopt;
+  }
+  if (file->Size() == 0) {
     faults.push_back(Unreadable("the file is empty"));
     return std::nullopt;
+  }
+  const std::uint64_t wanted = std::min(file->Size(), limit);
+  FileStart start{file->ReadAt(0, wanted), file->Size()};
+  if (start.Data.size() < wanted) {
+    if (start.Data.empty()) {
+      faults.push_back(Unreadable("the file cannot be read"));
+      return std::nullopt;
+    }
+    start.Size = start.Data.size();
   }
   return start;
 }

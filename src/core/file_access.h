@@ -19,6 +19,29 @@ struct FileStart {
 /// folder, a pipe) gives nothing and a fault that says why.
 std::optional<FileStart> ReadFileStart(const QString& path, std::uint64_t limit, Problems& faults);
 
+/// A regular file that is open for reading at any position.
+class RandomFile {
+ public:
+  /// Nothing, and a fault that says why, when `path` is no plain file that can be read.
+  static std::optional<RandomFile> Open(const QString& path, Problems& faults);
+
+  RandomFile(RandomFile&& other) noexcept;
+  RandomFile(const RandomFile&) = delete;
+  RandomFile& operator=(const RandomFile&) = delete;
+  RandomFile& operator=(RandomFile&&) = delete;
+  ~RandomFile();
+
+  std::uint64_t Size() const { return size_; }
+  /// The bytes from `offset` on, at most `count`: fewer where the file ends or cannot be read.
+  Bytes ReadAt(std::uint64_t offset, std::uint64_t count) const;
+
+ private:
+  RandomFile(int descriptor, std::uint64_t size) : descriptor_(descriptor), size_(size) {}
+
+  int descriptor_;
+  std::uint64_t size_;
+};
+
 enum class Overwrite { kRefuse, kReplace };
 
 /// Writes a whole file through a temporary name in the same folder and a rename, so that the path

@@ -1,9 +1,15 @@
 #include "core/load_image.h"
 
 #include <QDir>
+#include <algorithm>
+#include <array>
+#include <optional>
+#include <utility>
 
 #include "core/file_access.h"
 #include "core/loaders.h"
+#include "formats/ansi_text.h"
+#include "formats/txi_words.h"
 #include "view/range_control.h"
 #include "view/units.h"
 #include "view/zoom.h"
@@ -11,28 +17,35 @@
 namespace tessa {
 namespace {
 
-enum class Ending { kSit, kBmp, kTxi, kTif, kJpg, kOther };
+enum class Ending { kBin, kTmp, kSit, kRti, kBmp, kTxi, kTif, kJpg, kOther };
 
 Ending EndingOf(const QString& upperCasedPath) {
+  struct Known {
+    const char* Text;
+    Ending Value;
+  };
+  static constexpr std::array<Known, 8> kKnown = {{{"BIN", Ending::kBin},
+                                                   {"TMP", Ending::kTmp},
+                                                   {"SIT", Ending::kSit},
+                                                   {"RTI", Ending::kRti},
+                                                   {"BMP", Ending::kBmp},
+                                                   {"TXI", Ending::kTxi},
+                                                   {"TIF", Ending::kTif},
+                                                   {"JPG", Ending::kJpg}}};
   const QString ending = KindEnding(upperCasedPath);
-  if (ending == QLatin1String("SIT")) {
-    return Ending::kSit;
+  for (const Known& known : kKnown) {
+    if (ending == QLatin1String(known.Text)) {
+      return known.Value;
+    }
   }
-  if (ending == QLatin1String("BMP")) {
-    return Ending::kBmp;
-  }
-  if (ending == QLatin1String("TXI")) {
-    return Ending::kTxi;
-  }
-  if (ending == QLatin1String("TIF")) {
-    return Ending::kTif;
-  }
-  return ending == QLatin1String("JPG") ? Ending::kJpg : Ending::kOther;
+  return Ending::kOther;
 }
 
-/// Kinds whose loader leaves indices in the buffer that still have to be read row by row.
+/// Kinds whose loader leaves indices in the buffer that still have to be read row by row. The
+/// others make the indices from temperatures.
 bool HasRowPass(Ending ending) {
-  return ending != Ending::kSit;
+  return ending != Ending::kBin && ending != Ending::kTmp && ending != Ending::kSit &&
+         ending != Ending::kRti;
 }
 
 void ResetForLoad(Session& session) {
@@ -61,13 +74,9 @@ void ResetForLoad(Session& session) {
   image.HasTemperature = false;
 }
 
-void RunLoader(Ending ending, Session& session, Progress& progress) {
-  ViewState& view = session.View;
-  if (ending == Ending::kSit) {
-    LoadSit(session, progress);
-    return;
-  }
-  view.RangeToggleVisible = false;
+/// Runs the loader of a kind that leaves a picture in the buffer.
+void RunPictureLoader(Ending ending, Session& session, Progress& progress) {
+  session.View.RangeToggleVisible = false;
   switch (ending) {
     case Ending::kBmp:
     case Ending::kTxi:
@@ -77,11 +86,10 @@ void RunLoader(Ending ending, Session& session, Progress& progress) {
       LoadTiff(session);
       break;
     case Ending::kJpg:
-      view.StatusPanel[5].clear();
+      session.View.StatusPanel[5].clear();
       LoadJpeg(session);
       break;
-    case Ending::kSit:
-    case Ending::kOther:
+    default:
       // No loader runs; only the reason is found out.
       if (ReadFileStart(session.Image.CurrentFilePath, 0, session.Faults)) {
         session.Faults.push_back({ProblemKind::kWrongKind, 0, "Name",
@@ -95,7 +103,28 @@ void RunLoader(Ending ending, Session& session, Progress& progress) {
     session.Steps.Run("reduce to 8 bits", [&] { picture.ReduceTo8Bit(); });
   }
   // This word stays English in every language.
-  ShowLoadingText(QStringLiteral("Loading"), session.Image, view, progress);
+  ShowLoadingText(QStringLiteral("Loading"), session.Image, session.View, progress);
+}
+
+/// Runs the loader for `ending` and returns the ending that the rest of the load goes by.
+Ending RunLoader(Ending ending, Session& session, Progress& progress) {
+  switch (ending) {
+    case Ending::kBin:
+      LoadBin(session, progress);
+      return Ending::kSit;
+    case Ending::kTmp:
+      LoadTmp(session, progress);
+      return ending;
+    case Ending::kSit:
+      LoadSit(session, progress);
+      return ending;
+    case Ending::kRti:
+      LoadRti(session, progress);
+      return ending;
+    default:
+      RunPictureLoader(ending, session, progress);
+      return ending;
+  }
 }
 
 /// Sizes, range entry and stores that every kind has in common.
@@ -109,15 +138,40 @@ void SetCommonFields(Ending ending, Session& session, Progress& progress) {
   if (HasRowPass(ending)) {
     image.RowBuffers.Allocate(image.ImageHeight, image.ImageWidth);
   }
+  if (ending == Ending::kBmp && image.HasTemperature) {
+    image.TempGrid.Allocate(image.ImageWidth, image.ImageHeight);
+  }
   ShowLoadingText(session.Words.LangString(180, "Loading"), image, view, progress);
   image.FileUnits = image.DisplayUnits;
 }
 
-void ClearScaleTexts(Ending ending, OpenImage& image) {
-  if (ending == Ending::kBmp || ending == Ending::kTif || ending == Ending::kJpg) {
-    image.ScaleHighText.clear();
-    image.ScaleLowText.clear();
-    image.HasTemperature = false;
+/// The scale of a TXI image from the words in its bitmap header.
+void SetTxiScale(Session& session) {
+  OpenImage& image = session.Image;
+  image.TempGrid.Allocate(image.ImageWidth, image.ImageHeight);
+  const TxiScale scale =
+      DecodeTxiWords(image.BmpFileHeader.ReservedLow, image.BmpFileHeader.ReservedHigh);
+  image.ScaleMax = image.TempMax = static_cast<float>(scale.High);
+  image.ScaleMin = image.TempMin = static_cast<float>(scale.Low);
+  SetScaleTexts(scale.Low, scale.High, image);
+  const TemperaturePair range{image.ScaleMin, image.ScaleMax};
+  InitRangeControl(range, range, image.DisplayUnits, session.Range, session.View);
+  image.HasTemperature = true;
+  image.ImageKind = KindTxi;
+}
+
+void SetScale(Ending ending, Session& session) {
+  OpenImage& image = session.Image;
+  if (ending == Ending::kTxi) {
+    SetTxiScale(session);
+  } else if (ending == Ending::kBmp || ending == Ending::kTif || ending == Ending::kJpg) {
+    if (image.HasTemperature) {
+      SetScaleTexts(static_cast<double>(image.PaletteTempAt0),
+                    static_cast<double>(image.PaletteTempAt255), image);
+    } else {
+      image.ScaleHighText.clear();
+      image.ScaleLowText.clear();
+    }
   }
 }
 
@@ -150,14 +204,80 @@ void SetDisplayState(Session& session) {
   }
 }
 
-/// Reads the displayed values of a picture file row by row and undoes a reversed palette.
-void RunRowPass(Session& session, Progress& progress) {
+/// Degrees of each of the 256 palette indices. Indices whose formula fails have no entry.
+using DegreesOfIndex = std::array<std::optional<float>, 256>;
+
+DegreesOfIndex TxiDegrees(const OpenImage& image) {
+  DegreesOfIndex degrees;
+  const auto low = static_cast<double>(image.ScaleMin);
+  const double span = static_cast<double>(image.ScaleMax) - low;
+  for (std::size_t i = 0; i < degrees.size(); ++i) {
+    degrees[i] = static_cast<float>(span * (static_cast<double>(i) / 255.0) + low);
+  }
+  return degrees;
+}
+
+DegreesOfIndex TrailerDegrees(const OpenImage& image, StepLog& steps) {
+  DegreesOfIndex degrees;
+  const auto low = static_cast<double>(image.PaletteTempLow);
+  const double span = static_cast<double>(image.PaletteTempHigh) - low;
+  const double indices = image.PaletteIndexHigh - image.PaletteIndexLow;
+  for (std::size_t i = 0; i < degrees.size(); ++i) {
+    steps.Run("degrees of index", [&] {
+      const double position = static_cast<double>(i) - image.PaletteIndexLow;
+      degrees[i] = static_cast<float>(Divide(position * span, indices) + low);
+    });
+  }
+  return degrees;
+}
+
+/// Turns one row of displayed values into degrees.
+void MeasureRow(int row, const DegreesOfIndex& degrees, OpenImage& image) {
+  const std::span<const std::int32_t> cells = std::as_const(image.RowBuffers).Row(row);
+  const std::span<float> grid = image.TempGrid.Row(row);
+  for (std::size_t column = 0; column < cells.size(); ++column) {
+    if (const auto& value = degrees.at(static_cast<std::size_t>(cells[column]))) {
+      grid[column] = *value;
+    }
+  }
+}
+
+/// The extremes of a bitmap grow with every row, and the range control with them.
+void FollowExtremes(int row, Session& session) {
+  OpenImage& image = session.Image;
+  for (const float degrees : std::as_const(image.TempGrid).Row(row)) {
+    image.TempMin = std::min(image.TempMin, degrees);
+    image.TempMax = std::max(image.TempMax, degrees);
+  }
+  InitRangeControl(ImageExtremes(image), StoredScale(image), image.DisplayUnits, session.Range,
+                   session.View);
+}
+
+/// Reads the displayed values of a picture file row by row, measures those that stand for
+/// temperatures, and undoes a reversed palette.
+void RunRowPass(Ending ending, Session& session, Progress& progress) {
   OpenImage& image = session.Image;
   Picbuf& picture = session.Buffers.Picbuf1;
+  const bool isTxi = ending == Ending::kTxi;
+  const bool isMeasuredBmp = ending == Ending::kBmp && image.HasTemperature;
+  DegreesOfIndex degrees;
+  if (isTxi) {
+    degrees = TxiDegrees(image);
+  } else if (isMeasuredBmp) {
+    degrees = TrailerDegrees(image, session.Steps);
+    image.TempMax = -9999.0F;
+    image.TempMin = 9999.0F;
+  }
   for (int row = 0; row < image.ImageHeight; ++row) {
     session.View.LoadProgress = (row + 1.0) / image.ImageHeight * 100.0;
     progress.Advance();
     session.Steps.Run("read row", [&] { picture.GetRow(image.RowBuffers.Row(row), row); });
+    if (isTxi || isMeasuredBmp) {
+      session.Steps.Run("measure row", [&] { MeasureRow(row, degrees, image); });
+    }
+    if (isMeasuredBmp) {
+      session.Steps.Run("follow extremes", [&] { FollowExtremes(row, session); });
+    }
     if (image.PaletteReversed) {
       session.Steps.Run("undo reversed palette", [&] {
         for (std::int32_t& cell : image.RowBuffers.Row(row)) {
@@ -178,7 +298,8 @@ void FinishLoad(Ending ending, Session& session, Progress& progress) {
   view.UnitPanelVisible = true;
   session.Buffers.PicBuf2.UpdatePalette();
   view.Source = RangeSource::kStored;
-  if (ending == Ending::kSit) {
+  if (ending == Ending::kSit || ending == Ending::kTmp ||
+      (ending == Ending::kBmp && image.HasTemperature)) {
     view.Source = RangeSource::kImage;
     ToggleRangeSource(PiecesForRendering(session, progress));
   }
@@ -212,20 +333,61 @@ void ShowLoadingText(const QString& loadingWord, const OpenImage& image, ViewSta
   progress.Repaint();
 }
 
+void FinishRadiometricLoad(ImageKindValue kind, Session& session) {
+  OpenImage& image = session.Image;
+  image.HasTemperature = true;
+  session.View.RangeToggleVisible = true;
+  ShowCalibratedRange(image, session.Words, session.View);
+  // The pair of extremes and scale is that of the new kind, which is only stored at the end.
+  const bool isSit = kind == KindSit;
+  InitRangeControl(isSit ? TemperaturePair{image.SitTempMin, image.SitTempMax}
+                         : TemperaturePair{image.TempMin, image.TempMax},
+                   isSit ? TemperaturePair{image.SitScaleMin, image.SitScaleMax}
+                         : TemperaturePair{image.ScaleMin, image.ScaleMax},
+                   image.DisplayUnits, session.Range, session.View);
+  image.ImageKind = kind;
+}
+
+QString FieldText(const std::string& field) {
+  return QString::fromStdString(AnsiToUtf8(WithoutZeroBytes(field)));
+}
+
+void TakeCalibration(const CameraHeader& header, OpenImage& image) {
+  image.CalRangeMin = static_cast<float>(header.RangeLow);
+  image.CalRangeMax = static_cast<float>(header.RangeHigh);
+  image.PixelOffset = static_cast<float>(header.Offset);
+  image.PixelGain = static_cast<float>(header.Gain);
+}
+
+void MakeRasterBuffers(int width, int height, Session& session) {
+  OpenImage& image = session.Image;
+  Picbuf& picture = session.Buffers.Picbuf1;
+  picture.FileType = Picbuf::kBmp;
+  session.Steps.Run("create buffer", [&] { picture.CreateBuffer(0, height, width, 8); });
+  TakeBufferSize(picture, image);
+  image.TempGrid.Allocate(image.ImageWidth, image.ImageHeight);
+  image.RowBuffers.Allocate(image.ImageHeight, image.ImageWidth);
+}
+
+void SetScaleTexts(double low, double high, OpenImage& image) {
+  image.ScaleHighText = SixCharacters(TemperatureText(high, image.DisplayUnits));
+  image.ScaleLowText = SixCharacters(TemperatureText(low, image.DisplayUnits));
+}
+
 void TakeBufferSize(const Picbuf& buffer, OpenImage& image) {
   image.BufferWidth = image.HeaderWidth = image.ImageWidth = buffer.BufWidth();
   image.BufferHeight = image.HeaderHeight = image.ImageHeight = buffer.BufHeight();
 }
 
 void LoadImageFile(Session& session, Progress& progress) {
-  const Ending ending = EndingOf(session.Image.CurrentFile);
   ResetForLoad(session);
-  RunLoader(ending, session, progress);
+  const Ending named = EndingOf(session.Image.CurrentFile);
+  const Ending ending = RunLoader(named, session, progress);
   SetCommonFields(ending, session, progress);
-  ClearScaleTexts(ending, session.Image);
+  SetScale(ending, session);
   SetDisplayState(session);
   if (HasRowPass(ending)) {
-    RunRowPass(session, progress);
+    RunRowPass(ending, session, progress);
   }
   SetZoomForWidth(session.Image.ImageWidth, session.View.Zoom, session.Buffers.Picbuf1);
   FinishLoad(ending, session, progress);

@@ -6,7 +6,7 @@
 #include "core/file_access.h"
 #include "core/load_image.h"
 #include "core/loaders.h"
-#include "formats/ansi_text.h"
+#include "core/visible_image.h"
 #include "view/range_control.h"
 
 namespace tessa {
@@ -15,10 +15,6 @@ namespace {
 constexpr int kBorder = 3;  // Pixels at each edge that take no part in the extremes.
 constexpr float kStartMinimum = 999.0F;
 constexpr float kStartMaximum = -999.0F;
-
-QString Text(const std::string& ansi) {
-  return QString::fromStdString(AnsiToUtf8(ansi));
-}
 
 /// Extremes inside the border, over the pixels that the file has. A pixel outside the calibrated
 /// range does not move the extreme on that side.
@@ -91,36 +87,29 @@ void FindSound(const std::uint64_t fileSize, const ApplicationFolder& folder, Op
     image.SoundFile.clear();
     return;
   }
-  const QString name = Text(WithoutZeroBytes(header.SoundName)).trimmed();
-  const QString extension = Text(WithoutZeroBytes(header.SoundExt)).trimmed();
+  const QString name = FieldText(header.SoundName).trimmed();
+  const QString extension = FieldText(header.SoundExt).trimmed();
   if (extension == QLatin1String("WAV")) {
     image.SoundEmbedded = true;  // The name is a position inside the file.
     image.SoundFileTitle = WaveTitle(image);
     return;
   }
   // A name out of a file never leads out of the image's own folder.
-  if (name.contains(QLatin1Char('/')) || name.contains(QLatin1Char('\\')) ||
-      name.contains(QLatin1String(".."))) {
+  const QString file = name + QLatin1Char('.') + extension;
+  if (file.contains(QLatin1Char('/')) || file.contains(QLatin1Char('\\')) ||
+      file.contains(QLatin1String(".."))) {
     image.SoundFile.clear();
     return;
   }
   image.SoundFileTitle = WaveTitle(image);
-  image.SoundFile = QFileInfo(image.CurrentFilePath).absolutePath() + QDir::separator() + name +
-                    QLatin1Char('.') + extension;
+  image.SoundFile = QFileInfo(image.CurrentFilePath).absolutePath() + QDir::separator() + file;
 }
 
 void TakeHeaderTexts(const SitHeader& header, OpenImage& image, ViewState& view) {
   image.ImageTime = TimeFromDigits(header.TimeText);
   image.ImageDate = DateFromDigits(header.DateText);
-  view.Comment = Text(WithoutZeroBytes(header.Comment));
-  view.Memo = Text(WithoutZeroBytes(header.Memo));
-}
-
-void TakeCalibration(const SitHeader& header, OpenImage& image) {
-  image.CalRangeMin = static_cast<float>(header.RangeLow);
-  image.CalRangeMax = static_cast<float>(header.RangeHigh);
-  image.PixelOffset = static_cast<float>(header.Offset);
-  image.PixelGain = static_cast<float>(header.Gain);
+  view.Comment = FieldText(header.Comment);
+  view.Memo = FieldText(header.Memo);
 }
 
 }  // namespace
@@ -129,7 +118,6 @@ void LoadSit(Session& session, Progress& progress) {
   OpenImage& image = session.Image;
   ViewState& view = session.View;
   StepLog& steps = session.Steps;
-  Picbuf& picture = session.Buffers.Picbuf1;
 
   SitImage sit;
   std::uint64_t fileSize = 0;
@@ -146,15 +134,10 @@ void LoadSit(Session& session, Progress& progress) {
   const SitHeader& header = image.SitHeader;
   TakeHeaderTexts(header, image, view);
   ShowLoadingText(session.Words.LangString(180, "Loading"), image, view, progress);
-  picture.FileType = Picbuf::kBmp;
 
   image.CanEmbedSound = QFileInfo(image.CurrentFilePath).isWritable();
   image.SitFileLength = static_cast<std::int64_t>(fileSize);
-  steps.Run("create buffer", [&] { picture.CreateBuffer(0, kSitHeight, kSitWidth, 8); });
-  TakeBufferSize(picture, image);
-  image.TempGrid.Allocate(image.ImageWidth, image.ImageHeight);
-  image.RowBuffers.Allocate(image.ImageHeight, image.ImageWidth);
-
+  MakeRasterBuffers(kSitWidth, kSitHeight, session);
   image.Emissivity = static_cast<float>(header.EmissivityX100 / 100.0);
   ShowEmissivity(image, session.Words, view);
   TakeCalibration(header, image);
@@ -174,14 +157,9 @@ void LoadSit(Session& session, Progress& progress) {
 
   image.SitVersion = SitVersionOf(header);
   FindSound(fileSize, session.Folder, image);
-  image.HasVisibleImage = false;
+  ExtractVisible(VisiblePosition(header, sit.VisibleLength), session);
 
-  image.HasTemperature = true;
-  view.RangeToggleVisible = true;
-  ShowCalibratedRange(image, session.Words, view);
-  InitRangeControl(extremes, {image.SitScaleMin, image.SitScaleMax}, image.DisplayUnits,
-                   session.Range, view);
-  image.ImageKind = KindSit;
+  FinishRadiometricLoad(KindSit, session);
 }
 
 }  // namespace tessa

@@ -3,10 +3,13 @@
 #include <QString>
 #include <array>
 #include <cstdint>
+#include <vector>
 
 #include "core/pixel_stores.h"
 #include "formats/bmp.h"
+#include "formats/sequence.h"
 #include "formats/sit.h"
+#include "formats/tmp_image.h"
 
 namespace tessa {
 
@@ -84,8 +87,13 @@ struct OpenImage {
   QString ImageTime;  // "h:nn:ss AM/PM"
 
   // Sequences.
-  int FrameCount = 0;
+  int FrameCount = 0;    // 0: no sequence, or one that could not be read.
   int CurrentFrame = 0;  // 1-based.
+  float SeqVersion = 0.0F;
+  std::int64_t SeqFrameStride = 0;     // Bytes from one frame to the next in a container.
+  int SeqDepth = 0;                    // Bits a pixel, containers only.
+  std::vector<QString> SeqFrameTimes;  // Stamps of a snapshot's frames.
+  std::vector<Bytes> SeqFrames;        // A snapshot's frame arrays as stored; empty: none there.
 
   // Side data.
   bool HasVisibleImage = false;
@@ -107,6 +115,9 @@ struct OpenImage {
 
   // Header records as the file gave them; saving rewrites the same instance.
   tessa::SitHeader SitHeader;
+  tessa::TmpHeader TmpHeader;
+  tessa::LegacyHeader LegacyHeader;
+  tessa::SeqHeader SeqHeader;
   tessa::BmpFileHeader BmpFileHeader;
   tessa::BmpInfoHeader BmpInfoHeader;
 };

@@ -26,12 +26,15 @@ struct Session {
   OpenImage Image;
   ViewState View;
   ViewBuffers Buffers;
+  VisibleBuffers Visible;
   RangeSlider Range;  // The model of RangeV.
   Readout Cursor;
   tessa::Palettes Palettes;
   tessa::Settings Settings;
   Strings Words;
   ApplicationFolder Folder;
+  /// False where nobody looks at or listens to what images carry: then nothing is cut out of them.
+  bool ExtractsAttachments = true;
   QString PendingCommandFile;  // Exact path from the command line that waits to be opened.
 
   // What the last load found wrong.
@@ -42,8 +45,8 @@ struct Session {
 /// Reads palettes and makes the strips: what has to be done once before anything is opened.
 void PrepareSession(Session& session);
 
-/// The settings become what the program starts with: palette, unit and the kind that the load button
-/// offers.
+/// The settings become what the program starts with: palette, unit and the kind that the load
+/// button offers.
 void ApplySettings(Session& session);
 
 }  // namespace tessa

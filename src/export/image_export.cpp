@@ -1,5 +1,6 @@
 #include "export/image_export.h"
 
+#include <algorithm>
 #include <array>
 #include <charconv>
 #include <cmath>
@@ -7,7 +8,8 @@
 #include "core/load_image.h"
 #include "formats/bmp.h"
 #include "formats/float_tiff.h"
-#include "formats/number_text.h"
+#include "formats/txi_words.h"
+#include "sequence/show_frame.h"
 #include "view/picture_file.h"
 #include "view/range_control.h"
 #include "view/units.h"
@@ -59,12 +61,57 @@ void ApplyRange(const ExportOptions& options, Session& session, Progress& progre
   ShowInRange(range.Minimum, range.Maximum, PiecesForRendering(session, progress));
 }
 
+/// Shows one frame: from its own file where there is one, else from the open file.
+void ShowChosenFrame(int number, Session& session, Progress& progress) {
+  OpenImage& image = session.Image;
+  if (image.FrameCount == 0) {
+    throw StepFailure("the image has no frames to choose from");
+  }
+  const int slots = std::max(image.SeqHeader.Frames, image.FrameCount);
+  image.CurrentFrame = number;
+  if (ShowFrameFromFile(session, progress)) {
+    return;
+  }
+  if (number < 1 || number > slots) {
+    throw StepFailure("there is no frame " + std::to_string(number) + "; the last one is " +
+                      std::to_string(slots));
+  }
+  if (!ShowFrame(false, session, progress)) {
+    throw StepFailure("frame " + std::to_string(number) + " cannot be read");
+  }
+}
+
+Bytes EncodeTxi(Session& session) {
+  RequireTemperatures(session.Image, "scale for a TXI file");
+  const OpenImage& image = session.Image;
+  const auto celsius = [&](const QString& text) {
+    return FromDisplayUnits(ParseNumber(text), image.DisplayUnits);
+  };
+  const auto low = EncodeTxiWord(celsius(image.ScaleLowText));
+  const auto high = EncodeTxiWord(celsius(image.ScaleHighText));
+  const TxiScale scale = low && high ? DecodeTxiWords(*low, *high) : TxiScale{};
+  // The two words cannot say every range; a reader would take others for hundreds of degrees more.
+  constexpr double kRounding = 0.06;
+  if (!low || !high || std::fabs(scale.Low - celsius(image.ScaleLowText)) > kRounding ||
+      std::fabs(scale.High - celsius(image.ScaleHighText)) > kRounding) {
+    throw StepFailure("a TXI file cannot hold the range " + image.ScaleLowText.toStdString() +
+                      " to " + image.ScaleHighText.toStdString() +
+                      ": its upper end must not be below zero, and both must be below 6553 C");
+  }
+  Progress progress;
+  ShowInRange(static_cast<float>(scale.Low), static_cast<float>(scale.High),
+              PiecesForRendering(session, progress));
+  const Picbuf& picture = session.Buffers.Picbuf1;
+  return EncodeBmp8(picture.BufWidth(), picture.BufHeight(), picture.Pixels(), picture.Stride(),
+                    picture.Palette(), *low, *high);
+}
+
 }  // namespace
 
 const QStringList& ExportEndings() {
   static const QStringList kEndings = {QStringLiteral("bmp"), QStringLiteral("png"),
                                        QStringLiteral("jpg"), QStringLiteral("csv"),
-                                       QStringLiteral("tif")};
+                                       QStringLiteral("tif"), QStringLiteral("txi")};
   return kEndings;
 }
 
@@ -87,21 +134,30 @@ std::optional<ExportRange> ParseExportRange(const QString& text) {
   return ExportRange{ExportRange::Choice::kEntered, low, high};
 }
 
-void LoadForExport(const QString& path, const ExportOptions& options, Session& session) {
-  Progress progress;
+void PrepareForExport(const ExportOptions& options, const Palettes& palettes, Session& session) {
+  session.Palettes = palettes;
+  session.ExtractsAttachments = false;
+  FillPaletteList(session.View);
   session.View.PaletteSelection = options.Palette;
   session.Image.DisplayUnits = options.Unit;
   if (options.Reverse) {
     ReverseTable(session.Palettes.PaletteTable.at(static_cast<std::size_t>(options.Palette)));
   }
+}
+
+void LoadForExport(const QString& path, const ExportOptions& options, Session& session) {
+  Progress progress;
   OpenPath(path, session, progress);
   if (const Problem* const reason = FindNoImage(session.Faults)) {
     throw StepFailure(reason->Text);
   }
+  if (options.Frame != 0) {
+    ShowChosenFrame(options.Frame, session, progress);
+  }
   ApplyRange(options, session, progress);
 }
 
-Bytes EncodeForExport(const Session& session, const QString& ending, char unit) {
+Bytes EncodeForExport(Session& session, const QString& ending, char unit) {
   const OpenImage& image = session.Image;
   const Picbuf& picture = session.Buffers.Picbuf1;
   if (ending == QLatin1String("bmp")) {
@@ -120,6 +176,9 @@ Bytes EncodeForExport(const Session& session, const QString& ending, char unit) 
   if (ending == QLatin1String("tif")) {
     RequireTemperatures(image, "temperature picture");
     return EncodeFloatTiff(image.ImageWidth, image.ImageHeight, image.TempGrid.Cells());
+  }
+  if (ending == QLatin1String("txi")) {
+    return EncodeTxi(session);
   }
   throw StepFailure("there is no export to ." + ending.toStdString());
 }

@@ -22,6 +22,7 @@ struct ExportOptions {
   bool Reverse = false;
   ExportRange Range;
   char Unit = 'C';  // 'C' or 'F', for entered ranges and temperatures in text.
+  int Frame = 0;    // 1-based frame of a snapshot or sequence; 0: the one that a load shows.
 };
 
 /// The endings that an image can be exported to, in lower case.
@@ -30,13 +31,17 @@ const QStringList& ExportEndings();
 /// "stored", "image" or "LOW:HIGH"; nothing when the text is none of them.
 std::optional<ExportRange> ParseExportRange(const QString& text);
 
-/// Loads `path` into the session as the options say. Throws StepFailure with the plain reason when
-/// there is no image in it or the range cannot be had.
+/// Gives a fresh session the palettes that exports draw with.
+void PrepareForExport(const ExportOptions& options, const Palettes& palettes, Session& session);
+
+/// Loads `path` into a prepared session as the options say. Throws StepFailure with the plain
+/// reason when there is no image in it, or the frame or the range cannot be had.
 void LoadForExport(const QString& path, const ExportOptions& options, Session& session);
 
 /// The open image's bytes in the format of `ending`: bmp (8-bit indices and palette), png, jpg
-/// (quality 95), csv (temperatures, shortest digits that give the single back) or tif (one 32-bit
-/// float a pixel, degrees Celsius). Throws StepFailure.
-Bytes EncodeForExport(const Session& session, const QString& ending, char unit);
+/// (quality 95), csv (temperatures, shortest digits that give the single back), tif (one 32-bit
+/// float a pixel, degrees Celsius) or txi (a bitmap whose header carries the range; the picture is
+/// drawn anew in the range as the header can say it). Throws StepFailure.
+Bytes EncodeForExport(Session& session, const QString& ending, char unit);
 
 }  // namespace tessa

@@ -75,6 +75,10 @@ bool CheckHeaders(BmpPicture& picture, std::uint64_t fileSize) {
     Refuse(picture, ProblemKind::kTruncated, 10, "OffBits", "the pixels start past the file's end");
     return false;
   }
+  if (picture.FileHeader.OffBits < kInfoHeaderAt + info.Size) {
+    Refuse(picture, ProblemKind::kBadValue, 10, "OffBits", "the pixels start inside the header");
+    return false;
+  }
   picture.Width = info.Width;
   picture.Height = static_cast<int>(rows);
   picture.Depth = bits <= 8 ? 8 : 24;
@@ -91,8 +95,9 @@ void ReadPalette(ByteSpan file, BmpPicture& picture) {
   const std::uint64_t stated = info.ClrUsed == 0 ? possible : info.ClrUsed;
   const std::uint64_t count = std::min({stated, room, possible, std::uint64_t{256}});
   if (room < std::min(stated, possible)) {
-    picture.Faults.push_back({ProblemKind::kBadValue, info.Size < 36 ? start : 46,
-                              info.Size < 36 ? "Palette" : "ClrUsed",
+    const bool hasCount = info.Size >= 36;  // Short headers end before the number of colours.
+    picture.Faults.push_back({ProblemKind::kBadValue, hasCount ? 46 : start,
+                              hasCount ? "ClrUsed" : "Palette",
                               "the palette has fewer colours than the header says", false});
   }
   ByteReader reader(file, std::min<std::uint64_t>(start, file.size()));

@@ -1,79 +1,22 @@
 #include "formats/sit.h"
 
 #include <algorithm>
-#include <cctype>
 #include <string_view>
 
-#include "formats/ansi_text.h"
-#include "formats/fixed32.h"
 #include "formats/foreign_content.h"
 #include "formats/number_text.h"
 
 namespace tessa {
 namespace {
 
-constexpr std::uint64_t kRangeLowAt = 26;
-constexpr std::uint64_t kRangeHighAt = 30;
-constexpr std::uint64_t kOffsetAt = 48;
-constexpr std::uint64_t kGainAt = 52;
-constexpr std::uint64_t kScaleCenterAt = 68;
-constexpr std::uint64_t kScaleStepAt = 72;
-constexpr std::uint64_t kEmissivityAt = 76;
-constexpr std::uint64_t kDateAt = 92;
-constexpr std::uint64_t kTimeAt = 98;
-constexpr std::uint64_t kSoundNameAt = 108;
-constexpr std::uint64_t kSoundExtAt = 116;
-constexpr std::uint64_t kCommentAt = 214;
-constexpr std::uint64_t kCommentSize = 638;
-constexpr std::uint64_t kMemoAt = 982;
-constexpr std::uint64_t kMemoSize = 20;
-
-double Fixed32At(ByteReader& reader, std::uint64_t offset) {
-  reader.Seek(offset);
-  const std::int16_t whole = reader.I16Be();
-  return DecodeFixed32(whole, reader.U16Be());
-}
-
-std::string TextAt(ByteReader& reader, std::uint64_t offset, std::uint64_t size) {
-  reader.Seek(offset);
-  return reader.Text(size);
-}
-
-bool AllDigits(std::string_view text) {
-  return std::all_of(text.begin(), text.end(),
-                     [](char character) { return character >= '0' && character <= '9'; });
-}
-
-/// Values that no camera writes. They are read as they stand all the same.
-void CheckValues(const SitHeader& header, Problems& faults) {
-  const auto report = [&](std::uint64_t offset, std::string field, std::string text) {
-    faults.push_back({ProblemKind::kBadValue, offset, std::move(field), std::move(text), false});
-  };
-  if (header.Gain == 0.0) {
-    report(kGainAt, "Gain", "the gain is zero, so every pixel has the same temperature");
-  }
-  if (header.RangeLow >= header.RangeHigh) {
-    report(kRangeLowAt, "RangeLow", "the calibrated range is empty or upside down");
-  }
-  if (header.EmissivityX100 <= 0 || header.EmissivityX100 > 100) {
-    report(kEmissivityAt, "EmissivityX100", "the emissivity is not between 0.01 and 1.00");
-  }
-  if (header.ScaleStep <= 0.0) {
-    report(kScaleStepAt, "ScaleStep", "the stored display scale is empty or upside down");
-  }
-  if (!AllDigits(header.DateText)) {
-    report(kDateAt, "DateText", "the date is not made of six digits");
-  }
-  if (!AllDigits(header.TimeText)) {
-    report(kTimeAt, "TimeText", "the time is not made of six digits");
-  }
-}
-
-void WriteFixed32(ByteWriter& writer, double value) {
-  const Fixed32Parts parts = EncodeFixed32(value);
-  writer.I16Be(parts.Whole);
-  writer.U16Be(parts.Fraction);
-}
+constexpr std::size_t kSoundNameAt = 108;
+constexpr std::size_t kSoundNameSize = 8;
+constexpr std::size_t kSoundExtAt = 116;
+constexpr std::size_t kSoundExtSize = 3;
+constexpr std::size_t kCommentAt = 214;
+constexpr std::size_t kCommentSize = 638;
+constexpr std::size_t kMemoAt = 982;
+constexpr std::size_t kMemoSize = 20;
 
 }  // namespace
 
@@ -95,27 +38,28 @@ float SitVersionOf(const SitHeader& header) {
   return static_cast<float>(ParseLeadingNumber(kept));
 }
 
+std::uint64_t VisiblePosition(const SitHeader& header, std::uint32_t lengthWord) {
+  constexpr std::uint64_t kLengthWords = 8;  // The length word and four bytes that nobody reads.
+  switch (AttachmentCode(header)) {
+    case 2:
+      return kSitAttachmentOffset + kLengthWords + 1;
+    case 3:
+      return std::uint64_t{lengthWord} + kLengthWords + 1;
+    default:
+      return 0;
+  }
+}
+
 SitHeader ReadSitHeader(ByteSpan start, Problems& faults) {
   SitHeader header;
   const std::size_t present = std::min(start.size(), kSitHeaderSize);
   std::copy_n(start.begin(), present, header.Record.begin());
 
-  ByteReader reader(header.Record);
-  header.Signature = reader.Text(10);
-  header.RangeLow = Fixed32At(reader, kRangeLowAt);
-  header.RangeHigh = Fixed32At(reader, kRangeHighAt);
-  header.Offset = Fixed32At(reader, kOffsetAt);
-  header.Gain = Fixed32At(reader, kGainAt);
-  header.ScaleCenter = Fixed32At(reader, kScaleCenterAt);
-  header.ScaleStep = Fixed32At(reader, kScaleStepAt);
-  reader.Seek(kEmissivityAt);
-  header.EmissivityX100 = reader.I16Be();
-  header.DateText = TextAt(reader, kDateAt, 6);
-  header.TimeText = TextAt(reader, kTimeAt, 6);
-  header.SoundName = TextAt(reader, kSoundNameAt, 8);
-  header.SoundExt = TextAt(reader, kSoundExtAt, 3);
-  header.Comment = TextAt(reader, kCommentAt, kCommentSize);
-  header.Memo = TextAt(reader, kMemoAt, kMemoSize);
+  ReadCameraHeader(header.Record, header);
+  header.SoundName = TextAt(header.Record, kSoundNameAt, kSoundNameSize);
+  header.SoundExt = TextAt(header.Record, kSoundExtAt, kSoundExtSize);
+  header.Comment = TextAt(header.Record, kCommentAt, kCommentSize);
+  header.Memo = TextAt(header.Record, kMemoAt, kMemoSize);
 
   if (auto foreign = ForeignContentProblem(start, "a SIT image")) {
     faults.push_back(std::move(*foreign));
@@ -125,7 +69,7 @@ SitHeader ReadSitHeader(ByteSpan start, Problems& faults) {
          "the file ends inside its header, after " + std::to_string(present) + " of 1024 bytes",
          true});
   } else {
-    CheckValues(header, faults);
+    CheckCameraHeader(header, faults);
   }
   return header;
 }
@@ -166,23 +110,10 @@ SitImage DecodeSit(ByteSpan start, std::uint64_t fileSize) {
 Bytes EncodeSit(const SitFields& fields) {
   ByteWriter writer;
   writer.Reserve(kSitAttachmentOffset + fields.Attachment.size());
-  writer.Text(fields.Signature, 10);
-  writer.PadTo(kRangeLowAt);
-  WriteFixed32(writer, fields.RangeLow);
-  WriteFixed32(writer, fields.RangeHigh);
-  writer.PadTo(kOffsetAt);
-  WriteFixed32(writer, fields.Offset);
-  WriteFixed32(writer, fields.Gain);
-  writer.PadTo(kScaleCenterAt);
-  WriteFixed32(writer, fields.ScaleCenter);
-  WriteFixed32(writer, fields.ScaleStep);
-  writer.I16Be(fields.EmissivityX100);
-  writer.PadTo(kDateAt);
-  writer.Text(fields.DateText, 6);
-  writer.Text(fields.TimeText, 6);
+  WriteCameraFields(fields, writer);
   writer.PadTo(kSoundNameAt);
-  writer.Text(fields.SoundName, 8);
-  writer.Text(fields.SoundExt, 3);
+  writer.Text(fields.SoundName, kSoundNameSize);
+  writer.Text(fields.SoundExt, kSoundExtSize);
   writer.PadTo(kCommentAt);
   writer.Text(fields.Comment, kCommentSize);
   writer.PadTo(kMemoAt);

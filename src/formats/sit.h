@@ -7,6 +7,7 @@
 #include "formats/byte_reader.h"
 #include "formats/byte_writer.h"
 #include "formats/calibration.h"
+#include "formats/camera_header.h"
 #include "formats/problem.h"
 
 namespace tessa {
@@ -20,21 +21,10 @@ inline constexpr std::uint64_t kSitAttachmentOffset = 156160;
 /// All that a decoder needs to see of a file, attachments aside.
 inline constexpr std::size_t kSitDecodeSize = kSitAttachmentOffset + 4;
 
-/// The fixed header of a SIT file. Texts are the field's bytes in code page 1252, padding included,
-/// and always of the field's size.
-struct SitHeader {
+/// The fixed header of a SIT file.
+struct SitHeader : CameraHeader {
   /// As stored: rewriting it keeps what this program does not understand.
   std::array<std::uint8_t, kSitHeaderSize> Record{};
-  std::string Signature = std::string(10, '\0');  // Characters 5 to 10 carry the firmware version.
-  double RangeLow = 0.0;                          // Calibrated range, degrees Celsius.
-  double RangeHigh = 0.0;
-  double Offset = 0.0;       // Degrees Celsius at count 0.
-  double Gain = 0.0;         // Degrees per count.
-  double ScaleCenter = 0.0;  // Centre of the stored display scale, degrees Celsius.
-  double ScaleStep = 0.0;    // A quarter of that scale's half width.
-  std::int16_t EmissivityX100 = 0;
-  std::string DateText = std::string(6, '\0');   // YYMMDD
-  std::string TimeText = std::string(6, '\0');   // HHMMSS
   std::string SoundName = std::string(8, '\0');  // With the extension WAV a decimal file position.
   std::string SoundExt = std::string(3, '\0');   // The last may be an attachment code instead.
   std::string Comment = std::string(638, '\0');  // Zero-padded.
@@ -59,22 +49,16 @@ float SitVersionOf(const SitHeader& header);
 /// reported in `faults`.
 SitHeader ReadSitHeader(ByteSpan start, Problems& faults);
 
+/// Where the visible picture's JPEG starts, counted from byte 1, as the attachment code tells; 0
+/// when there is none. `lengthWord` is the big-endian value at kSitAttachmentOffset.
+std::uint64_t VisiblePosition(const SitHeader& header, std::uint32_t lengthWord);
+
 /// Decodes header and raster. `start` holds the first min(`fileSize`, kSitDecodeSize) bytes of a
 /// file of `fileSize` bytes. Never fails as a whole: what is not there stays zero and is reported.
 SitImage DecodeSit(ByteSpan start, std::uint64_t fileSize);
 
 /// What a SIT file is made of, for writers of samples and tests. Counts: 320 x 240, row by row.
-struct SitFields {
-  std::string Signature = "SIT 3.00  ";
-  double RangeLow = -40.0;
-  double RangeHigh = 120.0;
-  double Offset = 0.0;
-  double Gain = 0.01;
-  double ScaleCenter = 20.0;
-  double ScaleStep = 5.0;
-  std::int16_t EmissivityX100 = 95;
-  std::string DateText = "260115";
-  std::string TimeText = "143005";
+struct SitFields : CameraFields {
   std::string SoundName;
   std::string SoundExt;
   std::string Comment;

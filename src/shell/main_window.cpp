@@ -114,6 +114,10 @@ std::vector<MainWindow::Command> MainWindow::MakeCommands() {
        {QKeySequence::Open},
        load(4),
        {}},
+      {QStringLiteral("mnuLoadTxi"), QStringLiteral("TXI ") + images, {}, {}, load(5), {}},
+      {QStringLiteral("mnuLoadTMP"), QStringLiteral("TMP ") + images, {}, {}, load(6), {}},
+      {QStringLiteral("mnuLoadRTI"), words.LangString(221, "RTI Snapshots"), {}, {}, load(7), {}},
+      {QStringLiteral("mnuLoadSEQ"), words.LangString(222, "RTV Sequence"), {}, {}, load(8), {}},
       {QStringLiteral("mnuClose"),
        words.LangString(114, "&Close"),
        QStringLiteral("close_image"),
@@ -180,7 +184,8 @@ void MainWindow::MakeMenus() {
   };
   QMenu* const file = menu(nullptr, words.LangString(168, "&File"), "mnuFile");
   QMenu* const load = menu(file, words.LangString(178, "&Load"), "mnuLoad");
-  for (const char* id : {"mnuLoadIMG", "mnuLoadBmp", "mnuLoadTIFF", "mnuLoadJPEG"}) {
+  for (const char* id : {"mnuLoadIMG", "mnuLoadTMP", "mnuLoadTxi", "mnuLoadRTI", "mnuLoadSEQ",
+                         "mnuLoadBmp", "mnuLoadTIFF", "mnuLoadJPEG"}) {
     load->addAction(Action(id));
   }
   file->addAction(Action("mnuClose"));
@@ -202,9 +207,10 @@ void MainWindow::MakeToolPanel() {
   openButton_->setObjectName(QStringLiteral("btnOpenImage"));
   openButton_->setAccessibleName(session_.Words.LangString(179, "Load Image"));
   connect(openButton_, &QToolButton::clicked, this, [this] {
-    // The entries that are built, in the order of the kinds.
-    static constexpr std::array<const char*, 4> kEntries = {"mnuLoadBmp", "mnuLoadTIFF",
-                                                            "mnuLoadJPEG", "mnuLoadIMG"};
+    // In the order of the kinds.
+    static constexpr std::array<const char*, 8> kEntries = {
+        "mnuLoadBmp", "mnuLoadTIFF", "mnuLoadJPEG", "mnuLoadIMG",
+        "mnuLoadTxi", "mnuLoadTMP",  "mnuLoadRTI",  "mnuLoadSEQ"};
     const auto kind = static_cast<std::size_t>(session_.Image.ImageKind);
     if (!session_.Image.UiLocked && kind < kEntries.size()) {
       Action(kEntries[kind])->trigger();

@@ -1,45 +1,19 @@
 #include "shell/tool_command_line.h"
 
 #include <CLI/CLI.hpp>
-#include <QDir>
-#include <QFile>
-#include <QFileInfo>
 #include <QJsonArray>
 #include <QJsonDocument>
-#include <QSet>
-#include <cstdio>
-#include <filesystem>
 
 #include "core/file_access.h"
 #include "core/load_image.h"
-#include "core/session.h"
+#include "core/visible_image.h"
 #include "export/image_export.h"
 #include "export/image_report.h"
+#include "shell/tool_export.h"
+#include "shell/tool_support.h"
 
 namespace tessa {
 namespace {
-
-constexpr int kDone = 0;
-constexpr int kFailed = 1;
-constexpr int kWrongCall = 2;
-
-QString FromArgument(const std::string& argument) {
-  return QFile::decodeName(QByteArray::fromStdString(argument));
-}
-
-void PrintOut(const QByteArray& text) {
-  std::fwrite(text.constData(), 1, static_cast<std::size_t>(text.size()), stdout);
-}
-
-void PrintError(const QString& path, const std::string& reason) {
-  std::fprintf(stderr, "tessatool: %s: %s\n", QFile::encodeName(path).constData(), reason.c_str());
-}
-
-ApplicationFolder OwnFolder() {
-  std::error_code error;
-  const auto executable = std::filesystem::read_symlink("/proc/self/exe", error);
-  return ApplicationFolder::ForExecutable(FromArgument(executable.string()));
-}
 
 struct InfoCall {
   std::vector<std::string> Files;
@@ -47,19 +21,18 @@ struct InfoCall {
 };
 
 int RunInfo(const InfoCall& call) {
-  int status = kDone;
+  int status = kToolDone;
   QJsonArray reports;
   Progress progress;
   for (const std::string& argument : call.Files) {
     const QString path = FromArgument(argument);
     Session session(OwnFolder());
-    // Colours do not matter here, so the palettes are not read.
-    MakePaletteStrips(session.Buffers);
-    FillPaletteList(session.View);
+    // Colours do not matter here, so no palettes are read.
+    PrepareForExport({}, {}, session);
     OpenPath(path, session, progress);
     if (const Problem* const reason = FindNoImage(session.Faults)) {
       PrintError(path, reason->Text);
-      status = kFailed;
+      status = kToolFailed;
     } else if (call.Json) {
       reports.append(ReportAsJson(session));
     } else {
@@ -73,120 +46,39 @@ int RunInfo(const InfoCall& call) {
   return status;
 }
 
-struct ExportCall {
-  std::vector<std::string> Files;
+struct VisibleCall {
+  std::string File;
   std::string Out;
-  std::string Folder;
-  std::string To;
-  std::string Palette = "0";
-  std::string Range = "stored";
-  std::string Unit = "C";
-  bool Reverse = false;
   bool Force = false;
 };
 
-struct ExportJob {
-  QString Source;
-  QString Target;
-};
-
-/// The target of every source, or nothing after a report when the call makes no sense.
-std::optional<std::vector<ExportJob>> PlanExport(const ExportCall& call) {
-  const bool oneTarget = !call.Out.empty();
-  if (oneTarget == !call.Folder.empty() || call.Folder.empty() != call.To.empty()) {
-    std::fputs("tessatool: give either -o OUT or both --folder DIR and --to EXT\n", stderr);
-    return std::nullopt;
-  }
-  if (oneTarget && call.Files.size() > 1) {
-    std::fputs("tessatool: -o takes one image; use --folder and --to for several\n", stderr);
-    return std::nullopt;
-  }
-  std::vector<ExportJob> jobs;
-  QSet<QString> targets;
-  for (const std::string& file : call.Files) {
-    const QString source = FromArgument(file);
-    QString target = FromArgument(call.Out);
-    if (!oneTarget) {
-      target = QDir(FromArgument(call.Folder))
-                   .filePath(QFileInfo(source).completeBaseName() + QLatin1Char('.') +
-                             FromArgument(call.To).toLower());
+/// Writes the bytes of the JPEG inside a SIT image as they are.
+int RunVisible(const VisibleCall& call) {
+  const QString path = FromArgument(call.File);
+  try {
+    Problems faults;
+    const auto file = RandomFile::Open(path, faults);
+    if (!file) {
+      throw StepFailure(faults.front().Text);
     }
-    if (!ExportEndings().contains(QFileInfo(target).suffix().toLower())) {
-      PrintError(target, "the ending must be one of " +
-                             ExportEndings().join(QLatin1String(", ")).toStdString());
-      return std::nullopt;
+    const SitImage image = DecodeSit(file->ReadAt(0, kSitDecodeSize), file->Size());
+    if (const Problem* const reason = FindNoImage(image.Faults)) {
+      throw StepFailure(reason->Text);
     }
-    if (targets.contains(target)) {
-      PrintError(target, "two of the images would become this one file");
-      return std::nullopt;
+    const Bytes jpeg = CutOutVisible(*file, VisiblePosition(image.Header, image.VisibleLength));
+    if (jpeg.empty()) {
+      throw StepFailure("the image has no visible-light picture inside");
     }
-    targets.insert(target);
-    jobs.push_back({source, target});
-  }
-  return jobs;
-}
-
-std::optional<ExportOptions> ParseOptions(const ExportCall& call) {
-  ExportOptions options;
-  options.Reverse = call.Reverse;
-  options.Unit = call.Unit == "F" ? 'F' : 'C';
-  options.Palette = FindPalette(FromArgument(call.Palette));
-  if (options.Palette < 0) {
-    std::fprintf(stderr, "tessatool: there is no palette \"%s\"; the palettes are\n",
-                 call.Palette.c_str());
-    for (int i = 0; i < kOfferedPalettes; ++i) {
-      std::fprintf(stderr, "  %2d  %s\n", i, PaletteNames[static_cast<std::size_t>(i)].data());
+    const QString target = FromArgument(call.Out);
+    if (IsSameFile(path, target)) {
+      throw StepFailure("the picture would overwrite the image itself");
     }
-    return std::nullopt;
+    WriteWholeFile(target, jpeg, call.Force ? Overwrite::kReplace : Overwrite::kRefuse);
+    return kToolDone;
+  } catch (const std::exception& failure) {
+    PrintError(path, failure.what());
+    return kToolFailed;
   }
-  const auto range = ParseExportRange(FromArgument(call.Range));
-  if (!range) {
-    std::fputs("tessatool: --range takes stored, image or LOW:HIGH\n", stderr);
-    return std::nullopt;
-  }
-  options.Range = *range;
-  return options;
-}
-
-bool IsSameFile(const QString& first, const QString& second) {
-  const QString firstPath = QFileInfo(first).canonicalFilePath();
-  return !firstPath.isEmpty() && firstPath == QFileInfo(second).canonicalFilePath();
-}
-
-int RunExport(const ExportCall& call) {
-  const auto jobs = PlanExport(call);
-  const auto options = ParseOptions(call);
-  if (!jobs || !options) {
-    return kWrongCall;
-  }
-  if (!call.Folder.empty() && !QDir().mkpath(FromArgument(call.Folder))) {
-    PrintError(FromArgument(call.Folder), "the folder cannot be made");
-    return kFailed;
-  }
-  int status = kDone;
-  for (const ExportJob& job : *jobs) {
-    try {
-      if (IsSameFile(job.Source, job.Target)) {
-        throw StepFailure("the export would overwrite the image itself");
-      }
-      if (!call.Force && QFileInfo::exists(job.Target)) {
-        throw StepFailure(job.Target.toStdString() + " is there already; --force would replace it");
-      }
-      Session session(OwnFolder());
-      PrepareSession(session);
-      LoadForExport(job.Source, *options, session);
-      const Bytes content =
-          EncodeForExport(session, QFileInfo(job.Target).suffix().toLower(), options->Unit);
-      WriteWholeFile(job.Target, content, call.Force ? Overwrite::kReplace : Overwrite::kRefuse);
-      for (const Problem& fault : session.Faults) {
-        PrintError(job.Source, "warning: " + fault.Text);
-      }
-    } catch (const std::exception& failure) {
-      PrintError(job.Source, failure.what());
-      status = kFailed;
-    }
-  }
-  return status;
 }
 
 }  // namespace
@@ -204,7 +96,7 @@ int RunToolCommandLine(int argc, char** argv) {
 
   ExportCall exportCall;
   CLI::App* const exportCommand =
-      tool.add_subcommand("export", "Write images as bmp, png, jpg, csv or tif");
+      tool.add_subcommand("export", "Write images as bmp, png, jpg, csv, tif or txi");
   exportCommand->add_option("FILE", exportCall.Files, "Images")->required();
   exportCommand->add_option("-o,--output", exportCall.Out, "File to write; its ending decides");
   exportCommand->add_option("--folder", exportCall.Folder, "Folder to write into");
@@ -217,10 +109,25 @@ int RunToolCommandLine(int argc, char** argv) {
       ->check(CLI::IsMember({"C", "F"}));
   exportCommand->add_flag("--force", exportCall.Force, "Replace files that are there already");
 
+  exportCommand->add_option("--frame", exportCall.Frame, "Frame of a snapshot or sequence, from 1")
+      ->check(CLI::Range(1, 32767));
+  exportCommand->add_option("--jobs", exportCall.Jobs, "Images to work on at once")
+      ->check(CLI::Range(1, 1024));
+
+  VisibleCall visible;
+  CLI::App* const visibleCommand =
+      tool.add_subcommand("visible", "Write the visible-light JPEG inside a SIT image");
+  visibleCommand->add_option("FILE", visible.File, "SIT image")->required();
+  visibleCommand->add_option("-o,--output", visible.Out, "JPEG to write")->required();
+  visibleCommand->add_flag("--force", visible.Force, "Replace a file that is there already");
+
   try {
     tool.parse(argc, argv);
   } catch (const CLI::ParseError& error) {
-    return tool.exit(error) == 0 ? kDone : kWrongCall;
+    return tool.exit(error) == 0 ? kToolDone : kToolWrongCall;
+  }
+  if (visibleCommand->parsed()) {
+    return RunVisible(visible);
   }
   return infoCommand->parsed() ? RunInfo(info) : RunExport(exportCall);
 }

@@ -34,7 +34,7 @@ int IndexAt(int x, int y, const OpenImage& image) {
   return image.RowBuffers.Row(y - 1)[static_cast<std::size_t>(x - 1)];
 }
 
-/// The position panels keep the blank that stands for a number's plus sign.
+/// Numbers in the panels keep the blank that stands for their plus sign.
 QString Joined(const QString& text, int number) {
   return text + (number >= 0 ? QStringLiteral(" ") : QString()) + QString::number(number);
 }
@@ -61,8 +61,8 @@ bool UpdateReadout(int clientX, int clientY, const OpenImage& image, const Picbu
     view.StatusPanel[3] = strings.LangString(256, "Temp") + QStringLiteral(": ") + text;
   } else {
     view.PictureTip.clear();
-    view.StatusPanel[3] = strings.LangString(205, "Palette Entry") + QStringLiteral(": ") +
-                          QString::number(readout.ReadoutIndex);
+    view.StatusPanel[3] = Joined(strings.LangString(205, "Palette Entry") + QStringLiteral(": "),
+                                 readout.ReadoutIndex);
   }
   return true;
 }

@@ -4,7 +4,6 @@
 #include <cmath>
 
 #include "view/range_control.h"
-#include "view/render_mapping.h"
 #include "view/units.h"
 
 namespace tessa {
@@ -21,21 +20,10 @@ float FiniteFloat(double value) {
   return stored;
 }
 
-RenderLine LineFor(float lo, float hi, StepLog& steps) {
-  RenderLine line;
-  steps.Run("gain", [&] {
-    line.Gain = FiniteFloat(Divide(255.0, static_cast<double>(hi) - static_cast<double>(lo)));
-  });
-  steps.Run("offset", [&] {
-    line.Offset = FiniteFloat(0.0 - static_cast<double>(line.Gain) * static_cast<double>(lo));
-  });
-  return line;
-}
-
 void Render(float& lo, float& hi, int columns, const RenderPieces& pieces) {
   OpenImage& image = pieces.Image;
   SpreadEqualEnds(lo, hi, pieces.Slider.ScaleMaxLimit());
-  const RenderLine line = LineFor(lo, hi, pieces.Steps);
+  const RenderLine line = MakeRenderLine(lo, hi, pieces.Steps);
   image.ScaleHighText = SixCharacters(TemperatureText(static_cast<double>(hi), image.DisplayUnits));
   image.ScaleLowText = SixCharacters(TemperatureText(static_cast<double>(lo), image.DisplayUnits));
   pieces.Steps.Run("scale display", [&] { UpdateRangeDisplay(image, pieces.View, pieces.Words); });
@@ -46,17 +34,8 @@ void Render(float& lo, float& hi, int columns, const RenderPieces& pieces) {
       pieces.View.RenderProgress = (row + 1.0) / image.ImageHeight * 100.0;
       pieces.Watcher.Advance();
     }
-    pieces.Steps.Run("render row", [&] {
-      const auto degrees = std::as_const(image.TempGrid).Row(row);
-      const std::span<std::int32_t> cells = image.RowBuffers.Row(row);
-      const std::span<std::uint8_t> indices = pieces.Picture.IndexRow(row);
-      const auto count = std::min({static_cast<std::size_t>(std::max(columns, 0)), degrees.size(),
-                                   cells.size(), indices.size()});
-      if (count < indices.size() && cells.size() < indices.size()) {
-        throw std::out_of_range("the picture is wider than a row buffer");
-      }
-      MapToIndices(degrees.first(count), line, value, cells, indices);
-    });
+    pieces.Steps.Run("render row",
+                     [&] { RenderGridRow(row, columns, line, value, image, pieces.Picture); });
   }
   pieces.Picture.FileType = Picbuf::kBmp;
   pieces.Picture.Refresh();
@@ -64,6 +43,30 @@ void Render(float& lo, float& hi, int columns, const RenderPieces& pieces) {
 }
 
 }  // namespace
+
+RenderLine MakeRenderLine(float lo, float hi, StepLog& steps) {
+  RenderLine line;
+  steps.Run("gain", [&] {
+    line.Gain = FiniteFloat(Divide(255.0, static_cast<double>(hi) - static_cast<double>(lo)));
+  });
+  steps.Run("offset", [&] {
+    line.Offset = FiniteFloat(0.0 - static_cast<double>(line.Gain) * static_cast<double>(lo));
+  });
+  return line;
+}
+
+void RenderGridRow(int row, int columns, const RenderLine& line, std::int32_t& value,
+                   OpenImage& image, Picbuf& picture) {
+  const auto degrees = std::as_const(image.TempGrid).Row(row);
+  const std::span<std::int32_t> cells = image.RowBuffers.Row(row);
+  const std::span<std::uint8_t> indices = picture.IndexRow(row);
+  if (cells.size() < indices.size()) {
+    throw std::out_of_range("the picture is wider than a row buffer");
+  }
+  const auto count =
+      std::min({static_cast<std::size_t>(std::max(columns, 0)), degrees.size(), indices.size()});
+  MapToIndices(degrees.first(count), line, value, cells, indices);
+}
 
 void RenderRows(float& lo, float& hi, const RenderPieces& pieces) {
   const QString ending = KindEnding(pieces.Image.CurrentFile);

@@ -7,6 +7,7 @@
 #include "core/view_state.h"
 #include "view/picbuf.h"
 #include "view/range_slider.h"
+#include "view/render_mapping.h"
 
 namespace tessa {
 
@@ -29,6 +30,16 @@ void RenderRows(float& lo, float& hi, const RenderPieces& pieces);
 
 /// The same for SIT images, over all columns.
 void RenderRowsSit(float& lo, float& hi, const RenderPieces& pieces);
+
+/// The line that takes `lo` to index 0 and `hi` to index 255. A number that single precision cannot
+/// hold, or equal ends, leave it at 0.
+RenderLine MakeRenderLine(float lo, float hi, StepLog& steps);
+
+/// Maps the first `columns` cells of one row of TempGrid into the row buffer and the picture.
+/// `value` carries the last index from row to row. Throws std::out_of_range for a picture that is
+/// wider than a row buffer.
+void RenderGridRow(int row, int columns, const RenderLine& line, std::int32_t& value,
+                   OpenImage& image, Picbuf& picture);
 
 /// Flips between the stored scale (red) and the image's extremes (green) and renders, as the end of
 /// a load does.

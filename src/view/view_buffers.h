@@ -16,6 +16,12 @@ struct ViewBuffers {
   Picbuf Picbuf10;  // Scratch.
 };
 
+/// The image buffers of the main window.
+struct VisibleBuffers {
+  Picbuf Picbuf3;  // The visible-light picture of the open image, 640 x 480.
+  Picbuf PicBuf2;  // What it is loaded into.
+};
+
 /// Creates and fills the two palette strips.
 void MakePaletteStrips(ViewBuffers& buffers);
 

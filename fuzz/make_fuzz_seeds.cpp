@@ -1,0 +1,121 @@
+// Writes small valid inputs for every fuzz entry into FOLDER/NAME, for the fuzzer to start from.
+
+#include <cstdio>
+#include <filesystem>
+#include <fstream>
+#include <string>
+#include <string_view>
+
+#include "formats/bmp.h"
+#include "formats/palette_file.h"
+#include "formats/sit.h"
+
+namespace {
+
+using tessa::Bytes;
+
+class SeedFolder {
+ public:
+  explicit SeedFolder(std::filesystem::path path) : path_(std::move(path)) {
+    std::filesystem::create_directories(path_);
+  }
+  void Write(std::string_view name, const Bytes& bytes) const {
+    std::ofstream file(path_ / name, std::ios::binary);
+    file.write(reinterpret_cast<const char*>(bytes.data()),
+               static_cast<std::streamsize>(bytes.size()));
+    if (!file) {
+      throw std::filesystem::filesystem_error("cannot write a seed", path_ / name, {});
+    }
+  }
+
+ private:
+  std::filesystem::path path_;
+};
+
+Bytes Start(const Bytes& bytes, std::size_t size) {
+  return {bytes.begin(), bytes.begin() + static_cast<std::ptrdiff_t>(std::min(size, bytes.size()))};
+}
+
+Bytes SmallSit() {
+  tessa::SitFields fields;
+  fields.Signature = "SIT 3.5J  ";
+  fields.SoundExt = "WA\x03";
+  fields.Comment = "a comment";
+  fields.Counts.assign(std::size_t{320} * 240, 2000);
+  fields.Attachment = {0, 0, 0, 8, 1, 2, 3, 4, 5, 6, 7, 8};
+  return tessa::EncodeSit(fields);
+}
+
+/// A 16 x 4 bitmap of the given depth and compression, its rows filled with `pixels`.
+Bytes SmallBmp(std::uint16_t bits, std::uint32_t compression, std::int32_t height,
+               const Bytes& pixels) {
+  const std::size_t tableSize = compression == 3 ? 12 : bits <= 8 ? std::size_t{4} << bits : 0;
+  tessa::ByteWriter writer;
+  writer.U16Le(tessa::kBmpType);
+  writer.PadTo(10);
+  writer.U32Le(static_cast<std::uint32_t>(54 + tableSize));
+  writer.U32Le(40);
+  writer.I32Le(16);
+  writer.I32Le(height);
+  writer.U16Le(1);
+  writer.U16Le(bits);
+  writer.U32Le(compression);
+  writer.PadTo(54);
+  if (compression == 3) {
+    writer.U32Le(0xF800);
+    writer.U32Le(0x07E0);
+    writer.U32Le(0x001F);
+  }
+  writer.PadTo(54 + tableSize, 0x60);
+  writer.Append(pixels);
+  return writer.Take();
+}
+
+void WriteAll(const std::filesystem::path& folder) {
+  const Bytes sit = SmallSit();
+  const SeedFolder sits(folder / "sit");
+  const SeedFolder bmps(folder / "bmp");
+  sits.Write("whole", sit);
+  sits.Write("header", Start(sit, 1024));
+  sits.Write("two_rows", Start(sit, 1024 + 1280));
+  sits.Write("text", Bytes(600, '\n'));
+  sits.Write("picture", SmallBmp(8, 0, 4, Bytes(64, 7)));
+
+  for (const int bits : {1, 2, 4, 8, 16, 24, 32}) {
+    const Bytes rows(static_cast<std::size_t>(16 * 4 * bits / 8 + 16), 0x1B);
+    bmps.Write("plain_" + std::to_string(bits),
+               SmallBmp(static_cast<std::uint16_t>(bits), 0, bits == 8 ? -4 : 4, rows));
+  }
+  bmps.Write("fields", SmallBmp(16, 3, 4, Bytes(128, 0x5A)));
+  const Bytes codes = {16, 3, 0, 0, 0, 5, 1, 2, 3, 4, 5, 0, 0, 2, 1, 1, 3, 9, 0, 1};
+  bmps.Write("runs_8", SmallBmp(8, 1, 4, codes));
+  bmps.Write("runs_4", SmallBmp(4, 2, -4, codes));
+  Bytes core = {'B', 'M', 0, 0, 0, 0, 0, 0, 0, 0, 32, 0, 0,  0, 12, 0, 0,   0, 2, 0,
+                2,   0,   1, 0, 1, 0, 1, 2, 3, 4, 5,  6, 64, 0, 0,  0, 128, 0, 0, 0};
+  bmps.Write("core", core);
+  bmps.Write("sit", Start(sit, 2000));
+
+  SeedFolder(folder / "palette").Write("whole", Bytes(tessa::kPaletteFileSize, 0x40));
+  const SeedFolder texts(folder / "text");
+  int number = 0;
+  for (const std::string_view text : {"36.65 \xB0\x43", "-0.049999", "+1e15x", " \t.5", "9.96",
+                                      "\xE2\x82\xAC\xC3\xA4", "999999999999999.95"}) {
+    texts.Write(std::to_string(number++), Bytes(text.begin(), text.end()));
+  }
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  if (argc != 2) {
+    std::fprintf(stderr, "usage: make_fuzz_seeds FOLDER\n");
+    return 2;
+  }
+  try {
+    WriteAll(argv[1]);
+  } catch (const std::exception& failure) {
+    std::fprintf(stderr, "%s\n", failure.what());
+    return 1;
+  }
+  return 0;
+}

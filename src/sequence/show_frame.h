@@ -1,0 +1,21 @@
+#pragma once
+
+#include "core/progress.h"
+#include "core/session.h"
+
+namespace tessa {
+
+/// Shows CurrentFrame of the open snapshot or sequence container: temperatures, extremes, picture.
+/// With `useEnteredScale` the range on the screen stays (the entered one while the toggle is red,
+/// else the frame's extremes); without it the stored scale is used. A frame that cannot be read
+/// goes blank, and the result is false.
+bool ShowFrame(bool useEnteredScale, Session& session, Progress& progress);
+
+/// Shows CurrentFrame from its own frame file beside the open image ("B-000.APD" for frame 1 of
+/// B.RTI), spread over the frame's own extremes. False when there is no such file.
+bool ShowFrameFromFile(Session& session, Progress& progress);
+
+/// Path of the frame file of 1-based `frame` beside the image at `imagePath`.
+QString FrameFilePath(const QString& imagePath, int frame);
+
+}  // namespace tessa

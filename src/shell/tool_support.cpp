@@ -1,0 +1,37 @@
+#include "shell/tool_support.h"
+
+#include <sys/stat.h>
+
+#include <QFile>
+#include <cstdio>
+#include <filesystem>
+
+namespace tessa {
+
+QString FromArgument(const std::string& argument) {
+  return QFile::decodeName(QByteArray::fromStdString(argument));
+}
+
+void PrintOut(const QByteArray& text) {
+  std::fwrite(text.constData(), 1, static_cast<std::size_t>(text.size()), stdout);
+}
+
+void PrintError(const QString& path, const std::string& reason) {
+  std::fprintf(stderr, "tessatool: %s: %s\n", QFile::encodeName(path).constData(), reason.c_str());
+}
+
+ApplicationFolder OwnFolder() {
+  std::error_code error;
+  const auto executable = std::filesystem::read_symlink("/proc/self/exe", error);
+  return ApplicationFolder::ForExecutable(FromArgument(executable.string()));
+}
+
+bool IsSameFile(const QString& first, const QString& second) {
+  struct stat firstStatus {};
+  struct stat secondStatus {};
+  return ::stat(QFile::encodeName(first).constData(), &firstStatus) == 0 &&
+         ::stat(QFile::encodeName(second).constData(), &secondStatus) == 0 &&
+         firstStatus.st_dev == secondStatus.st_dev && firstStatus.st_ino == secondStatus.st_ino;
+}
+
+}  // namespace tessa

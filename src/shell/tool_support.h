@@ -1,0 +1,32 @@
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+#include <string>
+
+#include "core/application_folder.h"
+
+namespace tessa {
+
+// What the commands of the command-line tool share.
+
+// Exit statuses.
+inline constexpr int kToolDone = 0;
+inline constexpr int kToolFailed = 1;     // Something could not be read or written.
+inline constexpr int kToolWrongCall = 2;  // The arguments make no sense.
+
+/// A path or text from the command line.
+QString FromArgument(const std::string& argument);
+
+void PrintOut(const QByteArray& text);
+
+/// One line on standard error: what went wrong with which file.
+void PrintError(const QString& path, const std::string& reason);
+
+/// The folder of the running program.
+ApplicationFolder OwnFolder();
+
+/// True when both paths lead to the same existing file.
+bool IsSameFile(const QString& first, const QString& second);
+
+}  // namespace tessa
