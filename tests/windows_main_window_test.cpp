@@ -1,12 +1,21 @@
 #include <QAction>
 #include <QApplication>
+#include <QCheckBox>
 #include <QComboBox>
 #include <QLabel>
+#include <QLineEdit>
+#include <QMenu>
 #include <QMouseEvent>
+#include <QPushButton>
 #include <QRadioButton>
 #include <QScrollBar>
 #include <QTest>
+#include <QTimer>
+#include <QToolButton>
 #include <QToolTip>
+#include <cmath>
+#include <functional>
+#include <map>
 
 #include "formats/sit.h"
 #include "shell/main_window.h"
@@ -44,10 +53,14 @@ Bytes EncodedScene() {
 
 class MainWindowTest : public ::testing::Test {
  protected:
-  MainWindowTest() : session_(BuiltProgramFolder()) {
+  MainWindowTest()
+      : session_(BuiltProgramFolder()), user_(folder_.Path(QStringLiteral("settings.ini"))) {
+    session_.Settings.DefaultKind = KindSit;
+    session_.Settings.DefaultUnits = 'C';
+    session_.Settings.DefaultPalette = 10;
     PrepareSession(session_);
     ApplySettings(session_);
-    window_ = std::make_unique<MainWindow>(session_);
+    window_ = std::make_unique<MainWindow>(session_, user_);
     window_->show();
     EXPECT_TRUE(QTest::qWaitForWindowExposed(window_.get()));
     scene_ = folder_.Write(QStringLiteral("Scene.sit"), EncodedScene());
@@ -81,6 +94,7 @@ class MainWindowTest : public ::testing::Test {
 
   TestFolder folder_;
   Session session_;
+  UserSettings user_;
   std::unique_ptr<MainWindow> window_;
   QString scene_;
 };
@@ -184,22 +198,22 @@ TEST_F(MainWindowTest, PalettesRecolourWithoutTouchingTheIndices) {
   EXPECT_TRUE(std::equal(indices.begin(), indices.end(), after.begin(), after.end()));
 }
 
-TEST_F(MainWindowTest, AClickZoomsAroundTheClickedPoint) {
+TEST_F(MainWindowTest, TheFirstClickZoomsAtTheMiddleAndLaterOnesAtTheClick) {
   window_->OpenFile(scene_);
   window_->View().SetZoom(4);
-  const QPoint at(300, 200);
-  Hover(at.x(), at.y());
-  const int column = session_.Cursor.LastX;
-  const int row = session_.Cursor.LastY;
-  const QPoint onCanvas = Picture().mapToParent(at);
+  const QPoint at(100, 80);
   QTest::mouseClick(&Picture(), Qt::LeftButton, {}, at);
   ASSERT_EQ(session_.View.Zoom.ZoomLevel, 5);
-  const QPoint now = Picture().mapFromParent(onCanvas);
-  Hover(now.x(), now.y());
-  EXPECT_NEAR(session_.Cursor.LastX, column, 1);
-  EXPECT_NEAR(session_.Cursor.LastY, row, 1);
-  QTest::mouseClick(&Picture(), Qt::RightButton, {}, now);
-  EXPECT_EQ(session_.View.Zoom.ZoomLevel, 4);
+  EXPECT_EQ(session_.View.Zoom.ZoomCentreX, 160);
+  EXPECT_EQ(session_.View.Zoom.ZoomCentreY, 120);
+  auto& horizontal = Find<QScrollBar>("HScroll1");
+  EXPECT_EQ(horizontal.value(), std::lround(horizontal.maximum() / 2.0));
+  const int column = session_.Buffers.Picbuf1.ClientToImageX(at.x());
+  QTest::mouseClick(&Picture(), Qt::LeftButton, {}, at);
+  EXPECT_EQ(session_.View.Zoom.ZoomCentreX, column);
+  EXPECT_EQ(horizontal.value(), std::lround(column / 320.0 * horizontal.maximum()));
+  QTest::mouseClick(&Picture(), Qt::RightButton, {}, at);
+  EXPECT_EQ(session_.View.Zoom.ZoomLevel, 5);
 }
 
 TEST_F(MainWindowTest, ZoomKeysStopAtTheLimits) {
@@ -243,6 +257,153 @@ TEST_F(MainWindowTest, ClosingEmptiesTheWindow) {
     EXPECT_EQ(Panel(i), QString()) << i;
   }
   EXPECT_TRUE(session_.Image.CurrentFile.isEmpty());
+}
+
+/// Answers every question for a file with one path and remembers what was asked.
+class ScriptedDialogs : public Dialogs {
+ public:
+  explicit ScriptedDialogs(QString answer) : answer_(std::move(answer)) {}
+  std::optional<QString> AskOpenFile(const OpenFileQuestion& question) override {
+    AskedFilter = question.FilterIndex;
+    return answer_;
+  }
+  int AskedFilter = 0;
+
+ private:
+  QString answer_;
+};
+
+TEST_F(MainWindowTest, EveryCommandOfTheTableDoesItsWork) {
+  auto owned = std::make_unique<ScriptedDialogs>(scene_);
+  ScriptedDialogs& dialogs = *owned;
+  window_->SetDialogs(std::move(owned));
+  // Closes the modal window that the command opens, and tells which one it was.
+  QString modal;
+  const auto closeModal = [&] {
+    QTimer::singleShot(0, [&] {
+      if (QWidget* const open = QApplication::activeModalWidget()) {
+        modal = open->objectName();
+        open->close();
+      }
+    });
+  };
+  const ZoomState& zoom = session_.View.Zoom;
+  std::map<std::string, std::function<bool()>> effects = {
+      {"mnuReload", [&] { return session_.Cursor.LastX == -1; }},
+      {"mnuClose", [&] { return session_.Image.CurrentFile.isEmpty(); }},
+      {"mnusetup", [&] { return modal == QStringLiteral("CaptureSetup"); }},
+      {"mnubout", [&] { return modal == QStringLiteral("About"); }},
+      {"mnuExit", [&] { return !window_->isVisible(); }},
+      {"btnTrend", [&] { return session_.View.TrendSaysWhiteHot; }},
+      {"ZoomIn", [&] { return zoom.ZoomLevel == 3; }},
+      {"ZoomOut", [&] { return zoom.ZoomLevel == 1; }},
+      {"ZoomFit", [&] { return zoom.ZoomLevel == 2; }},
+  };
+  int filter = 0;
+  for (const char* id : {"mnuLoadBmp", "mnuLoadTIFF", "mnuLoadJPEG", "mnuLoadIMG", "mnuLoadTxi",
+                         "mnuLoadTMP", "mnuLoadRTI", "mnuLoadSEQ"}) {
+    effects[id] = [&, wanted = ++filter] { return dialogs.AskedFilter == wanted; };
+  }
+  for (const MainWindow::Command& command : window_->Commands()) {
+    const auto* const action = window_->findChild<QAction*>(QString::fromLatin1(command.Id));
+    ASSERT_NE(action, nullptr) << command.Id;
+    EXPECT_FALSE(action->text().isEmpty()) << command.Id;
+    if (!command.Run) {
+      EXPECT_FALSE(action->isEnabled()) << command.Id << " is a dead click";
+      continue;
+    }
+    ASSERT_TRUE(effects.contains(command.Id)) << command.Id << " has no check here";
+    window_->OpenFile(scene_);
+    Hover(5, 5);
+    EXPECT_TRUE(action->isEnabled()) << command.Id;
+    if (std::string_view(command.Id) == "mnusetup" || std::string_view(command.Id) == "mnubout") {
+      closeModal();
+    }
+    Trigger(command.Id);
+    EXPECT_TRUE(effects.at(command.Id)()) << command.Id;
+    window_->show();
+  }
+}
+
+TEST_F(MainWindowTest, TheLoadButtonOffersTheKindOfTheOpenImage) {
+  auto owned = std::make_unique<ScriptedDialogs>(scene_);
+  ScriptedDialogs& dialogs = *owned;
+  window_->SetDialogs(std::move(owned));
+  auto& button = Find<QToolButton>("btnOpenImage");
+  EXPECT_EQ(button.toolTip(), QStringLiteral("Load Image SIT Images"));
+  button.click();
+  EXPECT_EQ(dialogs.AskedFilter, 4);
+  session_.Image.UiLocked = true;
+  dialogs.AskedFilter = 0;
+  button.click();
+  EXPECT_EQ(dialogs.AskedFilter, 0) << "locked";
+}
+
+TEST_F(MainWindowTest, ALanguageReachesEveryOpenWindow) {
+  session_.Words.ReadTable(ReadAll(QStringLiteral(TESSA_SOURCE_FOLDER "/resources/strings.tsv")));
+  window_->OpenFile(scene_);
+  session_.Words.SetLanguage(1);
+  Find<QCheckBox>("chkLang").setChecked(true);
+  EXPECT_FALSE(Find<QCheckBox>("chkLang").isChecked());
+  EXPECT_TRUE(Find<QMenu>("mnuFile").title().remove(QLatin1Char('&')) == QStringLiteral("Datei"));
+  EXPECT_TRUE(Panel(4).startsWith(QStringLiteral("Emissionsgrad: 0.95")));
+  EXPECT_EQ(Find<QPushButton>("Command2").text(), session_.Words.LangString(216, ""));
+  // Each entry of a menu has a letter of its own.
+  QSet<QString> letters;
+  for (const QAction* action : Find<QMenu>("mnuFile").actions()) {
+    const qsizetype mark = action->text().indexOf(QLatin1Char('&'));
+    if (!action->isSeparator() && mark >= 0) {
+      const QString letter = action->text().mid(mark + 1, 1).toUpper();
+      EXPECT_FALSE(letters.contains(letter)) << action->text().toStdString();
+      letters.insert(letter);
+    }
+  }
+  EXPECT_GE(letters.size(), 5);
+}
+
+TEST_F(MainWindowTest, TheRangePanelWorksByKeyboard) {
+  window_->OpenFile(scene_);
+  auto& maximum = Find<QLineEdit>("Text2");
+  maximum.setFocus();
+  maximum.selectAll();
+  QTest::keyClicks(&maximum, QStringLiteral("40"));
+  QTest::keyClick(&maximum, Qt::Key_Return);
+  EXPECT_EQ(session_.Range.RangeMaxValue(), 40.0);
+  EXPECT_EQ(maximum.text(), QStringLiteral("40.0"));
+  EXPECT_EQ(maximum.selectedText(), maximum.text());
+  auto& slider = Find<QWidget>("RangeV");
+  QWidget* const upper = slider.childAt(slider.width() / 2, 0) != nullptr
+                             ? slider.childAt(slider.width() / 2, 0)
+                             : slider.findChildren<QWidget*>().constLast();
+  upper->setFocus();
+  const double before = session_.Range.RangeMaxValue();
+  QTest::keyClick(upper, Qt::Key_Up);
+  EXPECT_GT(session_.Range.RangeMaxValue(), before);
+  EXPECT_EQ(session_.Image.SitScaleMax, static_cast<float>(session_.Range.RangeMaxValue()));
+  QTest::keyClick(upper, Qt::Key_PageDown);
+  EXPECT_LT(session_.Range.RangeMaxValue(), before);
+  EXPECT_EQ(session_.View.Zoom.ZoomLevel, 2) << "the thumb keeps its keys to itself";
+}
+
+TEST_F(MainWindowTest, ThumbsFollowTheMouseButNeverPassEachOther) {
+  window_->OpenFile(scene_);
+  auto& slider = Find<QWidget>("RangeV");
+  QWidget* const lower = slider.findChildren<QWidget*>().constFirst();
+  QTest::mousePress(lower, Qt::LeftButton);
+  QMouseEvent move(QEvent::MouseMove, QPointF(10, -2000), lower->mapToGlobal(QPointF(10, -2000)),
+                   Qt::NoButton, Qt::LeftButton, Qt::NoModifier);
+  QApplication::sendEvent(lower, &move);
+  EXPECT_EQ(session_.Range.RangeMinValue(), session_.Range.RangeMaxValue());
+  QTest::mouseRelease(lower, Qt::LeftButton);
+  EXPECT_LT(session_.Range.RangeMinValue(), session_.Range.RangeMaxValue()) << "spread at rest";
+  EXPECT_FLOAT_EQ(session_.Image.SitScaleMax, static_cast<float>(session_.Range.RangeMaxValue()));
+}
+
+TEST_F(MainWindowTest, TheSmallestSizeIsRestoredAfterAResize) {
+  window_->resize(300, 200);
+  QTest::qWait(400);
+  EXPECT_GE(window_->width(), 670);
+  EXPECT_GE(window_->height(), 572);
 }
 
 }  // namespace

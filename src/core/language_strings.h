@@ -5,6 +5,8 @@
 
 namespace tessa {
 
+inline constexpr int kLanguageStride = 1000;
+
 /// The words of the interface. Texts are numbered; the German text of id n stands at n + 1000, the
 /// Spanish one at n + 2000.
 class Strings {
@@ -13,8 +15,13 @@ class Strings {
   QString LangString(int id, const QString& defaultText) const;
   QString LangString(int id, const char* defaultText) const;
 
-  void SetText(int numberedId, const QString& text) { texts_.insert(numberedId, text); }
-  void SetLanguageOffset(int offset) { offset_ = offset; }
+  /// Reads a table of tab-separated columns: id, English, German, Spanish. The first line names the
+  /// columns; lines that do not begin with a number are passed over.
+  void ReadTable(const QByteArray& table);
+
+  /// 0 English, 1 German, 2 Spanish; any other number has no texts and gives the defaults.
+  void SetLanguage(int language) { offset_ = language * kLanguageStride; }
+  int Language() const { return offset_ / kLanguageStride; }
   int LanguageOffset() const { return offset_; }
 
  private:

@@ -190,6 +190,7 @@ void SetDisplayState(Session& session) {
   view.FahrenheitSelected = image.FileUnits == 'F';
   session.Steps.Run("scale display", [&] { UpdateRangeDisplay(image, view, session.Words); });
   image.PreviousKindIndex = static_cast<std::int16_t>(image.ImageKind + 1);
+  view.LoadButtonKind = image.ImageKind;
   view.LoadButtonTip = LoadButtonTip(image.ImageKind, session.Words);
   session.Steps.Run("palette", [&] { UsePalette(session.Palettes, view.PaletteSelection); });
   const Picbuf& picture = session.Buffers.Picbuf1;

@@ -22,17 +22,25 @@ TemperaturePair CalibrateAll(const RawRaster& raster, const LinearCalibration& l
   }
   Calibrate(counts, line, grid.Cells());
   const CountExtremes ends = FindExtremes(counts);
-  const auto [low, high] = std::minmax(line.Degrees(ends.Low), line.Degrees(ends.High));
+  const auto [low, high] = std::minmax({line.Degrees(ends.Low), line.Degrees(ends.High)});
   extremes.Minimum = std::min(extremes.Minimum, low);
   extremes.Maximum = std::max(extremes.Maximum, high);
   return extremes;
 }
 
-void TakeRaster(const RawRaster& raster, const LinearCalibration& line, Session& session) {
+/// The raster is decoded in one go, so its progress is all or nothing.
+void ShowRasterDone(Session& session, Progress& progress) {
+  session.View.LoadProgress = 100.0;
+  progress.Advance();
+}
+
+void TakeRaster(const RawRaster& raster, const LinearCalibration& line, Session& session,
+                Progress& progress) {
   OpenImage& image = session.Image;
   TemperaturePair extremes{9999.0F, -9999.0F};
   session.Steps.Run("decode raster",
                     [&] { extremes = CalibrateAll(raster, line, image.TempGrid); });
+  ShowRasterDone(session, progress);
   image.TempMin = extremes.Minimum;
   image.TempMax = extremes.Maximum;
 }
@@ -58,7 +66,7 @@ void LoadTmp16(ByteSpan start, std::uint64_t fileSize, Session& session, Progres
   image.Emissivity = static_cast<float>(header.EmissivityX100 / 100.0);
   ShowEmissivity(image, session.Words, view);
   TakeCalibration(header, image);
-  TakeRaster(tmp.Raster, {image.PixelGain, image.PixelOffset}, session);
+  TakeRaster(tmp.Raster, {image.PixelGain, image.PixelOffset}, session, progress);
   image.ScaleMin = static_cast<float>(header.ScaleCenter - 4.0 * header.ScaleStep);
   image.ScaleMax = static_cast<float>(header.ScaleCenter + 4.0 * header.ScaleStep);
 }
@@ -88,7 +96,8 @@ void LoadTmp8(ByteSpan start, std::uint64_t fileSize, Session& session, Progress
   image.CalRangeMin = -40.0F;
   image.CalRangeMax = 120.0F;
   // An eighth of a single is exact, so the straight line gives the same degrees.
-  TakeRaster(legacy.Raster, {image.PixelGain / kStepsPerGain, image.PixelOffset}, session);
+  TakeRaster(legacy.Raster, {image.PixelGain / kStepsPerGain, image.PixelOffset}, session,
+             progress);
   const auto offset = static_cast<double>(image.PixelOffset);
   const auto gain = static_cast<double>(image.PixelGain);
   image.ScaleMin = static_cast<float>(offset - 4.0 * gain);
@@ -139,6 +148,7 @@ void LoadBin(Session& session, Progress& progress) {
       extremes.Maximum = std::max(extremes.Maximum, cells[i]);
     }
   });
+  ShowRasterDone(session, progress);
   image.CalRangeMin = -40.0F;
   image.CalRangeMax = 120.0F;
   image.CurrentFile = image.CurrentFile.chopped(3) + QStringLiteral(".SIT");

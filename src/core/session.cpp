@@ -15,11 +15,19 @@ void PrepareSession(Session& session) {
 
 void ApplySettings(Session& session) {
   const Settings& settings = session.Settings;
-  session.View.PaletteSelection = settings.DefaultPalette;
+  SelectDefaultPalette(session);
   session.Image.ImageKind = static_cast<std::int16_t>(settings.DefaultKind);
+  session.View.LoadButtonKind = settings.DefaultKind;
+  session.Image.PreviousKindIndex = static_cast<std::int16_t>(settings.DefaultKind + 1);
   session.Image.DisplayUnits = session.Image.FileUnits = settings.DefaultUnits;
   session.View.CelsiusSelected = settings.DefaultUnits != 'F';
   session.View.FahrenheitSelected = settings.DefaultUnits == 'F';
+}
+
+void SelectDefaultPalette(Session& session) {
+  if (session.Settings.DefaultPalette >= 0) {
+    session.View.PaletteSelection = session.Settings.DefaultPalette;
+  }
 }
 
 }  // namespace tessa

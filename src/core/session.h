@@ -49,4 +49,7 @@ void PrepareSession(Session& session);
 /// button offers.
 void ApplySettings(Session& session);
 
+/// Selects the default palette in the list; a negative one selects nothing.
+void SelectDefaultPalette(Session& session);
+
 }  // namespace tessa

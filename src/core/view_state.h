@@ -39,6 +39,7 @@ struct ViewState {
   std::array<QString, kStatusPanels + 1> StatusPanel;  // StatusBar1; panels are numbered from 1.
   QString Comment;                                     // ssComment
   QString Memo;                                        // ssMemo
+  int LoadButtonKind = 0;                              // The kind that btnOpenImage offers.
   QString LoadButtonTip;                               // btnOpenImage
   bool BusyPointer = false;
 

@@ -1,6 +1,7 @@
 #include "core/visible_image.h"
 
 #include <QFile>
+#include <algorithm>
 #include <limits>
 
 namespace tessa {
@@ -65,9 +66,9 @@ void ExtractVisible(std::uint64_t position, Session& session) {
       throw StepFailure(session.Faults.back().Text);
     }
     if (file->Size() <= position || !StartsAsJpeg(file->ReadAt(position - 1, 2))) {
-      session.Faults.push_back({ProblemKind::kBadValue, position - 1, "VisibleImage",
-                                "the header promises a visible picture, but no JPEG starts there",
-                                false});
+      session.Faults.push_back(
+          {ProblemKind::kBadValue, std::min(position - 1, file->Size()), "VisibleImage",
+           "the header promises a visible picture, but no JPEG starts there", false});
       throw StepFailure(session.Faults.back().Text);
     }
     image.HasVisibleImage = true;

@@ -37,6 +37,18 @@ bool StartsWith(ByteSpan start, std::string_view mark) {
          });
 }
 
+/// A raster of little-endian words whose high bytes all happen to be line ends, as those of pixels
+/// between -14 and 8 degrees are, has one in every second place and other bytes between them.
+bool LooksLikeWords(ByteSpan probe) {
+  bool onlyControlsAtOdd = probe.size() > 1;
+  bool onlyControlsAtEven = true;
+  for (std::size_t i = 0; i < probe.size(); ++i) {
+    bool& onlyControls = i % 2 == 1 ? onlyControlsAtOdd : onlyControlsAtEven;
+    onlyControls = onlyControls && probe[i] < 0x20;
+  }
+  return onlyControlsAtOdd && !onlyControlsAtEven;
+}
+
 /// Plain text has line ends and no control characters or zeros in its first half kilobyte; the
 /// headers of the cameras have zeros everywhere.
 bool LooksLikeText(ByteSpan start) {
@@ -45,7 +57,7 @@ bool LooksLikeText(ByteSpan start) {
     return byte >= 0x20 || byte == '\t' || byte == '\r' || byte == '\n' || byte == '\f';
   });
   const bool hasLineEnd = std::find(probe.begin(), probe.end(), '\n') != probe.end();
-  return clean && hasLineEnd;
+  return clean && hasLineEnd && !LooksLikeWords(probe);
 }
 
 }  // namespace

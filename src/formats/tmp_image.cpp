@@ -1,6 +1,7 @@
 #include "formats/tmp_image.h"
 
 #include <algorithm>
+#include <optional>
 #include <string_view>
 
 #include "formats/foreign_content.h"
@@ -19,17 +20,29 @@ constexpr std::size_t kOffsetTextAt = 12;
 constexpr std::size_t kGainCodeAt = 18;
 constexpr std::size_t kEmissivityTextAt = 19;
 constexpr std::size_t kStampAt = 33;
+constexpr std::size_t kStampDigits = 12;
 constexpr std::size_t kLegacyCommentAt = 128;
 constexpr std::size_t kLegacyCommentSize = 832;
 constexpr std::size_t kLegacyMemoAt = 960;
 
+std::optional<Problem> ForeignProblem(ByteSpan start) {
+  return ForeignContentProblem(start, "a TMP image");
+}
+
+/// The 8-bit header is all text and can have a comment of several lines, so that it passes for a
+/// text file; the twelve digits of its stamp tell.
+bool HasLegacyStamp(ByteSpan start) {
+  const std::string stamp = TextAt(start, kStampAt, kStampDigits);
+  return stamp.size() == kStampDigits && stamp.find_first_not_of("0123456789") == std::string::npos;
+}
+
 /// Copies what is there of a header into `record` and reports a foreign or a cut file.
 template <std::size_t Size>
-void TakeRecord(ByteSpan start, std::array<std::uint8_t, Size>& record, std::string_view field,
-                Problems& faults) {
+void TakeRecord(ByteSpan start, std::optional<Problem> foreign,
+                std::array<std::uint8_t, Size>& record, std::string_view field, Problems& faults) {
   const std::size_t present = std::min(start.size(), Size);
   std::copy_n(start.begin(), present, record.begin());
-  if (auto foreign = ForeignContentProblem(start, "a TMP image")) {
+  if (foreign) {
     faults.push_back(std::move(*foreign));
   } else if (present < Size) {
     faults.push_back({ProblemKind::kTruncated, present, std::string(field),
@@ -70,7 +83,7 @@ void FillRaster(ByteSpan start, std::uint64_t fileSize, int height, std::size_t 
 
 TmpHeader ReadTmpHeader(ByteSpan start, Problems& faults) {
   TmpHeader header;
-  TakeRecord(start, header.Record, "TmpHeader", faults);
+  TakeRecord(start, ForeignProblem(start), header.Record, "TmpHeader", faults);
   ReadCameraHeader(header.Record, header);
   header.Comment = TextAt(header.Record, kTmpCommentAt, kTmpCommentSize);
   header.Memo = TextAt(header.Record, kTmpMemoAt, kMemoSize);
@@ -116,11 +129,12 @@ double LegacyGain(char gainCode) {
 
 LegacyHeader ReadLegacyHeader(ByteSpan start, Problems& faults) {
   LegacyHeader header;
-  TakeRecord(start, header.Record, "LegacyHeader", faults);
+  TakeRecord(start, HasLegacyStamp(start) ? std::nullopt : ForeignProblem(start), header.Record,
+             "LegacyHeader", faults);
   header.OffsetText = TextAt(header.Record, kOffsetTextAt, 6);
   header.GainCode = static_cast<char>(header.Record[kGainCodeAt]);
   header.EmissivityText = TextAt(header.Record, kEmissivityTextAt, 4);
-  header.StampText = TextAt(header.Record, kStampAt, 12);
+  header.StampText = TextAt(header.Record, kStampAt, kStampDigits);
   header.Comment = TextAt(header.Record, kLegacyCommentAt, kLegacyCommentSize);
   header.Memo = TextAt(header.Record, kLegacyMemoAt, kMemoSize);
   return header;
@@ -146,7 +160,7 @@ Bytes EncodeLegacyTmp(const LegacyFields& fields) {
   writer.U8(static_cast<std::uint8_t>(fields.GainCode));
   writer.Text(fields.EmissivityText, 4);
   writer.PadTo(kStampAt);
-  writer.Text(fields.StampText, 12);
+  writer.Text(fields.StampText, kStampDigits);
   writer.PadTo(kLegacyCommentAt);
   writer.Text(fields.Comment, kLegacyCommentSize);
   writer.Text(fields.Memo, kMemoSize);

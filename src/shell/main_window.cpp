@@ -1,11 +1,12 @@
 #include "shell/main_window.h"
 
-#include <QActionGroup>
 #include <QApplication>
+#include <QCheckBox>
+#include <QCloseEvent>
 #include <QComboBox>
+#include <QContextMenuEvent>
 #include <QDragEnterEvent>
-#include <QElapsedTimer>
-#include <QHBoxLayout>
+#include <QFileInfo>
 #include <QLabel>
 #include <QMenuBar>
 #include <QMimeData>
@@ -17,9 +18,14 @@
 
 #include "core/load_dialog.h"
 #include "core/load_image.h"
+#include "shell/about_dialog.h"
+#include "shell/mnemonics_widget.h"
 #include "shell/open_file_dialog.h"
+#include "shell/preferences_dialog.h"
 #include "shell/tool_icon_widget.h"
 #include "shell/view_pict_widget.h"
+#include "shell/window_progress_widget.h"
+#include "view/palette_swatch_widget.h"
 #include "view/palettes.h"
 #include "view/units.h"
 
@@ -27,146 +33,53 @@ namespace tessa {
 namespace {
 
 constexpr int kToolIconSize = 24;
-const QSize kSwatchSize(72, 14);
-/// A load is only painted in between when it takes long enough to be noticed.
-constexpr int kPatienceMilliseconds = 120;
-
-/// Shows progress in the main window.
-class WindowProgress : public Progress {
- public:
-  explicit WindowProgress(MainWindow& window) : window_(window) { clock_.start(); }
-
-  void Start() { clock_.restart(); }
-  void Repaint() override { PaintWhenDue(); }
-  void Advance() override { PaintWhenDue(); }
-  void LetEventsRun() override {
-    if (window_.isVisible()) {
-      QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
-    }
-  }
-
- private:
-  void PaintWhenDue() {
-    if (clock_.elapsed() >= kPatienceMilliseconds && window_.isVisible()) {
-      window_.BringIntoLine();
-      QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
-      clock_.restart();
-    }
-  }
-
-  MainWindow& window_;
-  QElapsedTimer clock_;
-};
-
-/// A palette as a small bar from cold to hot.
-QIcon PaletteSwatch(const ColourTable& table) {
-  QImage bar(256, 1, QImage::Format_RGB32);
-  for (int i = 0; i < 256; ++i) {
-    const Colour colour = table[static_cast<std::size_t>(i)];
-    bar.setPixel(i, 0, qRgb(RedOf(colour), GreenOf(colour), BlueOf(colour)));
-  }
-  return QIcon(QPixmap::fromImage(bar.scaled(kSwatchSize)));
-}
+constexpr int kTwipsPerPixel = 15;
+constexpr int kSmallestWidth = 10050 / kTwipsPerPixel;
+constexpr int kSmallestHeight = 8580 / kTwipsPerPixel;
+constexpr int kResizeRestMilliseconds = 250;
+const QSize kFirstSize(1080, 720);
 
 }  // namespace
 
-MainWindow::MainWindow(Session& session) : session_(session) {
+MainWindow::MainWindow(Session& session, UserSettings& user) : session_(session), user_(user) {
   setObjectName(QStringLiteral("MainMDI"));
   setWindowIcon(ApplicationIcon());
   setAcceptDrops(true);
-  setContextMenuPolicy(Qt::NoContextMenu);
   progress_ = std::make_unique<WindowProgress>(*this);
   dialogs_ = std::make_unique<WindowDialogs>(this);
-  view_ = new ViewPictWidget(session_, this);
+  view_ = new ViewPictWidget(session_, *progress_, this);
   setCentralWidget(view_);
   session_.View.Title = session_.Words.LangString(189, "Corvane T-40 Viewer");
-  session_.View.LoadButtonTip = LoadButtonTip(session_.Image.ImageKind, session_.Words);
   MakeActions();
   MakeMenus();
   MakeToolPanel();
   MakeStatusBar();
+  MakeLanguageBox();
   ShowIcons();
   connect(view_, &ViewPictWidget::ReadoutChanged, this, &MainWindow::ShowStatusPanels);
-  connect(view_, &ViewPictWidget::OpenRequested, this, [this] { Action("mnuLoadIMG")->trigger(); });
-  BringIntoLine();
-  resize(1000, 700);
+  connect(view_, &ViewPictWidget::RangeChanged, this, &MainWindow::BringIntoLine);
+  connect(view_, &ViewPictWidget::OpenRequested, openButton_, &QToolButton::click);
+  openTimer_.setSingleShot(true);
+  connect(&openTimer_, &QTimer::timeout, this, &MainWindow::OpenPendingFile);
+  resizeTimer_.setSingleShot(true);
+  resizeTimer_.setInterval(kResizeRestMilliseconds);
+  connect(&resizeTimer_, &QTimer::timeout, this, &MainWindow::KeepSmallestSize);
+  SetWindowLanguage();
+  resize(kFirstSize);
+  restoreGeometry(user_.WindowPlace());
 }
 
 MainWindow::~MainWindow() = default;
 
-std::vector<MainWindow::Command> MainWindow::MakeCommands() {
-  const Strings& words = session_.Words;
-  const QString images = words.LangString(177, "Images");
-  const auto hasImage = [this] { return session_.View.HasImage; };
-  const auto zoomBy = [this](int step) {
-    return [this, step] { view_->SetZoom(view_->ZoomLevel() + step); };
-  };
-  const auto load = [this](int filterIndex) {
-    return [this, filterIndex] { AskAndOpen(filterIndex); };
-  };
-  return {
-      {QStringLiteral("mnuLoadBmp"), QStringLiteral("BMP ") + images, {}, {}, load(1), {}},
-      {QStringLiteral("mnuLoadTIFF"), QStringLiteral("TIFF ") + images, {}, {}, load(2), {}},
-      {QStringLiteral("mnuLoadJPEG"), QStringLiteral("JPEG ") + images, {}, {}, load(3), {}},
-      {QStringLiteral("mnuLoadIMG"),
-       QStringLiteral("SIT ") + images,
-       QStringLiteral("open_image"),
-       {QKeySequence::Open},
-       load(4),
-       {}},
-      {QStringLiteral("mnuLoadTxi"), QStringLiteral("TXI ") + images, {}, {}, load(5), {}},
-      {QStringLiteral("mnuLoadTMP"), QStringLiteral("TMP ") + images, {}, {}, load(6), {}},
-      {QStringLiteral("mnuLoadRTI"), words.LangString(221, "RTI Snapshots"), {}, {}, load(7), {}},
-      {QStringLiteral("mnuLoadSEQ"), words.LangString(222, "RTV Sequence"), {}, {}, load(8), {}},
-      {QStringLiteral("mnuClose"),
-       words.LangString(114, "&Close"),
-       QStringLiteral("close_image"),
-       {QKeySequence(Qt::CTRL | Qt::Key_W)},
-       [this] {
-         CloseImage(session_, *progress_);
-         BringIntoLine();
-       },
-       hasImage},
-      {QStringLiteral("mnuExit"),
-       words.LangString(166, "E&xit"),
-       QStringLiteral("exit"),
-       {QKeySequence(Qt::CTRL | Qt::Key_Q)},
-       [this] { close(); },
-       {}},
-      {QStringLiteral("btnTrend"),
-       {},
-       {},
-       {QKeySequence(Qt::CTRL | Qt::Key_I)},
-       [this] { ReverseSelectedPalette(); },
-       hasImage},
-      {QStringLiteral("ZoomIn"),
-       tr("Zoom &In"),
-       QStringLiteral("zoom_in"),
-       {QKeySequence(Qt::Key_Plus), QKeySequence(Qt::Key_PageUp), QKeySequence::ZoomIn},
-       zoomBy(1),
-       hasImage},
-      {QStringLiteral("ZoomOut"),
-       tr("Zoom &Out"),
-       QStringLiteral("zoom_out"),
-       {QKeySequence(Qt::Key_Minus), QKeySequence(Qt::Key_PageDown), QKeySequence::ZoomOut},
-       zoomBy(-1),
-       hasImage},
-      {QStringLiteral("ZoomFit"),
-       tr("&Fit in Window"),
-       QStringLiteral("zoom_fit"),
-       {QKeySequence(Qt::CTRL | Qt::Key_0)},
-       [this] { view_->ZoomToFit(); },
-       hasImage},
-  };
-}
-
 void MainWindow::MakeActions() {
   commands_ = MakeCommands();
   for (const Command& command : commands_) {
-    auto* const action = new QAction(command.Text, this);
-    action->setObjectName(command.Id);
+    auto* const action = new QAction(this);
+    action->setObjectName(QString::fromLatin1(command.Id));
     action->setShortcuts(command.Shortcuts);
-    connect(action, &QAction::triggered, this, command.Run);
+    if (command.Run) {
+      connect(action, &QAction::triggered, this, command.Run);
+    }
     addAction(action);
   }
 }
@@ -175,86 +88,112 @@ QAction* MainWindow::Action(const char* id) const {
   return findChild<QAction*>(QString::fromLatin1(id), Qt::FindDirectChildrenOnly);
 }
 
+QMenu* MainWindow::MakeMenu(QMenu* parent, const char* name, int textId, const char* defaultText) {
+  QMenu* const made =
+      parent == nullptr ? menuBar()->addMenu(QString()) : parent->addMenu(QString());
+  made->setObjectName(QString::fromLatin1(name));
+  made->setProperty("textId", textId);
+  made->setProperty("defaultText", QString::fromLatin1(defaultText));
+  return made;
+}
+
 void MainWindow::MakeMenus() {
-  const Strings& words = session_.Words;
-  const auto menu = [this](QMenu* parent, const QString& title, const char* name) {
-    QMenu* const made = parent == nullptr ? menuBar()->addMenu(title) : parent->addMenu(title);
-    made->setObjectName(QString::fromLatin1(name));
-    return made;
+  const auto fill = [this](QMenu* menu, std::initializer_list<const char*> ids) {
+    for (const char* id : ids) {
+      if (*id == '\0') {
+        menu->addSeparator();
+      } else {
+        menu->addAction(Action(id));
+      }
+    }
   };
-  QMenu* const file = menu(nullptr, words.LangString(168, "&File"), "mnuFile");
-  QMenu* const load = menu(file, words.LangString(178, "&Load"), "mnuLoad");
-  for (const char* id : {"mnuLoadIMG", "mnuLoadTMP", "mnuLoadTxi", "mnuLoadRTI", "mnuLoadSEQ",
-                         "mnuLoadBmp", "mnuLoadTIFF", "mnuLoadJPEG"}) {
-    load->addAction(Action(id));
-  }
-  file->addAction(Action("mnuClose"));
-  file->addSeparator();
-  file->addAction(Action("mnuExit"));
-  QMenu* const zoom = menu(nullptr, words.LangString(284, "&Zoom"), "mnuZoom");
-  for (const char* id : {"ZoomIn", "ZoomOut", "ZoomFit"}) {
-    zoom->addAction(Action(id));
+  QMenu* const file = MakeMenu(nullptr, "mnuFile", 168, "File");
+  QMenu* const load = MakeMenu(file, "mnuLoad", 178, "Load");
+  fill(load, {"mnuLoadBmp", "mnuLoadTIFF", "mnuLoadJPEG", "mnuLoadIMG", "mnuLoadTxi", "mnuLoadTMP",
+              "mnuLoadRTI", "mnuLoadSEQ", "", "mnuLoadThumb", ""});
+  recentMenu_ = MakeMenu(load, "mnuRecent", 405, "Recent Images");
+  connect(recentMenu_, &QMenu::aboutToShow, this, &MainWindow::FillRecentMenu);
+  fill(file, {"mnuReload", "mnuClose", ""});
+  QMenu* const save = MakeMenu(file, "mnuSaveMain", 223, "Save");
+  fill(save, {"mnuSave", "mnuSaveJPG", "mnuSaveTXI"});
+  fill(file, {"", "mnusetup", "mnu4400", "mnubout", "", "mnuExit"});
+  fill(MakeMenu(nullptr, "mnuedit", 156, "Edit"),
+       {"mnucopyclip", "mnucopyclip2", "mnucopyclip3", "mnuCopyVis", "mnuMerge"});
+  fill(MakeMenu(nullptr, "mnuView", 285, "View"), {"mnuVisible"});
+  fill(MakeMenu(nullptr, "mnuZoom", 284, "Zoom"), {"ZoomIn", "ZoomOut", "ZoomFit"});
+}
+
+void MainWindow::FillRecentMenu() {
+  recentMenu_->clear();
+  int number = 0;
+  for (const QString& path : user_.RecentFiles()) {
+    const QFileInfo file(path);
+    const QString name = file.fileName().replace(QLatin1Char('&'), QLatin1String("&&"));
+    QAction* const entry = recentMenu_->addAction(
+        QStringLiteral("&%1  %2    %3").arg(++number % 10).arg(name, file.absolutePath()));
+    entry->setData(path);
+    connect(entry, &QAction::triggered, this, [this, path] { OpenFile(path); });
   }
 }
 
 void MainWindow::MakeToolPanel() {
-  auto* const panel = new QToolBar(this);
-  panel->setObjectName(QStringLiteral("ToolPanel"));
-  panel->setWindowTitle(tr("Tools"));
-  panel->setMovable(false);
-  panel->setIconSize(QSize(kToolIconSize, kToolIconSize));
-  openButton_ = new QToolButton(panel);
+  toolPanel_ = new QToolBar(this);
+  toolPanel_->setObjectName(QStringLiteral("ToolPanel"));
+  toolPanel_->setMovable(false);
+  toolPanel_->setIconSize(QSize(kToolIconSize, kToolIconSize));
+  toolPanel_->toggleViewAction()->setVisible(false);
+  openButton_ = new QToolButton(toolPanel_);
   openButton_->setObjectName(QStringLiteral("btnOpenImage"));
-  openButton_->setAccessibleName(session_.Words.LangString(179, "Load Image"));
   connect(openButton_, &QToolButton::clicked, this, [this] {
     // In the order of the kinds.
     static constexpr std::array<const char*, 8> kEntries = {
         "mnuLoadBmp", "mnuLoadTIFF", "mnuLoadJPEG", "mnuLoadIMG",
         "mnuLoadTxi", "mnuLoadTMP",  "mnuLoadRTI",  "mnuLoadSEQ"};
-    const auto kind = static_cast<std::size_t>(session_.Image.ImageKind);
+    const auto kind = static_cast<std::size_t>(session_.View.LoadButtonKind);
     if (!session_.Image.UiLocked && kind < kEntries.size()) {
       Action(kEntries[kind])->trigger();
     }
   });
-  panel->addWidget(openButton_);
-  panel->addSeparator();
-  panel->addAction(Action("btnTrend"));
-  panel->addSeparator();
-  panel->addAction(Action("ZoomOut"));
-  panel->addAction(Action("ZoomIn"));
-  panel->addAction(Action("ZoomFit"));
-  auto* const gap = new QWidget(panel);
+  toolPanel_->addWidget(openButton_);
+  toolPanel_->addAction(Action("btnSaveBMP"));
+  toolPanel_->addAction(Action("btnthumb"));
+  toolPanel_->addAction(Action("btnDWNLoad"));
+  toolPanel_->addSeparator();
+  toolPanel_->addAction(Action("btnTrend"));
+  toolPanel_->addAction(Action("btnViewVis"));
+  toolPanel_->addSeparator();
+  for (const char* id : {"ZoomOut", "ZoomIn", "ZoomFit"}) {
+    toolPanel_->addAction(Action(id));
+  }
+  toolPanel_->addSeparator();
+  toolPanel_->addAction(Action("mnusetup"));
+  auto* const gap = new QWidget(toolPanel_);
   gap->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Preferred);
-  panel->addWidget(gap);
-  panel->addWidget(MakeDisplayPanel());
-  addToolBar(panel);
+  toolPanel_->addWidget(gap);
+  toolPanel_->addWidget(MakeDisplayPanel());
+  addToolBar(toolPanel_);
 }
 
 QWidget* MainWindow::MakeDisplayPanel() {
-  const Strings& words = session_.Words;
   auto* const panel = new QWidget(this);
   panel->setObjectName(QStringLiteral("SSPanel5"));
-  auto* const label = new QLabel(words.LangString(204, "Palette"), panel);
+  paletteLabel_ = new QLabel(panel);
   paletteList_ = new QComboBox(panel);
   paletteList_->setObjectName(QStringLiteral("Combo1"));
-  paletteList_->setToolTip(words.LangString(237, "Set Color Palette"));
-  paletteList_->setAccessibleName(words.LangString(204, "Palette"));
   paletteList_->setIconSize(kSwatchSize);
   paletteList_->setMaxVisibleItems(kOfferedPalettes);
-  label->setBuddy(paletteList_);
+  paletteLabel_->setBuddy(paletteList_);
   connect(paletteList_, &QComboBox::activated, this, &MainWindow::ChoosePalette);
-  celsius_ = new QRadioButton(words.LangString(113, "Celsius"), panel);
+  celsius_ = new QRadioButton(panel);
   celsius_->setObjectName(QStringLiteral("SSOption1"));
-  celsius_->setToolTip(words.LangString(148, "Display in Celsius"));
-  fahrenheit_ = new QRadioButton(words.LangString(167, "Fahrenheit"), panel);
+  fahrenheit_ = new QRadioButton(panel);
   fahrenheit_->setObjectName(QStringLiteral("SSOption2"));
-  fahrenheit_->setToolTip(words.LangString(149, "Display in Fahrenheit"));
   connect(celsius_, &QRadioButton::clicked, this, [this] { ChooseUnit('C'); });
   connect(fahrenheit_, &QRadioButton::clicked, this, [this] { ChooseUnit('F'); });
 
   auto* const layout = new QHBoxLayout(panel);
   layout->setContentsMargins(8, 2, 8, 2);
-  layout->addWidget(label);
+  layout->addWidget(paletteLabel_);
   layout->addWidget(paletteList_);
   layout->addSpacing(12);
   layout->addWidget(celsius_);
@@ -265,19 +204,10 @@ QWidget* MainWindow::MakeDisplayPanel() {
 void MainWindow::MakeStatusBar() {
   QStatusBar* const bar = statusBar();
   bar->setObjectName(QStringLiteral("StatusBar1"));
-  // Widths that no text of the panel outgrows, so that nothing moves while the cursor does.
-  static constexpr std::array<const char*, 7> kWidest = {"",
-                                                         "X:  8888",
-                                                         "Y:  8888",
-                                                         "Palette Entry: 888",
-                                                         "Emissivity: 8.88",
-                                                         "Range: -888.8 to 8888.8",
-                                                         ""};
+  bar->setContentsMargins(6, 0, 0, 0);
   for (std::size_t i = 1; i <= ViewState::kStatusPanels; ++i) {
     auto* const panel = new QLabel(bar);
     panel->setObjectName(QStringLiteral("StatusBar1Panel%1").arg(i));
-    const int width = fontMetrics().horizontalAdvance(QString::fromLatin1(kWidest[i]));
-    panel->setMinimumWidth(width > 0 ? width + 10 : 0);
     panel->setTextFormat(Qt::PlainText);
     statusPanels_[i] = panel;
     bar->addWidget(panel, i == ViewState::kStatusPanels ? 1 : 0);
@@ -293,12 +223,80 @@ void MainWindow::MakeStatusBar() {
   bar->addPermanentWidget(loadProgress_);
 }
 
+/// Other windows tell this one of a change of language by setting the box, which is never seen.
+void MainWindow::MakeLanguageBox() {
+  languageBox_ = new QCheckBox(this);
+  languageBox_->setObjectName(QStringLiteral("chkLang"));
+  languageBox_->hide();
+  connect(languageBox_, &QCheckBox::toggled, this, [this](bool checked) {
+    if (checked) {
+      languageBox_->setChecked(false);
+      SetWindowLanguage();
+    }
+  });
+}
+
+void MainWindow::SetWindowLanguage() {
+  const Strings& words = session_.Words;
+  ViewState& view = session_.View;
+  const OpenImage& image = session_.Image;
+  for (const Command& command : commands_) {
+    QAction* const action = Action(command.Id);
+    action->setText(command.Caption());
+    action->setToolTip(PlainCaption(command.Caption()));
+  }
+  for (QMenu* menu : findChildren<QMenu*>()) {
+    if (menu->property("textId").isValid()) {
+      menu->setTitle(words.LangString(menu->property("textId").toInt(),
+                                      menu->property("defaultText").toString()));
+    }
+  }
+  AssignMnemonics(*menuBar());
+  toolPanel_->setWindowTitle(words.LangString(406, "Tools"));
+  openButton_->setAccessibleName(words.LangString(179, "Load Image"));
+  paletteLabel_->setText(words.LangString(204, "Palette"));
+  paletteList_->setToolTip(words.LangString(237, "Set Color Palette"));
+  paletteList_->setAccessibleName(words.LangString(204, "Palette"));
+  celsius_->setText(words.LangString(113, "Celsius"));
+  celsius_->setToolTip(words.LangString(148, "Display in Celsius"));
+  fahrenheit_->setText(words.LangString(167, "Fahrenheit"));
+  fahrenheit_->setToolTip(words.LangString(149, "Display in Fahrenheit"));
+
+  view.Title = words.LangString(189, "Corvane T-40 Viewer");
+  if (!image.CurrentFile.isEmpty()) {
+    view.Title += QStringLiteral(" - ") + image.CurrentFile;
+    if (!view.StatusPanel[4].isEmpty()) {
+      ShowEmissivity(image, words, view);
+    }
+    if (!view.StatusPanel[5].isEmpty()) {
+      ShowCalibratedRange(image, words, view);
+    }
+  }
+  view.LoadButtonTip = LoadButtonTip(view.LoadButtonKind, words);
+  // Widths that no text of the panel outgrows, so that nothing moves while the cursor does.
+  const auto numbers = QStringLiteral(": -8888.8 \u00B0C");
+  const std::array<QString, ViewState::kStatusPanels + 1> widest = {
+      QString(),
+      QStringLiteral("X:  8888"),
+      QStringLiteral("Y:  8888"),
+      words.LangString(256, "Temp") + numbers,
+      words.LangString(160, "Emissivity") + QStringLiteral(": 8.88"),
+      words.LangString(213, "Range") + QStringLiteral(": -888.8 ") + words.LangString(265, "to") +
+          QStringLiteral(" 8888.8"),
+      QString()};
+  for (std::size_t i = 1; i < ViewState::kStatusPanels; ++i) {
+    statusPanels_[i]->setMinimumWidth(fontMetrics().horizontalAdvance(widest[i]) + 12);
+  }
+  view_->SetWindowLanguage();
+  BringIntoLine();
+}
+
 void MainWindow::ShowIcons() {
   const QColor ink = palette().color(QPalette::WindowText);
   openButton_->setIcon(ToolIcon(QStringLiteral("open_image"), ink));
   for (const Command& command : commands_) {
-    if (!command.Icon.isEmpty()) {
-      Action(command.Id.toLatin1().constData())->setIcon(ToolIcon(command.Icon, ink));
+    if (*command.Icon != '\0') {
+      Action(command.Id)->setIcon(ToolIcon(QString::fromLatin1(command.Icon), ink));
     }
   }
 }
@@ -335,54 +333,101 @@ void MainWindow::ShowPaletteList() {
   }
 }
 
+void MainWindow::ShowUnits() {
+  const QSignalBlocker celsiusBlocker(celsius_);
+  const QSignalBlocker fahrenheitBlocker(fahrenheit_);
+  celsius_->setChecked(session_.View.CelsiusSelected);
+  fahrenheit_->setChecked(session_.View.FahrenheitSelected);
+}
+
+void MainWindow::ShowTrend() {
+  const bool whiteHot = session_.View.TrendSaysWhiteHot;
+  QAction* const trend = Action("btnTrend");
+  const QString text = whiteHot ? session_.Words.LangString(278, "White Hot")
+                                : session_.Words.LangString(108, "Black Hot");
+  if (trend->toolTip() != text || trend->icon().isNull()) {
+    trend->setText(text);
+    trend->setToolTip(text);
+    trend->setIcon(ToolIcon(whiteHot ? QStringLiteral("white_hot") : QStringLiteral("black_hot"),
+                            palette().color(QPalette::WindowText)));
+  }
+}
+
+void MainWindow::EnableActions() {
+  for (const Command& command : commands_) {
+    Action(command.Id)->setEnabled(command.Run && (!command.Enabled || command.Enabled()));
+  }
+  Action("btnViewVis")->setVisible(session_.View.VisibleImageEntries);
+  recentMenu_->setEnabled(!user_.RecentFiles().isEmpty());
+}
+
 void MainWindow::BringIntoLine() {
   const ViewState& view = session_.View;
   setWindowTitle(view.Title);
   setWindowFilePath(session_.Image.CurrentFilePath);
   ShowStatusPanels();
   ShowPaletteList();
+  ShowUnits();
+  ShowTrend();
+  EnableActions();
   openButton_->setToolTip(view.LoadButtonTip);
-  {
-    const QSignalBlocker celsiusBlocker(celsius_);
-    const QSignalBlocker fahrenheitBlocker(fahrenheit_);
-    celsius_->setChecked(view.CelsiusSelected);
-    fahrenheit_->setChecked(view.FahrenheitSelected);
-  }
-  QAction* const trend = Action("btnTrend");
-  const QString trendText = view.TrendSaysWhiteHot ? session_.Words.LangString(278, "White Hot")
-                                                   : session_.Words.LangString(108, "Black Hot");
-  if (trend->toolTip() != trendText || trend->icon().isNull()) {
-    trend->setText(trendText);
-    trend->setToolTip(trendText);
-    trend->setIcon(
-        ToolIcon(view.TrendSaysWhiteHot ? QStringLiteral("white_hot") : QStringLiteral("black_hot"),
-                 palette().color(QPalette::WindowText)));
-  }
   loadingText_->setText(view.LoadingText);
   loadingText_->setVisible(view.LoadingTextVisible);
   loadProgress_->setValue(static_cast<int>(view.LoadProgress));
   loadProgress_->setVisible(view.LoadProgressVisible);
-  for (const Command& command : commands_) {
-    Action(command.Id.toLatin1().constData())->setEnabled(!command.Enabled || command.Enabled());
-  }
   view_->BringIntoLine();
+}
+
+/// The window's first showing and each return from one of its own modal windows.
+void MainWindow::Activated() {
+  ViewState& view = session_.View;
+  view.SuppressEvents = true;
+  if (session_.Image.CurrentFile.isEmpty()) {
+    SelectDefaultPalette(session_);
+  }
+  view.CelsiusSelected = session_.Image.DisplayUnits != 'F';
+  view.FahrenheitSelected = session_.Image.DisplayUnits == 'F';
+  view.SuppressEvents = false;
+  SelectPalette(view.PaletteSelection, session_.Image, view, session_.Palettes, session_.Buffers);
+  BringIntoLine();
+}
+
+void MainWindow::KeepSmallestSize() {
+  resize(std::max(width(), kSmallestWidth), std::max(height(), kSmallestHeight));
 }
 
 void MainWindow::AskAndOpen(int filterIndex) {
   if (session_.Image.UiLocked) {
     return;
   }
-  static_cast<WindowProgress&>(*progress_).Start();
+  progress_->Start();
   LoadDialog(filterIndex, session_, *dialogs_, *progress_);
+  RememberOpened();
   BringIntoLine();
+  view_->FocusZoom();
   view_->RefreshReadout();
 }
 
+void MainWindow::OpenPendingFile() {
+  constexpr int kSitFilter = 4;
+  AskAndOpen(kSitFilter);
+}
+
 void MainWindow::OpenFile(const QString& path) {
-  static_cast<WindowProgress&>(*progress_).Start();
+  progress_->Start();
   OpenPath(path, session_, *progress_);
+  RememberOpened();
   BringIntoLine();
+  view_->FocusZoom();
   view_->RefreshReadout();
+}
+
+/// Files that could be read go into the list of recent ones.
+void MainWindow::RememberOpened() {
+  const OpenImage& image = session_.Image;
+  if (!image.CurrentFile.isEmpty() && FindNoImage(session_.Faults) == nullptr) {
+    user_.AddRecentFile(image.CurrentFilePath);
+  }
 }
 
 void MainWindow::ChoosePalette(int position) {
@@ -407,11 +452,63 @@ void MainWindow::ChooseUnit(char unit) {
   view_->RefreshReadout();
 }
 
+void MainWindow::ShowPreferences() {
+  PreferencesDialog dialog(session_, user_, this);
+  connect(&dialog, &PreferencesDialog::LanguageChanged, this,
+          [this] { languageBox_->setChecked(true); });
+  connect(&dialog, &PreferencesDialog::Saved, this, &MainWindow::BringIntoLine);
+  dialog.exec();
+  Activated();
+}
+
+void MainWindow::ShowAbout() {
+  AboutDialog dialog(session_.Words, this);
+  dialog.exec();
+  Activated();
+}
+
 void MainWindow::changeEvent(QEvent* event) {
   QMainWindow::changeEvent(event);
   if (event->type() == QEvent::PaletteChange && openButton_ != nullptr) {
     ShowIcons();
   }
+}
+
+void MainWindow::showEvent(QShowEvent* event) {
+  QMainWindow::showEvent(event);
+  if (!shown_) {
+    shown_ = true;
+    Activated();
+    if (!session_.PendingCommandFile.isEmpty()) {
+      openTimer_.start(0);
+    }
+  }
+}
+
+void MainWindow::closeEvent(QCloseEvent* event) {
+  user_.SetWindowPlace(saveGeometry());
+  event->accept();
+}
+
+void MainWindow::resizeEvent(QResizeEvent* event) {
+  QMainWindow::resizeEvent(event);
+  if (!isMinimized()) {
+    resizeTimer_.start();
+  }
+}
+
+void MainWindow::contextMenuEvent(QContextMenuEvent* event) {
+  QMenu menu(this);
+  menu.setObjectName(QStringLiteral("ContextMenu"));
+  for (const char* id : {"mnuReload", "mnuClose", "", "ZoomIn", "ZoomOut", "ZoomFit", "",
+                         "btnTrend", "", "mnusetup"}) {
+    if (*id == '\0') {
+      menu.addSeparator();
+    } else {
+      menu.addAction(Action(id));
+    }
+  }
+  menu.exec(event->globalPos());
 }
 
 void MainWindow::dragEnterEvent(QDragEnterEvent* event) {

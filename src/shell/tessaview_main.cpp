@@ -1,7 +1,36 @@
 #include <QApplication>
+#include <QFile>
+#include <QLocale>
+#include <QTimer>
 
 #include "core/session.h"
+#include "core/user_settings.h"
+#include "core/viewer_ini.h"
+#include "shell/command_line.h"
 #include "shell/main_window.h"
+#include "shell/splash_window.h"
+#include "shell/tool_icon_widget.h"
+
+namespace {
+
+/// How long the splash stands when nothing waits to be opened.
+constexpr int kSplashMilliseconds = 350;
+
+/// Language, words, settings, palettes, and the file named on the command line.
+void StartSession(tessa::Session& session, const tessa::UserSettings& user) {
+  tessa::RegisterResources();
+  QFile table(QStringLiteral(":/strings.tsv"));
+  if (table.open(QIODevice::ReadOnly)) {
+    session.Words.ReadTable(table.readAll());
+  }
+  session.Words.SetLanguage(tessa::LanguageAtStart(user, QLocale::system().name()));
+  session.Settings = tessa::ReadViewerIni(session.Folder.FindForReading(tessa::kViewerIniName));
+  tessa::PrepareSession(session);
+  tessa::ApplySettings(session);
+  session.PendingCommandFile = tessa::PendingFileFromArguments(QApplication::arguments().mid(1));
+}
+
+}  // namespace
 
 int main(int argc, char** argv) {
   QApplication application(argc, argv);
@@ -10,13 +39,22 @@ int main(int argc, char** argv) {
 
   tessa::Session session(
       tessa::ApplicationFolder::ForExecutable(QApplication::applicationFilePath()));
-  tessa::PrepareSession(session);
-  tessa::ApplySettings(session);
-  tessa::MainWindow window(session);
-  const QString path = QApplication::arguments().value(1);
-  if (!path.isEmpty()) {
-    window.OpenFile(path);
+  tessa::UserSettings user;
+  StartSession(session, user);
+
+  // A named file is shown at once; the splash would only delay it.
+  std::unique_ptr<tessa::SplashWindow> splash;
+  if (session.PendingCommandFile.isEmpty()) {
+    splash = std::make_unique<tessa::SplashWindow>(session.Words);
+    splash->show();
   }
-  window.show();
+  tessa::MainWindow window(session, user);
+  QTimer handOver;
+  handOver.setSingleShot(true);
+  QObject::connect(&handOver, &QTimer::timeout, &window, [&] {
+    window.show();
+    splash.reset();
+  });
+  handOver.start(splash ? kSplashMilliseconds : 0);
   return QApplication::exec();
 }

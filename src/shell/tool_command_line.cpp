@@ -3,6 +3,7 @@
 #include <CLI/CLI.hpp>
 #include <QJsonArray>
 #include <QJsonDocument>
+#include <QLoggingCategory>
 
 #include "core/file_access.h"
 #include "core/load_image.h"
@@ -84,6 +85,8 @@ int RunVisible(const VisibleCall& call) {
 }  // namespace
 
 int RunToolCommandLine(int argc, char** argv) {
+  // The picture readers have opinions of their own on broken files; this tool gives its reasons.
+  QLoggingCategory::setFilterRules(QStringLiteral("qt.gui.imageio.*=false"));
   CLI::App tool("Looks into radiometric infrared images and turns them into ordinary files.",
                 "tessatool");
   tool.require_subcommand(1);

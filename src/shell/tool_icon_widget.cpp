@@ -7,7 +7,7 @@
 
 /// The pictures are linked in from a library, so they have to be called for; the macro works
 /// outside of namespaces only.
-static void RegisterPictures() {
+static void InitResources() {
   Q_INIT_RESOURCE(resources);
 }
 
@@ -46,7 +46,7 @@ class SvgIconEngine : public QIconEngine {
 };
 
 QByteArray SvgText(const QString& name) {
-  RegisterPictures();
+  InitResources();
   QFile file(QStringLiteral(":/icons/") + name + QStringLiteral(".svg"));
   return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
@@ -55,6 +55,10 @@ QByteArray SvgText(const QString& name) {
 
 QIcon ToolIcon(const QString& name, const QColor& ink) {
   return QIcon(new SvgIconEngine(SvgText(name).replace("#3B4252", ink.name().toLatin1())));
+}
+
+void RegisterResources() {
+  InitResources();
 }
 
 QIcon ApplicationIcon() {

@@ -10,6 +10,9 @@ namespace tessa {
 /// the colour `ink`, so that it reads on light and dark desktops.
 QIcon ToolIcon(const QString& name, const QColor& ink);
 
+/// Makes the pictures and texts that are linked into the program available.
+void RegisterResources();
+
 /// The application's own picture.
 QIcon ApplicationIcon();
 

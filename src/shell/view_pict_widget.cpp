@@ -12,8 +12,8 @@
 
 #include "shell/tool_icon_widget.h"
 #include "view/picbuf_widget.h"
+#include "view/range_panel_widget.h"
 #include "view/readout.h"
-#include "view/scale_widget.h"
 #include "view/zoom.h"
 
 namespace tessa {
@@ -42,12 +42,11 @@ class ElidingLabel : public QLabel {
 
 }  // namespace
 
-ViewPictWidget::ViewPictWidget(Session& session, QWidget* parent)
+ViewPictWidget::ViewPictWidget(Session& session, Progress& progress, QWidget* parent)
     : QWidget(parent), session_(session) {
   setObjectName(QStringLiteral("ViewPict"));
-  scale_ = new ScaleWidget(session_.Buffers.Picbuf7, this);
-  scale_->setObjectName(QStringLiteral("SSPanel8"));
-  scale_->setAccessibleName(tr("Temperature scale"));
+  range_ = new RangePanelWidget(session_, progress, this);
+  connect(range_, &RangePanelWidget::RangeChanged, this, &ViewPictWidget::RangeChanged);
 
   auto* const left = new QVBoxLayout;
   left->setSpacing(0);
@@ -57,8 +56,9 @@ ViewPictWidget::ViewPictWidget(Session& session, QWidget* parent)
   layout->setContentsMargins(0, 0, 0, 0);
   layout->setSpacing(0);
   layout->addLayout(left, 1);
-  layout->addWidget(scale_);
+  layout->addWidget(range_);
   ConnectPicture();
+  SetWindowLanguage();
 }
 
 QWidget* ViewPictWidget::MakeCanvas() {
@@ -72,13 +72,10 @@ QWidget* ViewPictWidget::MakeCanvas() {
 
   picture_ = new PicbufWidget(session_.Buffers.Picbuf1, canvas_);
   picture_->setObjectName(QStringLiteral("Picbuf1"));
-  picture_->setAccessibleName(tr("Image"));
   horizontalScroll_ = new QScrollBar(Qt::Horizontal, canvas_);
   horizontalScroll_->setObjectName(QStringLiteral("HScroll1"));
-  horizontalScroll_->setAccessibleName(tr("Pan left and right"));
   verticalScroll_ = new QScrollBar(Qt::Vertical, canvas_);
   verticalScroll_->setObjectName(QStringLiteral("VScroll1"));
-  verticalScroll_->setAccessibleName(tr("Pan up and down"));
   blankPanel_ = MakeBlankPanel();
   return canvas_;
 }
@@ -90,21 +87,30 @@ QWidget* ViewPictWidget::MakeBlankPanel() {
   constexpr int kEmblemSize = 96;
   emblem->setPixmap(ApplicationIcon().pixmap(QSize(kEmblemSize, kEmblemSize)));
   emblem->setAlignment(Qt::AlignCenter);
-  auto* const text = new QLabel(tr("No image is open"), panel);
-  text->setAlignment(Qt::AlignCenter);
-  auto* const open = new QPushButton(tr("Open an image\u2026"), panel);
-  open->setObjectName(QStringLiteral("BlankOpenButton"));
-  connect(open, &QPushButton::clicked, this, &ViewPictWidget::OpenRequested);
+  blankText_ = new QLabel(panel);
+  blankText_->setAlignment(Qt::AlignCenter);
+  blankOpen_ = new QPushButton(panel);
+  blankOpen_->setObjectName(QStringLiteral("BlankOpenButton"));
+  connect(blankOpen_, &QPushButton::clicked, this, &ViewPictWidget::OpenRequested);
 
   auto* const layout = new QVBoxLayout(panel);
   layout->addStretch();
   layout->addWidget(emblem);
   layout->addSpacing(kMargin);
-  layout->addWidget(text);
+  layout->addWidget(blankText_);
   layout->addSpacing(kMargin);
-  layout->addWidget(open, 0, Qt::AlignCenter);
+  layout->addWidget(blankOpen_, 0, Qt::AlignCenter);
   layout->addStretch();
   return panel;
+}
+
+QToolButton* ViewPictWidget::MakeStepButton(const QString& icon, int step) {
+  auto* const button = new QToolButton(bottomPanel_);
+  button->setAutoRaise(true);
+  button->setIcon(ToolIcon(icon, palette().color(QPalette::WindowText)));
+  connect(button, &QToolButton::clicked, this,
+          [this, step] { SetZoom(session_.View.Zoom.ZoomLevel + step); });
+  return button;
 }
 
 QWidget* ViewPictWidget::MakeBottomPanel() {
@@ -112,28 +118,16 @@ QWidget* ViewPictWidget::MakeBottomPanel() {
   bottomPanel_->setObjectName(QStringLiteral("SSPanel1"));
   comment_ = new ElidingLabel(bottomPanel_);
   comment_->setObjectName(QStringLiteral("ssComment"));
-  comment_->setAccessibleName(tr("Comment"));
   taken_ = new QLabel(bottomPanel_);
-  taken_->setObjectName(QStringLiteral("Taken"));
-  taken_->setAccessibleName(tr("Memo and time of taking"));
+  taken_->setObjectName(QStringLiteral("ssMemo"));
 
-  const QColor ink = palette().color(QPalette::WindowText);
-  const auto stepButton = [&](const QString& icon, const QString& name, int step) {
-    auto* const button = new QToolButton(bottomPanel_);
-    button->setAutoRaise(true);
-    button->setIcon(ToolIcon(icon, ink));
-    button->setToolTip(name);
-    button->setAccessibleName(name);
-    connect(button, &QToolButton::clicked, this,
-            [this, step] { SetZoom(session_.View.Zoom.ZoomLevel + step); });
-    return button;
-  };
+  zoomOut_ = MakeStepButton(QStringLiteral("zoom_out"), -1);
+  zoomIn_ = MakeStepButton(QStringLiteral("zoom_in"), 1);
   zoom_ = new QSlider(Qt::Horizontal, bottomPanel_);
   zoom_->setObjectName(QStringLiteral("ZoomAdj"));
-  zoom_->setAccessibleName(tr("Zoom"));
   zoom_->setFixedWidth(120);
   zoom_->setPageStep(1);
-  zoom_->setTickPosition(QSlider::NoTicks);
+  zoom_->installEventFilter(this);
   connect(zoom_, &QSlider::valueChanged, this, &ViewPictWidget::SetZoom);
   zoomText_ = new QLabel(bottomPanel_);
   zoomText_->setObjectName(QStringLiteral("SSPanel26"));
@@ -147,10 +141,39 @@ QWidget* ViewPictWidget::MakeBottomPanel() {
   layout->addWidget(taken_);
   layout->addSpacing(2 * kMargin);
   layout->addWidget(zoomText_);
-  layout->addWidget(stepButton(QStringLiteral("zoom_out"), tr("Zoom out"), -1));
+  layout->addWidget(zoomOut_);
   layout->addWidget(zoom_);
-  layout->addWidget(stepButton(QStringLiteral("zoom_in"), tr("Zoom in"), 1));
+  layout->addWidget(zoomIn_);
   return bottomPanel_;
+}
+
+void ViewPictWidget::SetWindowLanguage() {
+  const Strings& words = session_.Words;
+  const auto name = [](QWidget* widget, const QString& text) { widget->setAccessibleName(text); };
+  name(picture_, words.LangString(173, "Image"));
+  name(horizontalScroll_, words.LangString(409, "Pan"));
+  name(verticalScroll_, words.LangString(409, "Pan"));
+  name(comment_, words.LangString(116, "Comment"));
+  name(taken_, words.LangString(187, "Memo"));
+  name(zoom_, words.LangString(284, "Zoom"));
+  zoom_->setToolTip(words.LangString(284, "Zoom"));
+  const auto tip = [&](QToolButton* button, int id, const char* text) {
+    button->setToolTip(words.LangString(id, text));
+    name(button, button->toolTip());
+  };
+  tip(zoomIn_, 401, "Zoom In");
+  tip(zoomOut_, 402, "Zoom Out");
+  blankText_->setText(words.LangString(408, "Open an image or drop one here"));
+  blankOpen_->setText(words.LangString(179, "Load Image") + QStringLiteral("\u2026"));
+  range_->SetWindowLanguage();
+}
+
+bool ViewPictWidget::eventFilter(QObject* watched, QEvent* event) {
+  if (watched == zoom_ && event->type() == QEvent::MouseButtonDblClick) {
+    ZoomToFit();
+    return true;
+  }
+  return QWidget::eventFilter(watched, event);
 }
 
 void ViewPictWidget::ConnectPicture() {
@@ -183,12 +206,11 @@ void ViewPictWidget::ConnectPicture() {
 void ViewPictWidget::BringIntoLine() {
   const ViewState& view = session_.View;
   const OpenImage& image = session_.Image;
-  scale_->setVisible(view.ScalePanelVisible);
+  range_->setVisible(view.ScalePanelVisible);
   bottomPanel_->setVisible(view.BottomPanelVisible);
   blankPanel_->setVisible(view.BlankPanelVisible);
   picture_->setVisible(view.PictureVisible);
-  const QString unit = view.CelsiusSelected ? QStringLiteral("\u00B0C") : QStringLiteral("\u00B0F");
-  scale_->ShowScale(view, image.HasTemperature ? unit : QString());
+  range_->BringIntoLine();
   const QString comment = view.Comment.simplified();
   comment_->setText(comment);
   comment_->setToolTip(comment);
@@ -248,7 +270,24 @@ void ViewPictWidget::PlaceScrollBars(const QRect& area, int maxX, int maxY) {
 }
 
 void ViewPictWidget::SetZoom(int level) {
-  ZoomAround(level, QPoint(picture_->width() / 2, picture_->height() / 2));
+  if (!session_.View.HasImage) {
+    return;
+  }
+  const int before = session_.View.Zoom.ZoomLevel;
+  SetZoomLevel(level, session_.View.Zoom, session_.Buffers.Picbuf1);
+  BringIntoLine();
+  if (session_.View.Zoom.ZoomLevel != before) {
+    ScrollToCentre();
+  }
+  RefreshReadout();
+}
+
+/// Both scroll bars go to the share of their way that the remembered centre has of the picture.
+void ViewPictWidget::ScrollToCentre() {
+  const Picbuf& buffer = session_.Buffers.Picbuf1;
+  ZoomState& zoom = session_.View.Zoom;
+  PanTo(PanForCentre(zoom.ZoomCentreX, buffer.BufWidth(), horizontalScroll_->maximum()),
+        PanForCentre(zoom.ZoomCentreY, buffer.BufHeight(), verticalScroll_->maximum()));
 }
 
 /// Sets the level so that the image point under `position` of the picture stays where it is, as far
@@ -305,6 +344,10 @@ void ViewPictWidget::PointerMoved(QPoint position) {
   Q_EMIT ReadoutChanged();
 }
 
+void ViewPictWidget::FocusZoom() {
+  zoom_->setFocus();
+}
+
 void ViewPictWidget::RefreshReadout() {
   if (picture_->isVisible() && picture_->underMouse()) {
     PointerMoved(picture_->mapFromGlobal(QCursor::pos()));
@@ -312,11 +355,11 @@ void ViewPictWidget::RefreshReadout() {
 }
 
 void ViewPictWidget::PictureClicked(Qt::MouseButton button, QPoint position) {
-  if (button == Qt::LeftButton) {
-    ZoomAround(session_.View.Zoom.ZoomLevel + 1, position);
-  } else if (button == Qt::RightButton) {
-    ZoomAround(session_.View.Zoom.ZoomLevel - 1, position);
+  if (button != Qt::LeftButton && button != Qt::RightButton) {
+    return;
   }
+  RememberClick(position.x(), position.y(), session_.Buffers.Picbuf1, session_.View.Zoom);
+  SetZoom(session_.View.Zoom.ZoomLevel + (button == Qt::LeftButton ? 1 : -1));
 }
 
 void ViewPictWidget::resizeEvent(QResizeEvent* event) {

@@ -2,6 +2,7 @@
 
 #include <QWidget>
 
+#include "core/progress.h"
 #include "core/session.h"
 
 class QLabel;
@@ -13,7 +14,7 @@ class QToolButton;
 namespace tessa {
 
 class PicbufWidget;
-class ScaleWidget;
+class RangePanelWidget;
 
 /// The view of the open image: the picture with its scroll bars, the palette strip with its scale,
 /// and the zoom control. Shows the session's records; user actions go through the engine first.
@@ -21,14 +22,18 @@ class ViewPictWidget : public QWidget {
   Q_OBJECT
 
  public:
-  ViewPictWidget(Session& session, QWidget* parent);
+  ViewPictWidget(Session& session, Progress& progress, QWidget* parent);
 
   /// Brings every control into line with the records.
   void BringIntoLine();
+  void SetWindowLanguage();
+  /// Sets the level and shows the remembered centre in the middle.
   void SetZoom(int level);
   int ZoomLevel() const;
   /// The largest level at which the whole picture is in view.
   void ZoomToFit();
+  /// Keys go to the zoom control.
+  void FocusZoom();
   /// Reads again what lies under a resting cursor.
   void RefreshReadout();
   PicbufWidget& Picture() { return *picture_; }
@@ -37,10 +42,13 @@ class ViewPictWidget : public QWidget {
   /// The cursor's readout in the status panels changed.
   void ReadoutChanged();
   void OpenRequested();
+  /// The range on show changed.
+  void RangeChanged();
 
  protected:
   void resizeEvent(QResizeEvent* event) override;
   void wheelEvent(QWheelEvent* event) override;
+  bool eventFilter(QObject* watched, QEvent* event) override;
 
  private:
   QWidget* MakeCanvas();
@@ -53,6 +61,8 @@ class ViewPictWidget : public QWidget {
   void PointerMoved(QPoint position);
   void PictureClicked(Qt::MouseButton button, QPoint position);
   void ZoomAround(int level, QPoint position);
+  void ScrollToCentre();
+  QToolButton* MakeStepButton(const QString& icon, int step);
   void PanTo(int horizontal, int vertical);
 
   Session& session_;
@@ -60,11 +70,15 @@ class ViewPictWidget : public QWidget {
   QWidget* blankPanel_ = nullptr;
   QWidget* bottomPanel_ = nullptr;
   PicbufWidget* picture_ = nullptr;
-  ScaleWidget* scale_ = nullptr;
+  RangePanelWidget* range_ = nullptr;
   QScrollBar* horizontalScroll_ = nullptr;
   QScrollBar* verticalScroll_ = nullptr;
   QSlider* zoom_ = nullptr;
   QLabel* zoomText_ = nullptr;
+  QToolButton* zoomOut_ = nullptr;
+  QToolButton* zoomIn_ = nullptr;
+  QLabel* blankText_ = nullptr;
+  QPushButton* blankOpen_ = nullptr;
   QLabel* comment_ = nullptr;
   QLabel* taken_ = nullptr;
 };

@@ -367,8 +367,10 @@ void Picbuf::DrawSelText() {
   font.setStyleStrategy(QFont::NoAntialias);
   painter.setFont(font);
   painter.setPen(Qt::white);
-  painter.drawText(mask.rect(),
-                   Qt::AlignVCenter | (TextAlign == 2 ? Qt::AlignHCenter : Qt::AlignLeft), Text);
+  painter.drawText(
+      mask.rect(),
+      static_cast<int>(Qt::AlignVCenter | (TextAlign == 2 ? Qt::AlignHCenter : Qt::AlignLeft)),
+      Text);
   painter.end();
   for (int row = 0; row < area.Height; ++row) {
     for (int column = 0; column < area.Width; ++column) {

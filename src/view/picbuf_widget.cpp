@@ -1,5 +1,7 @@
 #include "view/picbuf_widget.h"
 
+#include <QCoreApplication>
+#include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>
 #include <algorithm>
@@ -86,25 +88,49 @@ void PicbufWidget::mouseMoveEvent(QMouseEvent* event) {
 }
 
 void PicbufWidget::mousePressEvent(QMouseEvent* event) {
-  if (event->button() == Qt::MiddleButton) {
+  if (event->button() == Qt::MiddleButton || (event->button() == Qt::LeftButton && spaceHeld_)) {
     dragging_ = true;
     dragStart_ = event->position().toPoint();
-    setCursor(Qt::ClosedHandCursor);
+    ShowPointer();
     return;
   }
   Q_EMIT Clicked(event->button(), event->position().toPoint());
 }
 
-void PicbufWidget::mouseReleaseEvent(QMouseEvent* event) {
-  if (event->button() == Qt::MiddleButton) {
-    dragging_ = false;
-    setCursor(Qt::CrossCursor);
-  }
+void PicbufWidget::mouseReleaseEvent(QMouseEvent* /*event*/) {
+  dragging_ = false;
+  ShowPointer();
+}
+
+void PicbufWidget::ShowPointer() {
+  setCursor(dragging_ ? Qt::ClosedHandCursor : spaceHeld_ ? Qt::OpenHandCursor : Qt::CrossCursor);
+}
+
+void PicbufWidget::enterEvent(QEnterEvent* event) {
+  QWidget::enterEvent(event);
+  // The space bar is looked for wherever the focus is, while the cursor is over the picture.
+  QCoreApplication::instance()->installEventFilter(this);
 }
 
 void PicbufWidget::leaveEvent(QEvent* event) {
   QWidget::leaveEvent(event);
+  QCoreApplication::instance()->removeEventFilter(this);
+  spaceHeld_ = false;
+  ShowPointer();
   Q_EMIT PointerLeft();
+}
+
+bool PicbufWidget::eventFilter(QObject* watched, QEvent* event) {
+  const bool isPress = event->type() == QEvent::KeyPress;
+  if ((isPress || event->type() == QEvent::KeyRelease) &&
+      static_cast<QKeyEvent*>(event)->key() == Qt::Key_Space) {
+    if (!static_cast<QKeyEvent*>(event)->isAutoRepeat()) {
+      spaceHeld_ = isPress;
+      ShowPointer();
+    }
+    return true;  // A button in focus must not be pressed.
+  }
+  return QWidget::eventFilter(watched, event);
 }
 
 void PicbufWidget::wheelEvent(QWheelEvent* event) {

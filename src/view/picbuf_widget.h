@@ -21,7 +21,8 @@ class PicbufWidget : public QWidget {
   void PointerMoved(QPoint position);
   void PointerLeft();
   void Clicked(Qt::MouseButton button, QPoint position);
-  /// Drag with the middle button, logical pixels since the last signal.
+  /// Drag with the middle button, or with the left one while the space bar is held; logical pixels
+  /// since the last signal.
   void Dragged(QPoint distance);
   /// Positive steps: away from the user.
   void ZoomWheel(int steps, QPoint position);
@@ -31,15 +32,19 @@ class PicbufWidget : public QWidget {
   void mouseMoveEvent(QMouseEvent* event) override;
   void mousePressEvent(QMouseEvent* event) override;
   void mouseReleaseEvent(QMouseEvent* event) override;
+  void enterEvent(QEnterEvent* event) override;
   void leaveEvent(QEvent* event) override;
+  bool eventFilter(QObject* watched, QEvent* event) override;
   void wheelEvent(QWheelEvent* event) override;
 
  private:
+  void ShowPointer();
   QImage Scaled(const QRect& deviceArea, qreal density) const;
 
   Picbuf& buffer_;
   QPoint dragStart_;
   bool dragging_ = false;
+  bool spaceHeld_ = false;
   int wheelRest_ = 0;  // Eighths of a degree not yet worth a step.
 };
 

@@ -4,7 +4,9 @@
 #include <QImageReader>
 #include <QImageWriter>
 #include <algorithm>
+#include <array>
 #include <limits>
+#include <string_view>
 
 #include "core/file_access.h"
 #include "core/steps.h"
@@ -53,6 +55,32 @@ void TakeImage(const QImage& source, LoadedPicture& picture) {
   }
 }
 
+/// True for a JPEG whose last scan has no end mark behind it. The toolkit's reader fills up such a
+/// picture with grey and says nothing.
+bool EndsInsideScan(ByteSpan file, std::string_view format) {
+  constexpr std::array<std::uint8_t, 2> kScanStart = {0xFF, 0xDA};
+  constexpr std::array<std::uint8_t, 2> kImageEnd = {0xFF, 0xD9};
+  if (format != "jpeg") {
+    return false;
+  }
+  const auto scan = std::find_end(file.begin(), file.end(), kScanStart.begin(), kScanStart.end());
+  const auto end = std::find_end(file.begin(), file.end(), kImageEnd.begin(), kImageEnd.end());
+  return scan != file.end() && (end == file.end() || end < scan);
+}
+
+/// What the first bytes must be, so that nothing else reaches the toolkit's reader.
+bool HasSignature(ByteSpan file, std::string_view format) {
+  const auto startsWith = [&](std::string_view mark) {
+    return file.size() >= mark.size() &&
+           std::equal(mark.begin(), mark.end(), file.begin(), [](char wanted, std::uint8_t byte) {
+             return static_cast<std::uint8_t>(wanted) == byte;
+           });
+  };
+  return format == "jpeg" ? startsWith("\xFF\xD8\xFF")
+                          : startsWith(std::string_view("II\x2A\0", 4)) ||
+                                startsWith(std::string_view("MM\0\x2A", 4));
+}
+
 /// Decodes through the toolkit's reader for `format` ("tiff", "jpeg").
 LoadedPicture DecodeWithToolkit(const FileStart& file, const char* format, Problems& faults) {
   LoadedPicture picture;
@@ -62,7 +90,7 @@ LoadedPicture DecodeWithToolkit(const FileStart& file, const char* format, Probl
   buffer.open(QIODevice::ReadOnly);
   QImageReader reader(&buffer, format);
   reader.setAutoDetectImageFormat(false);
-  const QSize size = reader.size();
+  const QSize size = HasSignature(file.Data, format) ? reader.size() : QSize();
   const std::string name = QString::fromLatin1(format).toUpper().toStdString();
   if (size.isEmpty()) {
     faults.push_back(NoPicture(ProblemKind::kWrongKind, "Signature",
@@ -80,6 +108,10 @@ LoadedPicture DecodeWithToolkit(const FileStart& file, const char* format, Probl
     faults.push_back(NoPicture(ProblemKind::kTooLarge, "Size",
                                "the picture claims to be far larger than its file can justify"));
     return picture;
+  }
+  if (EndsInsideScan(file.Data, format)) {
+    faults.push_back({ProblemKind::kTruncated, file.Size, "Pixels",
+                      "the JPEG data ends early: part of the picture is missing", false});
   }
   QImage image;
   if (!reader.read(&image) || image.isNull()) {

@@ -134,7 +134,9 @@ void UpdateRangeDisplay(const OpenImage& image, ViewState& view, const Strings& 
   double high = OneDecimal(FromDisplayUnits(maximum, unit));
   if (image.ImageKind > KindJpeg && high == low) {
     high = low + 0.1;
-    maximum = InDisplayUnits(high, unit);
+    if (maximum == minimum) {
+      maximum = InDisplayUnits(high, unit);
+    }
   }
   view.RangeLowText = FormatTenths(ParseNumber(image.ScaleLowText));
   view.RangeHighText = FormatTenths(ParseNumber(image.ScaleHighText));

@@ -52,14 +52,23 @@ ViewPlacement PlaceView(const Picbuf& picture, int areaWidth, int areaHeight) {
   return placement;
 }
 
-void CentreOn(int column, int row, int areaWidth, int areaHeight, Picbuf& picture) {
-  const ViewPlacement placement = PlaceView(picture, areaWidth, areaHeight);
-  const double scale = picture.ZoomNumerator / picture.ZoomDenominator;
-  const auto origin = [scale](int position, int shown, int maxPan) {
-    return std::clamp(position - static_cast<int>(shown / scale / 2.0), 0, maxPan);
-  };
-  picture.ScrollView(origin(row, placement.Height, placement.MaxPanY),
-                     origin(column, placement.Width, placement.MaxPanX));
+void RememberClick(int clientX, int clientY, const Picbuf& picture, ZoomState& zoom) {
+  if (zoom.ZoomCentreY == -1) {
+    zoom.ZoomCentreX = picture.BufWidth() / 2;
+    zoom.ZoomCentreY = picture.BufHeight() / 2;
+  } else {
+    zoom.ZoomCentreX = picture.ClientToImageX(clientX);
+    zoom.ZoomCentreY = picture.ClientToImageY(clientY) + 1;
+  }
+}
+
+int PanForCentre(int centre, int size, int maximum) {
+  if (size <= 0) {
+    return 0;
+  }
+  const int middle = centre == -1 ? size / 2 : centre;
+  const double position = static_cast<double>(middle) / size * maximum;
+  return std::min(static_cast<int>(std::nearbyint(position)), maximum);
 }
 
 }  // namespace tessa

@@ -25,8 +25,12 @@ struct ViewPlacement {
 /// A picture smaller than the area stands centred, a larger one fills it and can be panned.
 ViewPlacement PlaceView(const Picbuf& picture, int areaWidth, int areaHeight);
 
-/// Pans so that image position (column, row) is as near to the middle of the area as the ends
-/// allow.
-void CentreOn(int column, int row, int areaWidth, int areaHeight, Picbuf& picture);
+/// A click on the picture at a client position becomes the centre of the next zooms; the first
+/// click on an image stands for its middle.
+void RememberClick(int clientX, int clientY, const Picbuf& picture, ZoomState& zoom);
+
+/// Position of a scroll bar that runs from 0 to `maximum` for a remembered centre in a picture of
+/// `size` pixels; a centre of -1 stands for the middle.
+int PanForCentre(int centre, int size, int maximum);
 
 }  // namespace tessa

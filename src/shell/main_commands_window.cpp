@@ -1,0 +1,126 @@
+// The table of commands of the main window.
+
+#include "core/load_image.h"
+#include "shell/main_window.h"
+#include "shell/view_pict_widget.h"
+#include "shell/window_progress_widget.h"
+
+namespace tessa {
+
+std::vector<MainWindow::Command> MainWindow::MakeCommands() {
+  std::vector<Command> commands = MakeFileCommands();
+  for (Command& command : MakeViewCommands()) {
+    commands.push_back(std::move(command));
+  }
+  return commands;
+}
+
+std::vector<MainWindow::Command> MainWindow::MakeFileCommands() {
+  const auto word = [this](int id, const char* text) {
+    return [this, id, text] { return session_.Words.LangString(id, text); };
+  };
+  const auto images = [this](const char* kind) {
+    return [this, kind] {
+      return QString::fromLatin1(kind) + session_.Words.LangString(177, "Images");
+    };
+  };
+  const auto load = [this](int filterIndex) {
+    return [this, filterIndex] { AskAndOpen(filterIndex); };
+  };
+  const auto hasImage = [this] { return session_.View.HasImage; };
+  const auto close = [this] {
+    CloseImage(session_, *progress_);
+    BringIntoLine();
+  };
+  return {
+      {"mnuLoadBmp", images("BMP "), "", {}, load(1), {}},
+      {"mnuLoadTIFF", images("TIFF "), "", {}, load(2), {}},
+      {"mnuLoadJPEG", images("JPEG "), "", {}, load(3), {}},
+      {"mnuLoadIMG", images("SIT "), "open_image", {QKeySequence::Open}, load(4), {}},
+      {"mnuLoadTxi", images("TXI "), "", {}, load(5), {}},
+      {"mnuLoadTMP", images("TMP "), "", {}, load(6), {}},
+      {"mnuLoadRTI", word(221, "RTI Snapshots"), "", {}, load(7), {}},
+      {"mnuLoadSEQ", word(222, "RTV Sequence"), "", {}, load(8), {}},
+      {"mnuLoadThumb", word(261, "Thumbnails"), "thumbnails", {}, {}, {}},
+      {"mnuReload",
+       word(404, "Reload"),
+       "",
+       {QKeySequence(Qt::Key_F5)},
+       [this] { OpenFile(QString(session_.Image.CurrentFilePath)); },
+       hasImage},
+      {"mnuClose",
+       word(114, "Close"),
+       "close_image",
+       {QKeySequence(Qt::CTRL | Qt::Key_W)},
+       close,
+       hasImage},
+      {"mnuSave", word(224, "Save BMP"), "save_image", {QKeySequence::Save}, {}, {}},
+      {"mnuSaveJPG", word(228, "Save JPEG"), "", {}, {}, {}},
+      {"mnuSaveTXI", word(231, "Save TXI"), "", {}, {}, {}},
+      {"mnusetup",
+       word(210, "Preferences"),
+       "preferences",
+       {QKeySequence::Preferences, QKeySequence(Qt::CTRL | Qt::Key_Comma)},
+       [this] { ShowPreferences(); },
+       {}},
+      {"mnu4400", word(297, "Corvane T-40 Downloader"), "download", {}, {}, {}},
+      {"mnubout", word(103, "About"), "about", {}, [this] { ShowAbout(); }, {}},
+      {"mnuExit",
+       word(166, "Exit"),
+       "exit",
+       {QKeySequence(Qt::CTRL | Qt::Key_Q)},
+       [this] { this->close(); },
+       {}},
+      {"mnucopyclip", word(125, "Copy Image"), "copy", {QKeySequence::Copy}, {}, {}},
+      {"mnucopyclip2", word(128, "Copy Palette Bar"), "", {}, {}, {}},
+      {"mnucopyclip3", word(126, "Copy Image With Palette Bar"), "", {}, {}, {}},
+      {"mnuCopyVis", word(130, "Copy Visual Image"), "", {}, {}, {}},
+      {"mnuMerge", word(127, "Copy IR && Visual Image"), "", {}, {}, {}},
+      {"mnuVisible", word(277, "Visible Light Image"), "visible_image", {}, {}, {}},
+      {"btnSaveBMP", word(224, "Save BMP"), "save_image", {}, {}, {}},
+      {"btnthumb", word(275, "View Thumbnails / Download Images"), "thumbnails", {}, {}, {}},
+      {"btnDWNLoad", word(297, "Corvane T-40 Downloader"), "download", {}, {}, {}},
+      {"btnViewVis", word(277, "Visible Light Image"), "visible_image", {}, {}, {}},
+  };
+}
+
+std::vector<MainWindow::Command> MainWindow::MakeViewCommands() {
+  const auto word = [this](int id, const char* text) {
+    return [this, id, text] { return session_.Words.LangString(id, text); };
+  };
+  const auto hasImage = [this] { return session_.View.HasImage; };
+  const auto zoomBy = [this](int step) {
+    return [this, step] { view_->SetZoom(view_->ZoomLevel() + step); };
+  };
+  return {
+      {"btnTrend",
+       [this] {
+         return session_.View.TrendSaysWhiteHot ? session_.Words.LangString(278, "White Hot")
+                                                : session_.Words.LangString(108, "Black Hot");
+       },
+       "",
+       {QKeySequence(Qt::CTRL | Qt::Key_I)},
+       [this] { ReverseSelectedPalette(); },
+       hasImage},
+      {"ZoomIn",
+       word(401, "Zoom In"),
+       "zoom_in",
+       {QKeySequence(Qt::Key_Plus), QKeySequence(Qt::Key_PageUp), QKeySequence::ZoomIn},
+       zoomBy(1),
+       hasImage},
+      {"ZoomOut",
+       word(402, "Zoom Out"),
+       "zoom_out",
+       {QKeySequence(Qt::Key_Minus), QKeySequence(Qt::Key_PageDown), QKeySequence::ZoomOut},
+       zoomBy(-1),
+       hasImage},
+      {"ZoomFit",
+       word(403, "Fit in Window"),
+       "zoom_fit",
+       {QKeySequence(Qt::CTRL | Qt::Key_0)},
+       [this] { view_->ZoomToFit(); },
+       hasImage},
+  };
+}
+
+}  // namespace tessa

@@ -1,0 +1,333 @@
+#include <gmock/gmock.h>
+
+#include <QBuffer>
+#include <array>
+
+#include "core/load_image.h"
+#include "test_files.h"
+
+namespace tessa::testing {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::ElementsAreArray;
+
+using Pixels = std::vector<std::uint8_t>;
+
+/// An 8-bit bitmap, written byte by byte. Rows are given from the top, one index a pixel.
+Bytes Bitmap8(int width, int height, const Pixels& indices, const ColourTable& palette) {
+  ByteWriter writer;
+  const std::size_t stride = (static_cast<std::size_t>(width) + 3) / 4 * 4;
+  writer.Text("BM", 2);
+  writer.U32Le(0);
+  writer.U32Le(0);
+  writer.U32Le(1078);
+  writer.U32Le(40);
+  writer.I32Le(width);
+  writer.I32Le(height);
+  writer.U16Le(1);
+  writer.U16Le(8);
+  writer.PadTo(54);
+  for (const Colour colour : palette) {
+    writer.U32Le((colour & 0xFF) << 16 | (colour & 0xFF00) | (colour >> 16 & 0xFF));
+  }
+  for (int row = height - 1; row >= 0; --row) {
+    writer.Append(
+        std::span(indices).subspan(static_cast<std::size_t>(row) * static_cast<std::size_t>(width),
+                                   static_cast<std::size_t>(width)));
+    writer.PadTo(1078 + stride * static_cast<std::size_t>(height - row));
+  }
+  return writer.Take();
+}
+
+/// An uncompressed one-strip TIFF of 8-bit samples. `photometric`: 0 white is zero, 1 black is
+/// zero, 2 red, green, blue.
+Bytes Tiff(int width, int height, std::uint16_t photometric, const Pixels& samples) {
+  const std::uint32_t channels = photometric == 2 ? 3 : 1;
+  const auto columns = static_cast<std::uint32_t>(width);
+  const auto rows = static_cast<std::uint32_t>(height);
+  ByteWriter writer;
+  writer.Text("II*", 4);
+  writer.U32Le(8);
+  writer.U16Le(9);
+  for (const auto& [tag, count, value] : std::initializer_list<std::array<std::uint32_t, 3>>{
+           {256, 1, columns},
+           {257, 1, rows},
+           {258, channels, channels == 3 ? 128U : 8U},
+           {259, 1, 1},
+           {262, 1, photometric},
+           {273, 1, 136},
+           {277, 1, channels},
+           {278, 1, rows},
+           {279, 1, columns * rows * channels}}) {
+    writer.U16Le(static_cast<std::uint16_t>(tag));
+    writer.U16Le(3);
+    writer.U32Le(count);
+    writer.U32Le(value);
+  }
+  writer.PadTo(128);
+  for (int i = 0; i < 3; ++i) {
+    writer.U16Le(8);
+  }
+  writer.PadTo(136);
+  writer.Append(samples);
+  return writer.Take();
+}
+
+Bytes Jpeg(const QImage& picture) {
+  QByteArray bytes;
+  QBuffer buffer(&bytes);
+  buffer.open(QIODevice::WriteOnly);
+  EXPECT_TRUE(picture.save(&buffer, "JPEG", 100));
+  return {bytes.begin(), bytes.end()};
+}
+
+ColourTable Ramp(bool reversed) {
+  ColourTable table{};
+  for (std::uint32_t i = 0; i < 256; ++i) {
+    table[reversed ? 255 - i : i] = i | i << 8 | i << 16;
+  }
+  return table;
+}
+
+class PictureLoad : public ::testing::Test {
+ protected:
+  PictureLoad() { PrepareSession(session_); }
+
+  void Open(const char* name, const Bytes& content) {
+    OpenPath(folder_.Write(QString::fromLatin1(name), content), session_, progress_);
+  }
+  void OpenSit() {
+    SitFields fields;
+    fields.Comment = "OLD";
+    fields.Counts.assign(76800, 2000);
+    Open("before.sit", EncodeSit(fields));
+  }
+  /// Row of the buffer; the row buffer is checked to hold the same.
+  Pixels Row(int row) {
+    const auto indices = picture_.IndexRow(row);
+    EXPECT_THAT(image_.RowBuffers.Row(row), ElementsAreArray(indices));
+    return {indices.begin(), indices.end()};
+  }
+
+  TestFolder folder_;
+  Session session_{BuiltProgramFolder()};
+  Progress progress_;
+  Picbuf& picture_ = session_.Buffers.Picbuf1;
+  const OpenImage& image_ = session_.Image;
+  const ViewState& view_ = session_.View;
+};
+
+TEST_F(PictureLoad, ABitmapKeepsItsIndicesAndShowsThemInTheSelectedPalette) {
+  OpenSit();
+  ColourTable palette = Ramp(false);
+  palette[7] = 0x123456;
+  Open("small.bmp", Bitmap8(5, 2, {0, 1, 2, 7, 255, 9, 8, 7, 6, 5}, palette));
+  EXPECT_THAT(Row(0), ElementsAre(0, 1, 2, 7, 255));
+  EXPECT_THAT(Row(1), ElementsAre(9, 8, 7, 6, 5));
+  EXPECT_EQ(picture_.Palette(), session_.Palettes.PaletteTable[0]);
+  EXPECT_EQ(image_.ImageKind, KindBmp);
+  EXPECT_EQ(image_.PreviousKindIndex, 1);
+  EXPECT_EQ(image_.ImageWidth, 5);
+  EXPECT_EQ(image_.BufferHeight, 2);
+  EXPECT_FALSE(image_.HasTemperature || image_.PaletteReversed);
+  EXPECT_TRUE(image_.ImageDate.isEmpty() && view_.Comment.isEmpty());
+  EXPECT_TRUE(view_.StatusPanel[4].isEmpty() && view_.StatusPanel[5].isEmpty());
+  EXPECT_FALSE(view_.RangeSliderVisible || view_.RangeEntryVisible || view_.RangeToggleVisible ||
+               view_.AutoUpdateVisible || view_.LimitBoxesVisible || view_.ExtremesLine.Visible);
+  EXPECT_EQ(view_.LoadButtonTip.toStdString(), "Load Image BMP Images");
+}
+
+TEST_F(PictureLoad, AReversedPaletteTurnsTheValuesRound) {
+  Open("dark.bmp", Bitmap8(4, 1, {0, 1, 100, 255}, Ramp(true)));
+  EXPECT_TRUE(image_.PaletteReversed);
+  EXPECT_THAT(Row(0), ElementsAre(255, 254, 155, 0));
+  // Colours are compared as numbers with red in the low byte: this blue is above this yellow.
+  ColourTable blue = Ramp(false);
+  blue[0] = 0xFF0000;
+  blue[255] = 0x00FFFF;
+  Open("blue.bmp", Bitmap8(2, 1, {3, 4}, blue));
+  EXPECT_TRUE(image_.PaletteReversed);
+  EXPECT_THAT(Row(0), ElementsAre(252, 251));
+  // The view's own reversed palette says nothing about the next picture.
+  ReverseTable(session_.Palettes.PaletteTable[0]);
+  Open("light.bmp", Bitmap8(2, 1, {3, 4}, Ramp(false)));
+  EXPECT_FALSE(image_.PaletteReversed);
+  EXPECT_THAT(Row(0), ElementsAre(3, 4));
+  Open("white.tif", Tiff(2, 1, 0, {10, 255}));
+  EXPECT_EQ(image_.ImageKind, KindTiff);
+  EXPECT_THAT(Row(0), ElementsAre(245, 0));
+}
+
+TEST_F(PictureLoad, ColoursBecomeTheirLuminance) {
+  // (299 R + 587 G + 114 B + 500) / 1000
+  Open("colours.tif", Tiff(5, 1, 2, {255, 0, 0, 0, 255, 0, 0, 0, 255, 10, 20, 30, 2, 0, 0}));
+  EXPECT_THAT(Row(0), ElementsAre(76, 150, 29, 18, 1));
+  EXPECT_FALSE(image_.PaletteReversed);
+  Bytes bytes = Bitmap8(3, 1, {0, 0, 0}, {});
+  bytes.resize(54);
+  bytes.insert(bytes.end(), {0, 0, 255, 255, 0, 0, 30, 20, 10, 0, 0, 0});  // Blue first.
+  bytes[10] = 54;
+  bytes[11] = 0;
+  bytes[28] = 24;
+  Open("colours.bmp", bytes);
+  EXPECT_THAT(Row(0), ElementsAre(76, 29, 18));
+  EXPECT_EQ(picture_.BufDepth(), 8);
+}
+
+TEST_F(PictureLoad, GreyPicturesKeepTheirLevels) {
+  Open("grey.tif", Tiff(3, 2, 1, {0, 100, 255, 5, 6, 7}));
+  EXPECT_THAT(Row(0), ElementsAre(0, 100, 255));
+  EXPECT_THAT(Row(1), ElementsAre(5, 6, 7));
+  QImage grey(16, 8, QImage::Format_Grayscale8);
+  grey.fill(QColor(200, 200, 200));
+  OpenSit();
+  Open("grey.jpg", Jpeg(grey));
+  EXPECT_EQ(image_.ImageKind, KindJpeg);
+  EXPECT_THAT(Row(7), ElementsAreArray(Pixels(16, 200)));
+  EXPECT_TRUE(view_.StatusPanel[5].isEmpty() && view_.Memo.isEmpty());
+  QImage red(16, 8, QImage::Format_RGB32);
+  red.fill(Qt::red);
+  Open("red.jpg", Jpeg(red));
+  EXPECT_NEAR(Row(3)[5], 76, 2);
+}
+
+TEST_F(PictureLoad, APlainPictureHasAScaleOfPaletteEntriesInEitherUnit) {
+  for (const char unit : {'C', 'F'}) {
+    session_.Image.DisplayUnits = unit;
+    for (const auto& [name, content] :
+         {std::pair{"p.bmp", Bitmap8(2, 1, {1, 2}, Ramp(false))},
+          std::pair{"p.tif", Tiff(2, 1, 1, {1, 2})},
+          std::pair{"p.jpg", Jpeg(QImage(8, 8, QImage::Format_Grayscale8))}}) {
+      OpenSit();
+      ASSERT_EQ(view_.RangeHighText.toStdString(), unit == 'F' ? "104.0" : "40.0");
+      Open(name, content);
+      EXPECT_EQ(image_.ScaleLowText.toStdString(), "0");
+      EXPECT_EQ(image_.ScaleHighText.toStdString(), "255");
+      EXPECT_EQ(view_.RangeHighText.toStdString(), "255.0");
+      EXPECT_TRUE(view_.ScaleStrokesVisible);
+      EXPECT_THAT(QStringList(view_.ScaleLabel.begin(), view_.ScaleLabel.end())
+                      .join(QLatin1Char(' '))
+                      .toStdString(),
+                  "0.0 127.5 255.0 153.0 178.5 204.0 229.5 25.5 51.0 76.5 102.0");
+    }
+  }
+}
+
+TEST_F(PictureLoad, APictureWiderThanARowBufferIsShownAllTheSame) {
+  Pixels wide(3204);
+  for (std::size_t i = 0; i < wide.size(); ++i) {
+    wide[i] = static_cast<std::uint8_t>(i % 251);
+  }
+  for (const bool reversed : {false, true}) {
+    Open("wide.bmp", Bitmap8(1602, 2, wide, Ramp(reversed)));
+    EXPECT_FALSE(session_.Steps.Failures().empty());
+    EXPECT_EQ(FindNoImage(session_.Faults), nullptr);
+    EXPECT_EQ(image_.ImageWidth, 1602);
+    EXPECT_THAT(picture_.IndexRow(1), ElementsAreArray(std::span(wide).subspan(1602)));
+    EXPECT_TRUE(view_.PictureVisible && !image_.ImageBusy);
+  }
+  Open("widest.bmp", Bitmap8(1501, 1, Pixels(1501, 9), Ramp(false)));
+  EXPECT_TRUE(session_.Steps.Failures().empty());
+  EXPECT_THAT(Row(0), ElementsAreArray(Pixels(1501, 9)));
+}
+
+TEST_F(PictureLoad, OnlyTheLastThreeCharactersDecideAndTheirCaseDoesNotMatter) {
+  for (const char* name : {"a.bmp", "A.BMP", "a.Bmp", "abmp"}) {
+    Open("before.tif", Tiff(1, 1, 1, {1}));
+    Open(name, Bitmap8(2, 1, {1, 2}, Ramp(false)));
+    EXPECT_EQ(image_.ImageKind, KindBmp) << name;
+    EXPECT_EQ(image_.ImageWidth, 2) << name;
+  }
+  Open("before.tif", Tiff(2, 1, 1, {11, 12}));
+  for (const char* name : {"a.png", "a.bmp2", "a.jpeg", "bm"}) {
+    Open(name, Bitmap8(3, 1, {1, 2, 3}, Ramp(false)));
+    EXPECT_EQ(image_.ImageKind, KindTiff) << name;
+    EXPECT_THAT(Row(0), ElementsAre(11, 12)) << name;
+    ASSERT_NE(FindNoImage(session_.Faults), nullptr) << name;
+    EXPECT_EQ(session_.Faults[0].Kind, ProblemKind::kWrongKind) << name;
+    EXPECT_EQ(image_.CurrentFilePath, folder_.Path(QString::fromLatin1(name)));
+    EXPECT_TRUE(view_.PictureVisible);
+  }
+}
+
+TEST_F(PictureLoad, ZoomStartsByWidth) {
+  struct Case {
+    int Width, Level;
+    float Factor;
+    double Scale;
+  };
+  for (const Case& c : {Case{320, 2, 1.0F, 2.0}, Case{321, 2, 0.5F, 1.0}, Case{640, 2, 0.5F, 1.0},
+                        Case{641, 1, 0.5F, 0.5}}) {
+    picture_.ScrollView(5, 6);
+    Open("w.bmp", Bitmap8(c.Width, 1, Pixels(static_cast<std::size_t>(c.Width)), Ramp(false)));
+    EXPECT_EQ(view_.Zoom.ZoomLevel, c.Level) << c.Width;
+    EXPECT_EQ(view_.Zoom.ZoomFactor, c.Factor) << c.Width;
+    EXPECT_EQ(view_.Zoom.ZoomMin, 1);
+    EXPECT_EQ(view_.Zoom.ZoomMax, 15);
+    EXPECT_EQ(picture_.ZoomNumerator / picture_.ZoomDenominator, c.Scale) << c.Width;
+    EXPECT_EQ(picture_.Xpan + picture_.Ypan, 0);
+  }
+}
+
+TEST_F(PictureLoad, AFailingLoadLeavesTheBufferAsItWas) {
+  const Bytes bitmap = Bitmap8(4, 3, Pixels(12, 50), Ramp(false));
+  // A reversed view palette must not turn the old picture round either.
+  ReverseTable(session_.Palettes.PaletteTable[0]);
+  const auto expectFormerPicture = [&](std::int16_t kind, const std::string& what) {
+    SCOPED_TRACE(what);
+    EXPECT_THAT(Row(1), ElementsAre(21, 22));
+    EXPECT_EQ(image_.ImageWidth, 2);
+    EXPECT_EQ(image_.ImageKind, kind);
+    EXPECT_FALSE(image_.PaletteReversed);
+    EXPECT_NE(FindNoImage(session_.Faults), nullptr);
+    EXPECT_TRUE(view_.PictureVisible && !image_.ImageBusy && !view_.BusyPointer);
+  };
+  Open("good.tif", Tiff(2, 2, 1, {11, 12, 21, 22}));
+  for (std::size_t length = 1; length < bitmap.size(); length += length < 60 ? 1 : 7) {
+    Open("cut.bmp", Bytes(bitmap.begin(), bitmap.begin() + static_cast<std::ptrdiff_t>(length)));
+    expectFormerPicture(length == 1 ? KindTiff : KindBmp, "bitmap of " + std::to_string(length));
+  }
+  // A bitmap that does not begin as one keeps even the kind.
+  Open("good.tif", Tiff(2, 2, 1, {11, 12, 21, 22}));
+  Open("other.bmp", Jpeg(QImage(8, 8, QImage::Format_Grayscale8)));
+  expectFormerPicture(KindTiff, "foreign bitmap");
+  Open("broken.jpg", bitmap);
+  expectFormerPicture(KindJpeg, "foreign JPEG");
+  Open("broken.tif", Bytes(300, 0xFF));
+  expectFormerPicture(KindTiff, "broken TIFF");
+  Open("empty.jpg", {});
+  expectFormerPicture(KindJpeg, "empty");
+  QDir().mkdir(folder_.Path(QStringLiteral("folder.bmp")));
+  OpenPath(folder_.Path(QStringLiteral("folder.bmp")), session_, progress_);
+  EXPECT_THAT(Row(0), ElementsAre(11, 12));
+  Bytes huge = bitmap;
+  std::fill(huge.begin() + 18, huge.begin() + 26, std::uint8_t{0x7F});
+  Open("huge.bmp", huge);
+  expectFormerPicture(KindBmp, "huge");
+  Open("good.bmp", bitmap);
+  EXPECT_TRUE(session_.Faults.empty() && session_.Steps.Failures().empty());
+  EXPECT_THAT(Row(2), ElementsAre(50, 50, 50, 50));
+}
+
+TEST_F(PictureLoad, CodedPicturesCutAnywhereDoNoHarm) {
+  QImage picture(40, 24, QImage::Format_RGB32);
+  for (int i = 0; i < 40 * 24; ++i) {
+    picture.setPixel(i % 40, i / 40, qRgb(i % 256, i * 7 % 256, i * 13 % 256));
+  }
+  for (const auto& [name, whole] : {std::pair{"cut.jpg", Jpeg(picture)},
+                                    std::pair{"cut.tif", Tiff(40, 24, 2, Pixels(2880, 77))}}) {
+    for (std::size_t length = 0; length < whole.size(); length += length < 160 ? 1 : 61) {
+      Open(name, Bytes(whole.begin(), whole.begin() + static_cast<std::ptrdiff_t>(length)));
+      ASSERT_TRUE(view_.PictureVisible && !image_.ImageBusy) << name << length;
+      ASSERT_EQ(image_.ImageWidth, picture_.BufWidth());
+      ASSERT_EQ(image_.RowBuffers.Rows(), picture_.BufHeight());
+    }
+    Open(name, whole);
+    EXPECT_TRUE(session_.Faults.empty()) << name;
+    EXPECT_EQ(image_.ImageWidth, 40);
+  }
+}
+
+}  // namespace
+}  // namespace tessa::testing

@@ -1,0 +1,293 @@
+#include <gmock/gmock.h>
+
+#include <limits>
+
+#include "core/load_image.h"
+#include "test_files.h"
+#include "view/range_control.h"
+#include "view/render.h"
+#include "view/units.h"
+
+namespace tessa::testing {
+namespace {
+
+constexpr double kNotANumber = std::numeric_limits<double>::quiet_NaN();
+constexpr double kInfinity = std::numeric_limits<double>::infinity();
+
+TEST(RangeControl, LimitsLieAWholeNumberOfDegreesBeyondTheData) {
+  struct Case {
+    TemperaturePair Extremes, Range;
+    double Low, High;
+  };
+  for (const Case& c : {
+           Case{{20, 40}, {25, 30}, 15, 45}, Case{{25, 30}, {20, 40}, 15, 45},
+           Case{{10, 30}, {20, 40}, 3, 47},        // 15, halved and truncated 7.
+           Case{{20, 25}, {20, 25}, 19, 26},       // 2.5 rounds to 2.
+           Case{{20, 27}, {20, 27}, 18, 29},       // 3.5 rounds to 4.
+           Case{{20, 26}, {20, 26}, 19, 27},       // 3, halved and truncated 1.
+           Case{{20, 23}, {20, 23}, 19, 24},       // 1.5 rounds to 2.
+           Case{{20, 21}, {20, 21}, 20, 21},       // 0.5 rounds to 0.
+           Case{{-5.5F, 5.5F}, {0, 0}, -8.5, 8.5}  // 5.5 rounds to 6.
+       }) {
+    RangeSlider slider;
+    ViewState view;
+    InitRangeControl(c.Extremes, c.Range, 'C', slider, view);
+    EXPECT_EQ(slider.ScaleMinLimit(), c.Low) << c.Extremes.Maximum;
+    EXPECT_EQ(slider.ScaleMaxLimit(), c.High) << c.Extremes.Maximum;
+    EXPECT_EQ(slider.MarkMinimum(), c.Extremes.Minimum);
+    EXPECT_EQ(slider.MarkMaximum(), c.Extremes.Maximum);
+    EXPECT_EQ(slider.RangeMinValue(), c.Range.Minimum);
+    EXPECT_EQ(slider.RangeMaxValue(), c.Range.Maximum);
+    EXPECT_TRUE(view.RangeSliderVisible && view.AutoUpdateVisible && view.LimitBoxesVisible);
+  }
+  RangeSlider slider;
+  ViewState view;
+  InitRangeControl({20, 40}, {25, 30}, 'F', slider, view);
+  EXPECT_EQ(view.LimitMinText.toStdString(), "59.0");
+  EXPECT_EQ(view.LimitMaxText.toStdString(), "113.0");
+  EXPECT_EQ(slider.ScaleMaxLimit(), 45.0);
+  // An image without a pixel inside its calibrated range still gets the scale of its file.
+  InitRangeControl({999, -999}, {20, 40}, 'C', slider, view);
+  EXPECT_EQ(slider.ScaleMinLimit(), 15.0);
+  EXPECT_EQ(slider.RangeMaxValue(), 40.0);
+}
+
+TEST(RangeSlider, HoldsValuesBackUntilTheyAreCommitted) {
+  RangeSlider slider;
+  EXPECT_TRUE(slider.SetScaleLimits(false, 50.0, 10.0));
+  EXPECT_TRUE(slider.SetImageMarks(false, 60.0, 0.0));
+  EXPECT_TRUE(slider.SetRangeValues(false, 40.0, 20.0));
+  EXPECT_NE(slider.ScaleMaxLimit(), 50.0);
+  EXPECT_NE(slider.RangeMaxValue(), 40.0);
+  EXPECT_TRUE(slider.CommitRange());
+  EXPECT_EQ(slider.ScaleMaxLimit(), 50.0);
+  EXPECT_EQ(slider.MarkMinimum(), 0.0);
+  EXPECT_EQ(slider.RangeMaxValue(), 40.0);
+  EXPECT_FALSE(slider.CommitRange());
+  EXPECT_TRUE(slider.SetRangeValues(true, 30.0, 30.0));
+  EXPECT_EQ(slider.RangeMinValue(), 30.0);
+}
+
+TEST(RangeSlider, RefusesWhatItCannotShowAndKeepsItsValues) {
+  RangeSlider slider;
+  slider.SetScaleLimits(true, 50.0, 10.0);
+  slider.SetRangeValues(true, 40.0, 20.0);
+  for (const auto& [maximum, minimum] :
+       {std::pair{50.5, 20.0}, std::pair{40.0, 9.5}, std::pair{20.0, 40.0},
+        std::pair{kNotANumber, 20.0}, std::pair{40.0, kNotANumber}, std::pair{kInfinity, 20.0}}) {
+    EXPECT_FALSE(slider.SetRangeValues(true, maximum, minimum)) << maximum << ' ' << minimum;
+  }
+  EXPECT_FALSE(slider.SetScaleLimits(true, 10.0, 50.0));
+  EXPECT_FALSE(slider.SetScaleLimits(true, kInfinity, 0.0));
+  EXPECT_FALSE(slider.SetImageMarks(true, -999.0, 999.0));
+  EXPECT_EQ(slider.RangeMaxValue(), 40.0);
+  EXPECT_EQ(slider.RangeMinValue(), 20.0);
+  EXPECT_EQ(slider.ScaleMaxLimit(), 50.0);
+  EXPECT_TRUE(slider.SetRangeValues(true, 50.0, 10.0));
+}
+
+class RangeDisplay : public ::testing::Test {
+ protected:
+  RangeDisplay() {
+    image_.ImageKind = KindSit;
+    image_.HasTemperature = true;
+    image_.ScaleLowText = QStringLiteral("20.0");
+    image_.ScaleHighText = QStringLiteral("40.0");
+  }
+  void Update() { UpdateRangeDisplay(image_, view_, strings_); }
+  void UpdateFor(float minimum, float maximum) {
+    image_.SitTempMin = minimum;
+    image_.SitTempMax = maximum;
+    Update();
+  }
+  std::string Labels() const {
+    return QStringList(view_.ScaleLabel.begin(), view_.ScaleLabel.end())
+        .join(QLatin1Char(' '))
+        .toStdString();
+  }
+
+  OpenImage image_;
+  ViewState view_;
+  Strings strings_;
+};
+
+TEST_F(RangeDisplay, MarkersStandAtTheImagesExtremes) {
+  struct Case {
+    float Minimum, Maximum;
+    int Top, Foot;                     // Of the line.
+    int MaximumStroke, MinimumStroke;  // 0: hidden.
+  };
+  for (const Case& c : {
+           Case{25, 35, 1151, 3064, 1136, 3079},  // 1151.25 and 3063.75
+           Case{20, 40, 195, 4020, 195, 4020},    // At the very ends.
+           Case{15, 45, 195, 4020, 0, 0},         // Beyond both.
+           Case{19.9F, 35, 1151, 4020, 1136, 0},
+           Case{20.04F, 39.96F, 195, 4020, 195, 4020},  // One decimal decides.
+           Case{40, 50, 195, 195, 0, 210},              // Touches the range from above.
+           Case{10, 20, 4020, 4020, 4005, 0},           // And from below.
+       }) {
+    SCOPED_TRACE(c.Minimum);
+    UpdateFor(c.Minimum, c.Maximum);
+    EXPECT_TRUE(view_.ExtremesLine.Visible);
+    EXPECT_EQ(view_.ExtremesLine.Y1, c.Top);
+    EXPECT_EQ(view_.ExtremesLine.Y2, c.Foot);
+    EXPECT_EQ(view_.MaximumStroke.Visible, c.MaximumStroke != 0);
+    EXPECT_EQ(view_.MinimumStroke.Visible, c.MinimumStroke != 0);
+    if (c.MaximumStroke != 0) {
+      EXPECT_EQ(view_.MaximumStroke.Y1, c.MaximumStroke);
+      EXPECT_EQ(view_.MaximumStroke.Y2, c.MaximumStroke);
+    }
+    if (c.MinimumStroke != 0) {
+      EXPECT_EQ(view_.MinimumStroke.Y1, c.MinimumStroke);
+      EXPECT_EQ(view_.MinimumStroke.Y2, c.MinimumStroke);
+    }
+  }
+  for (const auto& [minimum, maximum] : {std::pair{40.1F, 50.0F}, std::pair{10.0F, 19.9F}}) {
+    UpdateFor(25, 35);
+    UpdateFor(minimum, maximum);
+    EXPECT_FALSE(view_.ExtremesLine.Visible || view_.MaximumStroke.Visible ||
+                 view_.MinimumStroke.Visible);
+  }
+}
+
+TEST_F(RangeDisplay, EachKindHasItsOwnPairOfExtremes) {
+  image_.SitTempMin = 21;
+  image_.SitTempMax = 21;
+  image_.TempMin = 24;
+  image_.TempMax = 24;
+  image_.ScaleMin = 28;
+  image_.ScaleMax = 28;
+  struct Case {
+    std::int16_t Kind;
+    bool HasTemperature;
+    int Position;  // 191.25 twips a degree; 0: hidden.
+  };
+  for (const Case& c :
+       {Case{KindSit, true, 3829}, Case{KindTmp, true, 3255}, Case{KindRti, true, 3255},
+        Case{KindBmp, true, 3255}, Case{KindTxi, true, 2490}, Case{KindBmp, false, 0},
+        Case{KindTiff, false, 0}, Case{KindJpeg, false, 0}}) {
+    image_.ImageKind = c.Kind;
+    image_.HasTemperature = c.HasTemperature;
+    Update();
+    EXPECT_EQ(view_.ExtremesLine.Visible, c.Position != 0) << c.Kind;
+    if (c.Position != 0) {
+      EXPECT_EQ(view_.ExtremesLine.Y1, c.Position) << c.Kind;
+    }
+  }
+}
+
+TEST_F(RangeDisplay, LabelsDivideTheScaleInTheDisplayUnit) {
+  UpdateFor(25, 35);
+  EXPECT_EQ(Labels(), "20.0 30.0 40.0 32.0 34.0 36.0 38.0 22.0 24.0 26.0 28.0");
+  EXPECT_TRUE(view_.ScaleStrokesVisible);
+  EXPECT_EQ(view_.RangeLowText.toStdString(), "20.0");
+  EXPECT_EQ(view_.RangeHighText.toStdString(), "40.0");
+  EXPECT_TRUE(view_.StatusPanel[5].isEmpty());
+  image_.DisplayUnits = 'F';
+  image_.ScaleLowText = QStringLiteral("68.0");
+  image_.ScaleHighText = QStringLiteral("104.0");
+  image_.CalRangeMin = -40;
+  image_.CalRangeMax = 120;
+  view_.StatusPanel[5] = QStringLiteral("x");
+  Update();
+  EXPECT_EQ(Labels(), "68.0 86.0 104.0 89.6 93.2 96.8 100.4 71.6 75.2 78.8 82.4");
+  EXPECT_EQ(view_.ExtremesLine.Y1, 1151);
+  EXPECT_EQ(view_.StatusPanel[5].toStdString(), "Range: -40.0 to 248.0");
+  // Upside down is shown as it is.
+  image_.DisplayUnits = 'C';
+  image_.ScaleLowText = QStringLiteral("10.0");
+  image_.ScaleHighText = QStringLiteral("-10.0");
+  Update();
+  EXPECT_EQ(Labels(), "10.0 0.0 -10.0 -2.0 -4.0 -6.0 -8.0 8.0 6.0 4.0 2.0");
+}
+
+TEST_F(RangeDisplay, EqualEndsKeepAScaleForTemperaturesOnly) {
+  image_.ScaleLowText = image_.ScaleHighText = QStringLiteral("36.6");
+  UpdateFor(36.6F, 36.6F);
+  EXPECT_TRUE(view_.ScaleStrokesVisible);
+  EXPECT_EQ(view_.ScaleLabel[0].toStdString(), "36.6");
+  EXPECT_EQ(view_.ScaleLabel[2].toStdString(), "36.7");
+  EXPECT_EQ(view_.ExtremesLine.Y1, 4020);
+  EXPECT_EQ(view_.ExtremesLine.Y2, 4020);
+  image_.ImageKind = KindJpeg;
+  image_.HasTemperature = false;
+  Update();
+  EXPECT_FALSE(view_.ScaleStrokesVisible);
+  EXPECT_EQ(Labels(), std::string(10, ' '));
+}
+
+class RangeOfAnOpenImage : public ::testing::Test {
+ protected:
+  RangeOfAnOpenImage() {
+    SitFields fields;  // A hundredth of a degree a count, scale 20 to 60.
+    fields.Gain = 0.0078125;
+    fields.ScaleCenter = 40.0;
+    fields.Counts.assign(76800, 30 * 128);
+    fields.Counts[3200 + 10] = 10 * 128;
+    fields.Counts[3200 + 20] = 50 * 128;
+    OpenPath(folder_.Write(QStringLiteral("r.sit"), EncodeSit(fields)), session_, progress_);
+  }
+  RenderPieces Pieces() { return PiecesForRendering(session_, progress_); }
+  int IndexOf30() const { return session_.Image.RowBuffers.Row(0)[0]; }
+
+  TestFolder folder_;
+  Session session_{BuiltProgramFolder()};
+  Progress progress_;
+};
+
+TEST_F(RangeOfAnOpenImage, ToggleFlipsBetweenStoredScaleAndExtremesAndBack) {
+  EXPECT_EQ(session_.View.Source, RangeSource::kStored);
+  EXPECT_EQ(IndexOf30(), 64);  // 10 / 40 of 255 is 63.75.
+  ToggleRangeSource(Pieces());
+  EXPECT_EQ(session_.View.Source, RangeSource::kImage);
+  EXPECT_EQ(session_.View.RangeLowText.toStdString(), "10.0");
+  EXPECT_EQ(session_.View.RangeHighText.toStdString(), "50.0");
+  EXPECT_EQ(IndexOf30(), 128);                      // 127.5
+  EXPECT_EQ(session_.Range.RangeMinValue(), 20.0);  // The thumbs are left alone.
+  ToggleRangeSource(Pieces());
+  EXPECT_EQ(session_.View.Source, RangeSource::kStored);
+  EXPECT_EQ(session_.View.RangeHighText.toStdString(), "60.0");
+  EXPECT_EQ(IndexOf30(), 64);
+  EXPECT_EQ(session_.Image.SitScaleMax, 60.0F);
+}
+
+TEST_F(RangeOfAnOpenImage, ToggleOfOtherKindsUsesThePlainPair) {
+  SetCurrentFile(session_.Image, QStringLiteral("/x/y.tmp"));
+  session_.Image.ImageKind = KindTmp;
+  session_.Image.TempMin = 0.0F;
+  session_.Image.TempMax = 60.0F;
+  session_.Image.ScaleMin = 25.0F;
+  session_.Image.ScaleMax = 35.0F;
+  ToggleRangeSource(Pieces());
+  EXPECT_EQ(session_.Image.ScaleHighText.toStdString(), "60.0");
+  EXPECT_EQ(session_.Image.ScaleLowText.toStdString(), "0.0");
+  ToggleRangeSource(Pieces());
+  EXPECT_EQ(session_.Image.ScaleLowText.toStdString(), "25.0");
+  // Snapshots fall to the other pair.
+  SetCurrentFile(session_.Image, QStringLiteral("/x/y.rti"));
+  ToggleRangeSource(Pieces());
+  EXPECT_EQ(session_.Image.ScaleHighText.toStdString(), "50.0");
+}
+
+TEST_F(RangeOfAnOpenImage, EqualEndsAreSpreadUpwardsAndAtTheTopOfTheScaleDownwards) {
+  // Limits: 10 to 60 and 25 / 2 = 12 beyond.
+  ASSERT_EQ(session_.Range.ScaleMaxLimit(), 72.0);
+  float lo = 30.0F;
+  float hi = 30.0F;
+  RenderRowsSit(lo, hi, Pieces());
+  EXPECT_EQ(lo, 30.0F);
+  EXPECT_EQ(hi, 30.1F);
+  EXPECT_EQ(session_.Image.ScaleHighText.toStdString(), "30.1");
+  EXPECT_EQ(IndexOf30(), 0);
+  for (const float end : {72.0F, 71.95F}) {
+    lo = hi = end;
+    RenderRowsSit(lo, hi, Pieces());
+    EXPECT_EQ(hi, 72.0F);
+    EXPECT_EQ(lo, 71.9F);
+    EXPECT_EQ(session_.Image.ScaleLowText.toStdString(), "71.9");
+  }
+  EXPECT_EQ(session_.Image.SitScaleMin, 20.0F);
+}
+
+}  // namespace
+}  // namespace tessa::testing

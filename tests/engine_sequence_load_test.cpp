@@ -1,0 +1,612 @@
+#include <gmock/gmock.h>
+#include <sys/resource.h>
+#include <unistd.h>
+
+#include <QBuffer>
+#include <QImage>
+#include <bit>
+#include <chrono>
+#include <cmath>
+#include <fstream>
+
+#include "core/load_image.h"
+#include "core/visible_image.h"
+#include "formats/frame_array.h"
+#include "formats/tmp_image.h"
+#include "sequence/show_frame.h"
+#include "test_files.h"
+
+namespace tessa::testing {
+namespace {
+
+using ::testing::Each;
+using ::testing::ElementsAreArray;
+using ::testing::HasSubstr;
+
+constexpr int kWidth = 5;
+constexpr int kHeight = 3;
+
+/// In tenths of a degree above 10, and in palette indices of the stored scale from 10 to 35.5.
+int StepAt(int frame, int column, int row) {
+  return column + 40 * row + 10 * frame;
+}
+
+std::vector<std::int16_t> Pixels(int frame) {
+  std::vector<std::int16_t> pixels;
+  for (int i = 0; i < kWidth * kHeight; ++i) {
+    pixels.push_back(static_cast<std::int16_t>(2832 + StepAt(frame, i % kWidth, i / kWidth)));
+  }
+  return pixels;
+}
+
+Bytes FrameOf(const std::vector<std::int16_t>& pixels) {
+  return EncodeFrameArray(kWidth, kHeight, pixels);
+}
+
+SnapshotFields Snapshot(int frames, float version = 1.0F) {
+  SnapshotFields fields;
+  SeqHeader& header = fields.Header;
+  header.Version = version;
+  header.Taken = 38024.25;
+  header.Frames = frames;
+  header.Width = kWidth;
+  header.Height = kHeight;
+  header.RangeMin = -10.0F;
+  header.RangeMax = 320.0F;
+  header.ScaleMin = 10.0F;
+  header.ScaleMax = 35.5F;
+  header.Emissivity = 0.875F;
+  header.Comment = "  BOILER \xB0";
+  for (int i = 0; i < frames; ++i) {
+    fields.Frames.push_back(FrameOf(Pixels(i)));
+    const std::string second = std::to_string(10 + i);
+    fields.Stamps.push_back("11/12/2013 01:02:" + second + " PM");
+  }
+  return fields;
+}
+
+/// Kelvin of the same ranges, and a frame header for frame `number` from 0.
+ContainerFrameHeader FrameHeader(int number) {
+  return {"11/12/2013 01:02:" + std::to_string(10 + number) + " PM",
+          253.2F - static_cast<float>(number), 393.2F, 283.2F + 100.0F * static_cast<float>(number),
+          308.7F};
+}
+
+Bytes Container(int frames, int depth = 16) {
+  Bytes file = EncodeContainerHeader({3.0F, frames, depth, kWidth, kHeight, 0.75F});
+  for (int i = 0; i < frames; ++i) {
+    const Bytes frame = EncodeContainerFrame(FrameHeader(i), FrameOf(Pixels(i)));
+    file.insert(file.end(), frame.begin(), frame.end());
+  }
+  return file;
+}
+
+/// Bytes that this process has read from files so far.
+std::uint64_t BytesRead() {
+  std::ifstream io("/proc/self/io");
+  std::string label;
+  std::uint64_t count = 0;
+  io >> label >> count;
+  EXPECT_EQ(label, "rchar:");
+  return count;
+}
+
+std::uint64_t PeakMemory() {
+  rusage usage{};
+  ::getrusage(RUSAGE_SELF, &usage);
+  return static_cast<std::uint64_t>(usage.ru_maxrss) * 1024;
+}
+
+class SequenceLoad : public ::testing::Test {
+ protected:
+  SequenceLoad() { PrepareSession(session_); }
+
+  static QString Name(const char* name) { return QString::fromLatin1(name); }
+  void Open(const char* name, const Bytes& content) {
+    OpenPath(folder_.Write(Name(name), content), session_, progress_);
+    EXPECT_TRUE(view_.PictureVisible && !image_.ImageBusy && !view_.LoadingTextVisible);
+  }
+  void Open(const SnapshotFields& fields) { Open("B.rti", EncodeSnapshot(fields)); }
+  bool Show(int frame, bool useEnteredScale = false) {
+    session_.Image.CurrentFrame = frame;
+    return ShowFrame(useEnteredScale, session_, progress_);
+  }
+  /// The picture, the row buffers and the grid hold frame `frame` (from 0) in the stored scale.
+  void ExpectFrame(int frame) {
+    ASSERT_EQ(image_.ImageWidth, kWidth);
+    ASSERT_EQ(image_.ImageHeight, kHeight);
+    for (int row = 0; row < kHeight; ++row) {
+      for (int column = 0; column < kWidth; ++column) {
+        const int step = StepAt(frame, column, row);
+        EXPECT_NEAR(image_.TempGrid.At(column, row), 10.0 + step / 10.0, 1e-5);
+        EXPECT_EQ(image_.RowBuffers.Row(row)[static_cast<std::size_t>(column)], step);
+      }
+      EXPECT_THAT(image_.RowBuffers.Row(row), ElementsAreArray(picture_.IndexRow(row)));
+    }
+  }
+  void ExpectBlank() {
+    EXPECT_THAT(image_.TempGrid.Cells(), Each(0.0F));
+    for (int row = 0; row < image_.ImageHeight; ++row) {
+      EXPECT_THAT(picture_.IndexRow(row), Each(0));
+    }
+  }
+  int IndexAt(int column, int row) {
+    return picture_.IndexRow(row)[static_cast<std::size_t>(column)];
+  }
+  void ExpectOneFault(ProblemKind kind, std::uint64_t offset, const char* field, bool noImage) {
+    ASSERT_EQ(session_.Faults.size(), 1U);
+    EXPECT_EQ(session_.Faults[0].Kind, kind);
+    EXPECT_EQ(session_.Faults[0].Offset, offset);
+    EXPECT_EQ(session_.Faults[0].Field, field);
+    EXPECT_EQ(session_.Faults[0].NoImage, noImage);
+  }
+  /// What every other file must leave possible.
+  void ExpectNextFileOpensNormally() {
+    Open("next.rti", EncodeSnapshot(Snapshot(2)));
+    EXPECT_TRUE(session_.Faults.empty() && session_.Steps.Failures().empty());
+    EXPECT_EQ(image_.FrameCount, 2);
+    ExpectFrame(0);
+  }
+
+  TestFolder folder_;
+  Session session_{BuiltProgramFolder()};
+  Progress progress_;
+  Picbuf& picture_ = session_.Buffers.Picbuf1;
+  const OpenImage& image_ = session_.Image;
+  const ViewState& view_ = session_.View;
+};
+
+TEST_F(SequenceLoad, ASnapshotOpensOnItsFirstFrameInTheStoredScale) {
+  for (const bool fahrenheit : {false, true}) {
+    session_.Image.DisplayUnits = fahrenheit ? 'F' : 'C';
+    Open(Snapshot(3));
+    EXPECT_TRUE(session_.Faults.empty() && session_.Steps.Failures().empty());
+    ExpectFrame(0);
+    EXPECT_EQ(image_.FrameCount, 3);
+    EXPECT_EQ(image_.CurrentFrame, 1);
+    EXPECT_EQ(image_.ImageKind, KindRti);
+    EXPECT_EQ(image_.PreviousKindIndex, 7);
+    EXPECT_TRUE(image_.HasTemperature && view_.RangeToggleVisible && view_.RangeSliderVisible);
+    EXPECT_FLOAT_EQ(image_.TempMin, 10.0F);
+    EXPECT_FLOAT_EQ(image_.TempMax, 18.4F);
+    EXPECT_EQ(image_.ScaleMin, 10.0F);
+    EXPECT_EQ(image_.ScaleMax, 35.5F);
+    // Half of 25.5 rounded is 13, half of that truncated 6.
+    EXPECT_EQ(session_.Range.ScaleMinLimit(), 4.0);
+    EXPECT_EQ(session_.Range.ScaleMaxLimit(), 41.5);
+    EXPECT_NEAR(session_.Range.MarkMaximum(), 18.4, 1e-5);
+    EXPECT_EQ(session_.Range.RangeMaxValue(), 35.5);
+    EXPECT_EQ(view_.Source, RangeSource::kStored);
+    EXPECT_EQ(image_.ScaleLowText.toStdString(), fahrenheit ? "50.0" : "10.0");
+    EXPECT_EQ(view_.RangeHighText.toStdString(), fahrenheit ? "95.9" : "35.5");
+    EXPECT_EQ(view_.LimitMaxText.toStdString(), fahrenheit ? "106.7" : "41.5");
+    EXPECT_EQ(view_.StatusPanel[5].toStdString(),
+              fahrenheit ? "Range: 14.0 to 608.0" : "Range: -10.0 to 320.0");
+    EXPECT_EQ(view_.StatusPanel[4].toStdString(), "Emissivity: 0.88");
+    EXPECT_EQ(image_.ImageDate.toStdString(), "02/07/2004");
+    EXPECT_EQ(image_.ImageTime.toStdString(), "6:00:00 AM");
+    EXPECT_EQ(view_.Comment.toStdString(), "BOILER \u00B0");
+    EXPECT_EQ(view_.Memo.toStdString(), "3");
+    EXPECT_EQ(view_.LoadButtonTip.toStdString(), "Load Image RTI Images");
+  }
+  EXPECT_TRUE(Show(3));
+  ExpectFrame(2);
+  EXPECT_THAT(view_.LoadingText.toStdString(), HasSubstr("/B.RTI - Frame 3"));
+  EXPECT_EQ(image_.ImageDate.toStdString(), "02/07/2004");
+  EXPECT_FLOAT_EQ(image_.TempMin, 12.0F);
+}
+
+TEST_F(SequenceLoad, InVersion21EveryFrameBringsItsStamp) {
+  Open(Snapshot(3, 2.1F));
+  ExpectFrame(0);
+  EXPECT_EQ(image_.ImageDate.toStdString(), "11/12/2013");
+  EXPECT_EQ(image_.ImageTime.toStdString(), "01:02:10 PM");
+  EXPECT_TRUE(Show(2));
+  ExpectFrame(1);
+  EXPECT_EQ(image_.ImageTime.toStdString(), "01:02:11 PM");
+  // The version is a single: its neighbours have no stamps.
+  Open(Snapshot(2, std::nextafter(2.1F, 0.0F)));
+  ExpectFrame(0);
+  EXPECT_EQ(image_.ImageDate.toStdString(), "02/07/2004");
+}
+
+TEST_F(SequenceLoad, Version5IsRefusedBeforeItReachesPanelsOrPicture) {
+  Open(Snapshot(1));
+  SnapshotFields refused = Snapshot(1, 5.0F);
+  refused.Header.Emissivity = 0.5F;
+  refused.Header.RangeMin = 77.0F;
+  refused.Header.Comment = "NEVER";
+  const Bytes file = EncodeSnapshot(refused);
+  Open("five.rti", file);
+  ExpectOneFault(ProblemKind::kUnsupported, file.size() - 810, "Version", true);
+  EXPECT_EQ(image_.FrameCount, 0);
+  EXPECT_FALSE(image_.HasTemperature);
+  ExpectFrame(0);
+  EXPECT_EQ(image_.ImageKind, KindRti);
+  EXPECT_EQ(image_.Emissivity, 0.875F);
+  EXPECT_EQ(view_.StatusPanel[5].toStdString(), "Range: -10.0 to 320.0");
+  EXPECT_EQ(view_.Comment.toStdString(), "BOILER \u00B0");
+  EXPECT_EQ(view_.Memo.toStdString(), "1");
+  refused.Header.Version = std::nextafter(5.0F, 6.0F);
+  Open(refused);
+  EXPECT_EQ(view_.Comment.toStdString(), "NEVER");
+  EXPECT_EQ(image_.FrameCount, 1);
+}
+
+TEST_F(SequenceLoad, AnEmptySlotIsCountedOffAndTheFramesBehindItAreFound) {
+  SnapshotFields fields = Snapshot(3, 2.1F);
+  const Bytes otherSize = EncodeFrameArray(4, 3, Pixels(0));
+  for (const Bytes& slot : {EncodeEmptyFrameArray(), otherSize}) {
+    fields.Frames[1] = slot;
+    const Bytes file = EncodeSnapshot(fields);
+    Open("B.rti", file);
+    ExpectOneFault(ProblemKind::kTruncated, file.size() - 810, "Frame", false);
+    EXPECT_EQ(image_.FrameCount, 2);
+    EXPECT_EQ(view_.Memo.toStdString(), "2");
+    ExpectFrame(0);
+    EXPECT_FALSE(Show(2));
+    ExpectBlank();
+    EXPECT_TRUE(Show(3));
+    ExpectFrame(2);
+    EXPECT_EQ(image_.ImageTime.toStdString(), "01:02:12 PM");
+  }
+  for (const int frame : {0, -1, 4, 32767}) {
+    EXPECT_FALSE(Show(frame)) << frame;
+    ExpectBlank();
+  }
+  fields.Frames = {EncodeEmptyFrameArray(), EncodeEmptyFrameArray(), EncodeEmptyFrameArray()};
+  Open(fields);
+  EXPECT_EQ(image_.FrameCount, 0);
+  EXPECT_NE(FindNoImage(session_.Faults), nullptr);
+  ExpectNextFileOpensNormally();
+}
+
+TEST_F(SequenceLoad, AFlatFrameIsGivenFiveDegreesAndAnEmptyScaleIndexZero) {
+  SnapshotFields fields = Snapshot(1);
+  fields.Frames = {FrameOf(std::vector<std::int16_t>(15, 2932))};
+  Open(fields);
+  EXPECT_EQ(image_.TempMin, 20.0F);
+  EXPECT_EQ(image_.TempMax, 25.0F);
+  EXPECT_EQ(IndexAt(2, 1), 100);
+  fields.Header.ScaleMin = fields.Header.ScaleMax = 15.0F;
+  Open(fields);
+  EXPECT_THAT(image_.TempGrid.Cells(), Each(20.0F));
+  EXPECT_THAT(picture_.IndexRow(2), Each(0));
+  EXPECT_FALSE(session_.Steps.Failures().empty());
+  EXPECT_EQ(image_.ScaleHighText.toStdString(), "15.0");
+}
+
+TEST_F(SequenceLoad, TheRangeOnTheScreenStaysWhenItIsAskedFor) {
+  session_.Image.DisplayUnits = 'F';
+  Open(Snapshot(2));
+  session_.View.RangeLowText = Name("32.0");
+  session_.View.RangeHighText = Name("123.8");
+  EXPECT_TRUE(Show(2, true));
+  EXPECT_NEAR(image_.ScaleMin, 0.0, 1e-5);
+  EXPECT_NEAR(image_.ScaleMax, 51.0, 1e-5);
+  EXPECT_EQ(IndexAt(4, 2), 97);  // 5 indices a degree: 19.4 degrees.
+  EXPECT_EQ(image_.ScaleHighText.toStdString(), "123.8");
+  EXPECT_TRUE(view_.SequenceScaleVisible);
+  session_.View.Source = RangeSource::kImage;
+  EXPECT_TRUE(Show(1, true));
+  EXPECT_EQ(IndexAt(0, 0), 0);
+  EXPECT_EQ(IndexAt(4, 2), 255);
+  EXPECT_EQ(image_.ScaleLowText.toStdString(), "50.0");
+}
+
+TEST_F(SequenceLoad, AContainerIsReadFrameByFrame) {
+  Open("before.rti", EncodeSnapshot(Snapshot(1)));
+  for (const bool fahrenheit : {false, true}) {
+    session_.Image.DisplayUnits = fahrenheit ? 'F' : 'C';
+    Open("long.rti", Container(3));
+    EXPECT_TRUE(session_.Faults.empty() && session_.Steps.Failures().empty());
+    ExpectFrame(0);
+    EXPECT_EQ(image_.SeqVersion, 3.0F);
+    EXPECT_EQ(image_.SeqFrameStride, 88);
+    EXPECT_EQ(image_.FrameCount, 3);
+    EXPECT_EQ(image_.SeqDepth, 16);
+    EXPECT_EQ(image_.ImageKind, KindRti);
+    EXPECT_EQ(image_.Emissivity, 0.75F);
+    EXPECT_NEAR(image_.ScaleMin, 10.0, 2e-5);
+    EXPECT_NEAR(image_.ScaleMax, 35.5, 2e-5);
+    EXPECT_FLOAT_EQ(image_.TempMax, 18.4F);
+    EXPECT_EQ(image_.ImageDate.toStdString(), "11/12/2013");
+    EXPECT_EQ(image_.ImageTime.toStdString(), "01:02:10 PM");
+    EXPECT_EQ(view_.Comment.toStdString(), "BOILER \u00B0") << "of the last trailer that was read";
+    EXPECT_EQ(view_.Memo.toStdString(), "3");
+    EXPECT_EQ(view_.StatusPanel[4].toStdString(), "Emissivity: 0.75");
+    EXPECT_EQ(view_.StatusPanel[5].toStdString(),
+              fahrenheit ? "Range: -4.0 to 248.0" : "Range: -20.0 to 120.0");
+    EXPECT_EQ(image_.ScaleHighText.toStdString(), fahrenheit ? "95.9" : "35.5");
+  }
+  EXPECT_TRUE(Show(3));
+  ExpectFrame(2);  // In the first frame's scale, whatever the others say.
+  EXPECT_NEAR(image_.CalRangeMin, -22.0, 2e-5);
+  EXPECT_EQ(image_.ImageTime.toStdString(), "01:02:12 PM");
+  EXPECT_FALSE(Show(4));
+  ExpectBlank();
+}
+
+TEST_F(SequenceLoad, BytePixelsBecomeTenthsOfAKelvinBetweenTheFramesLimits) {
+  const auto open = [this](float low, float high) {
+    Bytes file = EncodeContainerHeader({3.0F, 1, 8, kWidth, kHeight, 1.0F});
+    const std::vector<std::int16_t> levels = {0,   1,   2,   3,   4,   5,   6,  7,
+                                              127, 128, 200, 250, 253, 254, 255};
+    const Bytes frame = EncodeContainerFrame({"", 253.2F, 393.2F, low, high},
+                                             EncodeFrameArray(kWidth, kHeight, levels, 1));
+    file.insert(file.end(), frame.begin(), frame.end());
+    Open("bytes.rti", file);
+    EXPECT_TRUE(session_.Faults.empty());
+  };
+  open(280.0F, 305.5F);  // One tenth a level.
+  EXPECT_NEAR(image_.TempGrid.At(0, 0), 6.8, 1e-5);
+  EXPECT_NEAR(image_.TempGrid.At(3, 1), 19.5, 1e-5);
+  EXPECT_NEAR(image_.TempGrid.At(4, 2), 32.3, 1e-5);
+  EXPECT_EQ(IndexAt(0, 0), 0);
+  EXPECT_EQ(IndexAt(4, 1), 128);
+  EXPECT_EQ(IndexAt(4, 2), 255);
+  open(0.0F, 12.75F);  // Half a tenth a level: ties go to the even tenth.
+  EXPECT_NEAR(image_.TempGrid.At(1, 0), -273.2, 1e-4);
+  EXPECT_NEAR(image_.TempGrid.At(2, 0), -273.1, 1e-4);
+  EXPECT_NEAR(image_.TempGrid.At(0, 1), -273.0, 1e-4);  // Level 5 is 2.5.
+  open(0.0F, 1e6F);  // Only level 0 fits 16 bits; 3921.6 kelvin do not.
+  EXPECT_THAT(image_.TempGrid.Cells(), Each(-273.2F));
+  EXPECT_FALSE(session_.Steps.Failures().empty());
+}
+
+TEST_F(SequenceLoad, TheLastFrameOfALongContainerIsReadWithoutTheOthers) {
+  constexpr int kFrames = 32767;
+  constexpr std::uint64_t kStride = 38 + 20 + 320 * 240 * 2;
+  std::vector<std::int16_t> pixels(std::size_t{320} * 240, 2932);
+  const Bytes first = EncodeContainerFrame(FrameHeader(0), EncodeFrameArray(320, 240, pixels));
+  pixels[239 * 320 + 319] = 2982;
+  const Bytes last = EncodeContainerFrame(FrameHeader(7), EncodeFrameArray(320, 240, pixels));
+  Bytes start = EncodeContainerHeader({3.0F, kFrames, 16, 320, 240, 1.0F});
+  start.insert(start.end(), first.begin(), first.end());
+  const QString path = folder_.Write(Name("long.rti"), start);
+  constexpr std::uint64_t kLastAt = 800 + (kFrames - 1) * kStride;
+  static_assert(kLastAt > std::uint64_t{1} << 32);
+  {
+    QFile file(path);
+    ASSERT_TRUE(file.open(QIODevice::ReadWrite));
+    ASSERT_TRUE(file.seek(static_cast<qint64>(kLastAt)));
+    file.write(reinterpret_cast<const char*>(last.data()), static_cast<qint64>(last.size()));
+    ASSERT_EQ(file.size(), static_cast<qint64>(800 + kFrames * kStride));
+  }
+  const std::uint64_t before = BytesRead();
+  OpenPath(path, session_, progress_);
+  EXPECT_TRUE(session_.Faults.empty());
+  EXPECT_EQ(image_.FrameCount, kFrames);
+  EXPECT_EQ(image_.TempMax, 25.0F);
+  EXPECT_TRUE(Show(kFrames));
+  EXPECT_EQ(image_.TempGrid.At(319, 239), 25.0F);
+  EXPECT_EQ(image_.TempGrid.At(318, 239), 20.0F);
+  EXPECT_EQ(image_.ImageTime.toStdString(), "01:02:17 PM");
+  EXPECT_LT(BytesRead() - before, 4 * kStride);
+}
+
+TEST_F(SequenceLoad, AContainerCutAnywhereSaysWhere) {
+  const Bytes whole = Container(2);
+  ASSERT_EQ(whole.size(), 976U);
+  for (std::size_t length = 0; length < whole.size(); ++length) {
+    SCOPED_TRACE(length);
+    Open("cut.rti", Bytes(whole.begin(), whole.begin() + static_cast<std::ptrdiff_t>(length)));
+    ExpectOneFault(ProblemKind::kTruncated, length, length < 4 ? "SeqHeader" : "Frame",
+                   length < 888);
+    EXPECT_EQ(image_.FrameCount, length < 888 ? 0 : 2);
+    if (length >= 888) {
+      ExpectFrame(0);
+      EXPECT_FALSE(Show(2));
+      ExpectBlank();
+    }
+  }
+  ExpectNextFileOpensNormally();
+}
+
+TEST_F(SequenceLoad, AContainerWhoseHeaderLiesHoldsNoFrames) {
+  struct Case {
+    std::size_t At;
+    std::array<std::uint8_t, 2> Word;
+  };
+  for (const Case& c :
+       {Case{14, {0, 0}}, Case{14, {0xFF, 0xFF}}, Case{18, {6, 0}}, Case{18, {0xFB, 0xFF}},
+        Case{20, {0, 0}}, Case{838, {3, 0}}, Case{838, {0, 0}}, Case{840, {1, 0}},
+        Case{842, {4, 0}}, Case{844, {1, 0}}}) {
+    Bytes file = Container(2);
+    std::copy(c.Word.begin(), c.Word.end(), file.begin() + static_cast<std::ptrdiff_t>(c.At));
+    Open("lie.rti", file);
+    ExpectOneFault(ProblemKind::kBadValue, 14, "Frames", true);
+    EXPECT_EQ(image_.FrameCount, 0) << c.At;
+  }
+  ExpectNextFileOpensNormally();
+}
+
+TEST_F(SequenceLoad, ASnapshotThatLiesTakesNeitherTimeNorMemory) {
+  const auto word = [](Bytes& file, std::size_t fromEnd, int value) {
+    file[file.size() - fromEnd] = static_cast<std::uint8_t>(value);
+    file[file.size() - fromEnd + 1] = static_cast<std::uint8_t>(value >> 8);
+  };
+  const Bytes sound = EncodeSnapshot(Snapshot(2));
+  Bytes manySlots(70000);
+  std::copy(sound.end() - 810, sound.end(), manySlots.end() - 810);
+  word(manySlots, 796, 32767);
+  Bytes huge = sound;
+  word(huge, 794, 32767);
+  word(huge, 792, 32767);
+  Bytes hugeArray = huge;  // The array says the same as the trailer.
+  std::copy_n("\xFF\x7F\0\0\0\0\0\0\xFF\x7F\0\0", 12, hugeArray.begin() + 4);
+  Bytes farArray = sound;
+  std::fill_n(farArray.begin() + 4, 16, std::uint8_t{0xFF});
+  Bytes foreignArray = sound;
+  foreignArray[0] = 5;
+  const Bytes ones(100000, 0xFF);
+  Bytes inverted = sound;
+  word(inverted, 792, -3);
+  for (const Bytes& file :
+       {manySlots, huge, hugeArray, farArray, foreignArray, ones, inverted, Bytes(810), Bytes()}) {
+    const std::uint64_t peak = PeakMemory();
+    const auto start = std::chrono::steady_clock::now();
+    Open("lie.rti", file);
+    EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(1));
+    EXPECT_LT(PeakMemory() - peak, (std::uint64_t{64} << 20) + file.size());
+    EXPECT_EQ(image_.FrameCount, 0);
+    ASSERT_NE(FindNoImage(session_.Faults), nullptr);
+    EXPECT_LE(session_.Faults[0].Offset, file.size());
+  }
+  for (std::size_t length = 0; length < sound.size(); length += 13) {
+    Open("cut.rti", Bytes(sound.begin(), sound.begin() + static_cast<std::ptrdiff_t>(length)));
+    EXPECT_NE(FindNoImage(session_.Faults), nullptr) << length;
+  }
+  ExpectNextFileOpensNormally();
+}
+
+TEST_F(SequenceLoad, AFrameFileIsSpreadOverItsOwnExtremes) {
+  EXPECT_EQ(FrameFilePath(Name("/a/b.x/B.RTI"), 1).toStdString(), "/a/b.x/B-000.APD");
+  EXPECT_EQ(FrameFilePath(Name("B.rti"), 43).toStdString(), "B-042.APD");
+  EXPECT_EQ(FrameFilePath(Name("B.rti"), 1001).toStdString(), "B-1000.APD");
+  for (const bool fahrenheit : {false, true}) {
+    session_.Image.DisplayUnits = fahrenheit ? 'F' : 'C';
+    Open(Snapshot(2));
+    std::vector<std::int16_t> pixels(15, 2932);
+    pixels[4] = 2942;
+    pixels[10] = 2936;
+    folder_.Write(Name("B-001.APD"), FrameOf(pixels));
+    EXPECT_FALSE(ShowFrameFromFile(session_, progress_)) << "frame 1 has no file";
+    session_.Image.CurrentFrame = 2;
+    EXPECT_TRUE(ShowFrameFromFile(session_, progress_));
+    EXPECT_FLOAT_EQ(image_.ScaleMin, 20.0F);
+    EXPECT_FLOAT_EQ(image_.ScaleMax, 21.0F);
+    EXPECT_FLOAT_EQ(image_.TempGrid.At(0, 2), 20.4F);
+    EXPECT_EQ(IndexAt(0, 0), 0);
+    EXPECT_EQ(IndexAt(4, 0), 255);
+    EXPECT_EQ(IndexAt(0, 2), 102);
+    EXPECT_EQ(image_.ScaleLowText.toStdString(), fahrenheit ? "68.0" : "20.0");
+    EXPECT_EQ(image_.ScaleHighText.toStdString(), fahrenheit ? "69.8" : "21.0");
+  }
+}
+
+TEST_F(SequenceLoad, WhatIsNoSingleFrameArrayOfThePicturesSizeIsNoFrameFile) {
+  Open(Snapshot(1));
+  const Bytes frame = FrameOf(Pixels(1));
+  Bytes longer = frame;
+  longer.push_back(0);
+  const Bytes cut(frame.begin(), frame.end() - 1);
+  Bytes foreign = frame;
+  foreign[0] = 4;
+  Bytes far = frame;
+  far[7] = 0x7F;
+  for (const Bytes& content :
+       {longer, cut, foreign, far, EncodeFrameArray(6, 3, std::vector<std::int16_t>(18)),
+        EncodeEmptyFrameArray(), Bytes(), Bytes(50, 'x')}) {
+    folder_.Write(Name("B-000.APD"), content);
+    EXPECT_FALSE(ShowFrameFromFile(session_, progress_)) << content.size();
+  }
+  folder_.Write(Name("B-000.APD"), frame);
+  EXPECT_TRUE(ShowFrameFromFile(session_, progress_));
+}
+
+/// 64 x 48, the left half red, the right half blue.
+Bytes VisibleJpeg() {
+  QImage picture(64, 48, QImage::Format_RGB32);
+  for (int i = 0; i < 64 * 48; ++i) {
+    picture.setPixel(i % 64, i / 64, i % 64 < 32 ? qRgb(250, 0, 0) : qRgb(0, 0, 250));
+  }
+  QByteArray bytes;
+  QBuffer buffer(&bytes);
+  buffer.open(QIODevice::WriteOnly);
+  EXPECT_TRUE(picture.save(&buffer, "JPEG", 95));
+  return {bytes.begin(), bytes.end()};
+}
+
+/// A SIT file with an attachment code and what stands from byte 156160 on.
+Bytes Sit(char code, const Bytes& attachment) {
+  SitFields fields;
+  fields.SoundExt = std::string("WA") + code;
+  fields.Counts.assign(76800, 2000);
+  fields.Attachment = attachment;
+  return EncodeSit(fields);
+}
+
+Bytes Joined(Bytes first, const Bytes& second) {
+  first.insert(first.end(), second.begin(), second.end());
+  return first;
+}
+
+/// The sound takes 100 bytes behind the eight of the two words; 156260 is the length word.
+Bytes SoundAndPicture(const Bytes& jpeg) {
+  Bytes attachment = {0x00, 0x02, 0x62, 0x64, 9, 9, 9, 9};
+  attachment.resize(108, 0x55);
+  return Joined(attachment, jpeg);
+}
+
+TEST_F(SequenceLoad, TheVisiblePictureOfASitImageIsFoundByItsAttachmentCode) {
+  const Bytes jpeg = VisibleJpeg();
+  const std::pair<char, Bytes> cases[] = {{'\2', Joined(Bytes(8), jpeg)},
+                                          {'\3', SoundAndPicture(jpeg)}};
+  for (const auto& [code, attachment] : cases) {
+    Open("v.sit", Sit(code, attachment));
+    EXPECT_TRUE(session_.Faults.empty() && session_.Steps.Failures().empty());
+    EXPECT_TRUE(image_.HasVisibleImage && view_.VisibleImageEntries);
+    const QImage shown = session_.Visible.Picbuf3.ToImage();
+    ASSERT_EQ(shown.size(), QSize(640, 480));
+    EXPECT_GT(qRed(shown.pixel(100, 400)), 220);
+    EXPECT_GT(qBlue(shown.pixel(540, 80)), 220);
+    const QImage saved(session_.Folder.TemporaryPath() + Name("/TESSAVIEW.JPG"));
+    ASSERT_EQ(saved.size(), QSize(640, 480));
+    EXPECT_GT(qRed(saved.pixel(100, 400)), 220);
+    Open("plain.tmp", EncodeTmp({}));
+    EXPECT_FALSE(image_.HasVisibleImage || view_.VisibleImageEntries);
+  }
+  Session batch(BuiltProgramFolder());
+  batch.ExtractsAttachments = false;
+  OpenPath(folder_.Path(Name("v.sit")), batch, progress_);
+  EXPECT_TRUE(batch.Image.HasVisibleImage);
+  EXPECT_EQ(batch.Visible.Picbuf3.BufWidth(), 0);
+}
+
+TEST_F(SequenceLoad, WhereNoJpegStartsThereIsNoVisiblePicture) {
+  const Bytes jpeg = VisibleJpeg();
+  Bytes spoilt = jpeg;
+  spoilt[1] = 0xD9;
+  Bytes far = SoundAndPicture(jpeg);
+  std::fill_n(far.begin(), 4, std::uint8_t{0xFF});
+  Bytes toStart = SoundAndPicture(jpeg);
+  std::fill_n(toStart.begin(), 4, std::uint8_t{0});
+  struct Case {
+    char Code;
+    Bytes Attachment;
+    std::uint64_t Offset;
+  };
+  const std::uint64_t farEnd = 156160 + far.size();
+  for (const Case& c :
+       {Case{'\2', Joined(Bytes(8), spoilt), 156168}, Case{'\2', Joined(Bytes(7), jpeg), 156168},
+        Case{'\2', Joined(Bytes(8), {0xFF}), 156168}, Case{'\3', far, farEnd},
+        Case{'\3', toStart, 8}, Case{'\3', SoundAndPicture(spoilt), 156268}}) {
+    Open("v.sit", Sit(c.Code, c.Attachment));
+    ExpectOneFault(ProblemKind::kBadValue, c.Offset, "VisibleImage", false);
+    EXPECT_FALSE(image_.HasVisibleImage || view_.VisibleImageEntries);
+    EXPECT_EQ(image_.TempGrid.At(0, 0), 19.989013671875F);  // 2000 counts of 655 / 65536.
+  }
+  for (const char code : {'\0', '\1', '\4'}) {
+    Open("v.sit", Sit(code, Joined(Bytes(8), jpeg)));
+    EXPECT_TRUE(session_.Faults.empty());
+    EXPECT_FALSE(image_.HasVisibleImage);
+  }
+}
+
+TEST_F(SequenceLoad, ACutVisiblePictureDoesTheInfraredOneNoHarm) {
+  const Bytes jpeg = VisibleJpeg();
+  for (std::size_t length = 2; length < jpeg.size(); length += 41) {
+    const Bytes cut(jpeg.begin(), jpeg.begin() + static_cast<std::ptrdiff_t>(length));
+    Open("v.sit", Sit('\2', Joined(Bytes(8), cut)));
+    EXPECT_TRUE(image_.HasVisibleImage) << length;
+    EXPECT_EQ(FindNoImage(session_.Faults), nullptr) << length;
+    EXPECT_TRUE(image_.HasTemperature);
+    EXPECT_EQ(session_.Visible.Picbuf3.BufWidth(), 640);
+  }
+  Open("v.sit", Sit('\2', Joined(Bytes(8), {0xFF, 0xD8})));
+  ExpectOneFault(ProblemKind::kBadValue, 0, "VisibleImage", false);
+}
+
+}  // namespace
+}  // namespace tessa::testing

@@ -1,0 +1,421 @@
+#include <gmock/gmock.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+
+#include "core/date_time_text.h"
+#include "core/load_image.h"
+#include "test_files.h"
+
+namespace tessa::testing {
+namespace {
+
+/// Acts as a user whom file permissions bind, also where the tests run as root.
+class OrdinaryUser {
+ public:
+  OrdinaryUser() {
+    if (wasRoot_) {
+      EXPECT_EQ(::setresuid(kNobody, kNobody, 0), 0);
+    }
+  }
+  OrdinaryUser(const OrdinaryUser&) = delete;
+  OrdinaryUser& operator=(const OrdinaryUser&) = delete;
+  ~OrdinaryUser() {
+    if (wasRoot_) {
+      EXPECT_EQ(::setresuid(0, 0, 0), 0);
+    }
+  }
+
+ private:
+  static constexpr uid_t kNobody = 65534;
+  bool wasRoot_ = ::getuid() == 0;
+};
+
+constexpr std::size_t kHeaderSize = 1024;
+constexpr std::size_t kRasterEnd = 1024 + 153600;
+
+/// The count whose temperature is `celsius` in a file of gain 1/64 and offset -20.
+std::int16_t Count(double celsius) {
+  return static_cast<std::int16_t>((celsius + 20.0) * 64.0);
+}
+
+/// 20 degrees all over, scale 20 to 40, calibrated from -40 to 120.
+SitFields Golden() {
+  SitFields fields;
+  fields.Offset = -20.0;
+  fields.Gain = 0.015625;
+  fields.ScaleCenter = 30.0;
+  fields.ScaleStep = 2.5;
+  fields.Comment = std::string("HOUSE\0\0 FRONT \x80", 15);
+  fields.Memo = std::string("\0NORTH\0", 7);
+  fields.Counts.assign(std::size_t{320} * 240, Count(20.0));
+  return fields;
+}
+
+void Put(SitFields& fields, std::size_t column, std::size_t row, double celsius) {
+  fields.Counts[row * 320 + column] = Count(celsius);
+}
+
+class SitLoad : public ::testing::Test {
+ protected:
+  void Open(const QString& path) { OpenPath(path, session_, progress_); }
+  void Open(const SitFields& fields) { Open(folder_.Write(Name("note.sit"), EncodeSit(fields))); }
+  static QString Name(const char* name) { return QString::fromLatin1(name); }
+
+  void ExpectShown() const {
+    EXPECT_TRUE(view_.PictureVisible && view_.HasImage && view_.ScalePanelVisible);
+    EXPECT_FALSE(view_.BlankPanelVisible || view_.LoadProgressVisible || view_.LoadingTextVisible ||
+                 view_.BusyPointer || view_.SuppressEvents || image_.ImageBusy);
+    EXPECT_EQ(session_.Buffers.Picbuf1.BufWidth(), 320);
+    EXPECT_EQ(session_.Buffers.Picbuf1.BufHeight(), 240);
+    EXPECT_EQ(image_.ImageKind, KindSit);
+  }
+
+  /// What every other file must leave possible.
+  void ExpectNextFileOpensNormally() {
+    SitFields fields = Golden();
+    Put(fields, 50, 60, 33.0);
+    Open(folder_.Write(Name("next.sit"), EncodeSit(fields)));
+    ExpectShown();
+    EXPECT_TRUE(session_.Faults.empty());
+    EXPECT_TRUE(session_.Steps.Failures().empty());
+    EXPECT_EQ(image_.SitTempMax, 33.0F);
+    EXPECT_EQ(image_.TempGrid.At(50, 60), 33.0F);
+    EXPECT_EQ(image_.ScaleHighText.toStdString(), "40.0");
+  }
+
+  TestFolder folder_;
+  Session session_{BuiltProgramFolder()};
+  Progress progress_;
+  const OpenImage& image_ = session_.Image;
+  const ViewState& view_ = session_.View;
+};
+
+TEST_F(SitLoad, CountsBecomeDegreesAndDegreesBecomeIndices) {
+  SitFields fields = Golden();
+  Put(fields, 0, 0, 22.0);    // 12.75 a degree: 25.5, a tie.
+  Put(fields, 319, 0, 26.0);  // 76.5
+  Put(fields, 0, 239, 30.0);  // 127.5
+  Put(fields, 319, 239, 24.0);
+  Put(fields, 100, 50, 70.0);
+  fields.Counts[101 + 50 * 320] = -32768;
+  Open(fields);
+  ExpectShown();
+  EXPECT_TRUE(image_.HasTemperature);
+  EXPECT_EQ(image_.ImageWidth, 320);
+  EXPECT_EQ(image_.HeaderHeight, 240);
+  EXPECT_EQ(image_.TempGrid.At(319, 0), 26.0F);
+  EXPECT_EQ(image_.TempGrid.At(0, 239), 30.0F);
+  EXPECT_EQ(image_.TempGrid.At(101, 50), -532.0F);
+  EXPECT_EQ(image_.RowBuffers.Row(0)[0], 26);
+  EXPECT_EQ(image_.RowBuffers.Row(0)[1], 0);
+  EXPECT_EQ(image_.RowBuffers.Row(0)[319], 76);
+  EXPECT_EQ(image_.RowBuffers.Row(239)[0], 128);
+  EXPECT_EQ(image_.RowBuffers.Row(239)[319], 51);
+  EXPECT_EQ(image_.RowBuffers.Row(50)[100], 255);
+  EXPECT_EQ(image_.RowBuffers.Row(50)[101], 0);
+  EXPECT_EQ(session_.Buffers.Picbuf1.IndexRow(239)[0], 128);
+}
+
+TEST_F(SitLoad, DegreesAreEvaluatedInDoubleAndRoundedOnce) {
+  SitFields fields = Golden();
+  fields.Gain = 0.0373077392578125;      // 2445 / 65536
+  fields.Offset = -20.6999969482421875;  // -(20 + 45875 / 65536)
+  fields.Counts[0] = 32761;              // 1201.53884887..., in singles alone 1201.53894
+  fields.Counts[1] = -32762;             // -1242.97615051..., in singles alone -1242.97607
+  Open(fields);
+  EXPECT_EQ(image_.TempGrid.At(0, 0), 1201.53882F);
+  EXPECT_EQ(image_.TempGrid.At(1, 0), -1242.9762F);
+}
+
+TEST_F(SitLoad, HeaderFieldsReachRecordAndPanels) {
+  Open(Golden());
+  EXPECT_EQ(image_.PixelGain, 0.015625F);
+  EXPECT_EQ(image_.PixelOffset, -20.0F);
+  EXPECT_EQ(image_.CalRangeMin, -40.0F);
+  EXPECT_EQ(image_.CalRangeMax, 120.0F);
+  EXPECT_EQ(image_.SitScaleMin, 20.0F);
+  EXPECT_EQ(image_.SitScaleMax, 40.0F);
+  EXPECT_EQ(image_.Emissivity, 0.95F);
+  EXPECT_EQ(image_.SitFileLength, 156160);
+  EXPECT_EQ(image_.PreviousKindIndex, 4);
+  EXPECT_EQ(image_.ImageDate.toStdString(), "1/15/2026");
+  EXPECT_EQ(image_.ImageTime.toStdString(), "2:30:05 PM");
+  EXPECT_EQ(view_.Comment.toStdString(), "HOUSE FRONT \u20AC");
+  EXPECT_EQ(view_.Memo.toStdString(), "NORTH");
+  EXPECT_EQ(view_.StatusPanel[4].toStdString(), "Emissivity: 0.95");
+  EXPECT_EQ(view_.StatusPanel[5].toStdString(), "Range: -40.0 to 120.0");
+  EXPECT_EQ(view_.StatusPanel[6], folder_.Path(Name("note.sit")).toUpper());
+  EXPECT_EQ(view_.LoadButtonTip.toStdString(), "Load Image SIT Images");
+  EXPECT_TRUE(view_.RangeSliderVisible && view_.RangeEntryVisible && view_.RangeToggleVisible);
+  EXPECT_EQ(session_.Settings.LastFolder + Name("note.sit"), image_.CurrentFilePath);
+
+  SitFields blank = Golden();
+  blank.Comment.assign(638, ' ');
+  Open(blank);
+  EXPECT_EQ(view_.Comment, QString(638, QLatin1Char(' ')));
+}
+
+TEST_F(SitLoad, RangeOpensInTheStoredScaleAndTheDisplayUnit) {
+  SitFields fields = Golden();
+  Put(fields, 10, 10, -10.0);
+  Put(fields, 20, 20, 70.0);
+  for (const bool fahrenheit : {false, true}) {
+    session_.Image.DisplayUnits = fahrenheit ? 'F' : 'C';
+    Open(fields);
+    // From -10 to 70: half the span is 40, half of that 20.
+    EXPECT_EQ(session_.Range.ScaleMinLimit(), -30.0);
+    EXPECT_EQ(session_.Range.ScaleMaxLimit(), 90.0);
+    EXPECT_EQ(session_.Range.MarkMinimum(), -10.0);
+    EXPECT_EQ(session_.Range.MarkMaximum(), 70.0);
+    EXPECT_EQ(session_.Range.RangeMinValue(), 20.0);
+    EXPECT_EQ(session_.Range.RangeMaxValue(), 40.0);
+    EXPECT_EQ(view_.Source, RangeSource::kStored);
+    EXPECT_EQ(image_.ScaleLowText.toStdString(), fahrenheit ? "68.0" : "20.0");
+    EXPECT_EQ(view_.RangeHighText.toStdString(), fahrenheit ? "104.0" : "40.0");
+    EXPECT_EQ(view_.LimitMinText.toStdString(), fahrenheit ? "-22.0" : "-30.0");
+    EXPECT_EQ(view_.LimitMaxText.toStdString(), fahrenheit ? "194.0" : "90.0");
+    EXPECT_EQ(view_.StatusPanel[5].toStdString(),
+              fahrenheit ? "Range: -40.0 to 248.0" : "Range: -40.0 to 120.0");
+    EXPECT_EQ(view_.FahrenheitSelected, fahrenheit);
+    EXPECT_EQ(view_.CelsiusSelected, !fahrenheit);
+    EXPECT_EQ(image_.FileUnits, fahrenheit ? 'F' : 'C');
+  }
+}
+
+TEST_F(SitLoad, TheBorderOfThreePixelsMovesNoExtreme) {
+  SitFields fields = Golden();
+  for (const auto& [column, row] :
+       {std::pair{2, 100}, std::pair{317, 100}, std::pair{100, 2}, std::pair{100, 237}}) {
+    Put(fields, static_cast<std::size_t>(column), static_cast<std::size_t>(row), 100.0);
+  }
+  Put(fields, 319, 239, -19.0);
+  Open(fields);
+  EXPECT_EQ(image_.SitTempMin, 20.0F);
+  EXPECT_EQ(image_.SitTempMax, 20.0F);
+  Put(fields, 3, 3, -10.0);
+  Put(fields, 316, 236, 70.0);
+  Open(fields);
+  EXPECT_EQ(image_.SitTempMin, -10.0F);
+  EXPECT_EQ(image_.SitTempMax, 70.0F);
+}
+
+TEST_F(SitLoad, APixelOutsideTheCalibratedRangeDoesNotMoveTheExtremeOnItsSide) {
+  SitFields fields = Golden();
+  fields.RangeLow = 0.0;
+  fields.RangeHigh = 50.0;
+  Put(fields, 100, 100, 50.015625);
+  Put(fields, 101, 100, 50.0);
+  Put(fields, 100, 101, -0.015625);
+  Put(fields, 101, 101, 0.0);
+  Open(fields);
+  EXPECT_EQ(image_.TempGrid.At(100, 100), 50.015625F);
+  EXPECT_EQ(image_.SitTempMin, 0.0F);
+  EXPECT_EQ(image_.SitTempMax, 50.0F);
+  // Colder than the range everywhere: such a pixel may still be the maximum, never the minimum.
+  fields.Counts.assign(fields.Counts.size(), Count(-10.0));
+  Open(fields);
+  EXPECT_EQ(image_.SitTempMin, 999.0F);
+  EXPECT_EQ(image_.SitTempMax, -10.0F);
+  // A negative gain turns counts round: 20 - 20 / 64 x 64 = 0 for most, 40 for one.
+  fields = Golden();
+  fields.Gain = -1.0;
+  fields.Offset = 20.0;
+  fields.Counts.assign(fields.Counts.size(), 20);
+  fields.Counts[100 * 320 + 100] = -20;
+  Open(fields);
+  EXPECT_EQ(image_.SitTempMin, 0.0F);
+  EXPECT_EQ(image_.SitTempMax, 40.0F);
+}
+
+TEST_F(SitLoad, VersionAndLengthTellWhetherThereIsASoundInside) {
+  struct Case {
+    const char* Signature;
+    const char* Ext;
+    std::size_t Attached;
+    float Version;
+    bool Embedded;
+  };
+  for (const Case& c : std::initializer_list<Case>{{"SIT 3.00  ", "", 9, 3.0F, false},
+                                                   {"SIT 3.1 H ", "", 9, 3.1F, false},
+                                                   {"SIT 3.1 I ", "", 9, 3.1F, true},
+                                                   {"SIT 3.1 I ", "", 0, 3.1F, false},
+                                                   {"SIT 3.5   ", "", 0, 3.5F, false},
+                                                   {"SIT 3.5   ", "", 1, 3.5F, true},
+                                                   {"9.9 V3.25A", "", 1, 3.25F, true},
+                                                   {"SIT 4.20  ", "", 9, 4.2F, false},
+                                                   {"SIT 3.00  ", "WA\1", 9, 4.0F, true},
+                                                   {"SIT 4.20  ", "WA\2", 9, 4.0F, false},
+                                                   {"SIT 3.5   ", "WA\3", 9, 4.0F, true},
+                                                   {"SIT 3.00  ", "WA\4", 9, 3.0F, false},
+                                                   {"SIT x.y   ", "", 9, 0.0F, false}}) {
+    SCOPED_TRACE(std::string(c.Signature) + "/" + std::to_string(c.Attached));
+    SitFields fields = Golden();
+    fields.Signature = c.Signature;
+    fields.SoundExt = c.Ext;
+    fields.Attachment.assign(c.Attached, 0);
+    Open(fields);
+    EXPECT_EQ(image_.SitVersion, c.Version);
+    EXPECT_EQ(image_.SoundEmbedded, c.Embedded);
+    EXPECT_EQ(image_.CanEmbedSound, !c.Embedded);
+    EXPECT_EQ(image_.SoundFile.toStdString(), c.Embedded ? TESSA_BINARY_FOLDER "/NOTE.WAV" : "");
+    EXPECT_EQ(image_.SoundFileTitle.toStdString(), c.Embedded ? "NOTE.WAV" : "");
+  }
+}
+
+TEST_F(SitLoad, ASoundBesideTheImageNeverLeadsOutOfItsFolder) {
+  SitFields fields = Golden();
+  fields.SoundName = "SND00001";
+  fields.SoundExt = "AIF";
+  Open(fields);
+  EXPECT_FALSE(image_.SoundEmbedded);
+  EXPECT_EQ(image_.SoundFile, folder_.Path(Name("SND00001.AIF")));
+  EXPECT_EQ(image_.SoundFileTitle.toStdString(), "NOTE.WAV");
+  for (const auto& [name, extension] :
+       {std::pair{"../../AB", "AIF"}, std::pair{"/ETC/X", "AIF"}, std::pair{"A\\B", "AIF"},
+        std::pair{"A", "/B"}, std::pair{"..", "AIF"}, std::pair{" SND", "AIF"}}) {
+    fields.SoundName = name;
+    fields.SoundExt = extension;
+    Open(fields);
+    EXPECT_TRUE(image_.SoundFile.isEmpty()) << image_.SoundFile.toStdString();
+  }
+}
+
+TEST_F(SitLoad, DigitsBecomeDatesAndTimesAndOthersStayAsTheyStand) {
+  EXPECT_EQ(TimeFromDigits("000000").toStdString(), "12:00:00 AM");
+  EXPECT_EQ(TimeFromDigits("090807").toStdString(), "9:08:07 AM");
+  EXPECT_EQ(TimeFromDigits("120000").toStdString(), "12:00:00 PM");
+  EXPECT_EQ(TimeFromDigits("235959").toStdString(), "11:59:59 PM");
+  EXPECT_EQ(TimeFromDigits("256199").toStdString(), "25:61:99");
+  EXPECT_EQ(TimeFromDigits("ABCDEF").toStdString(), "0:CD:EF");
+  EXPECT_EQ(DateFromDigits("260705").toStdString(), "7/05/2026");
+  EXPECT_EQ(DateFromDigits("791231").toStdString(), "12/31/2079");
+  EXPECT_EQ(DateFromDigits("800101").toStdString(), "1/01/1980");
+  EXPECT_EQ(DateFromDigits("240229").toStdString(), "2/29/2024");
+  EXPECT_EQ(DateFromDigits("260229").toStdString(), "02/29/26");
+  EXPECT_EQ(DateFromDigits("261315").toStdString(), "13/15/26");
+  EXPECT_EQ(DateFromDigits("ABCDEF").toStdString(), "CD/EF/AB");
+}
+
+TEST_F(SitLoad, AFileCutAnywhereInItsHeaderOpensBlankAndIsCalledTruncated) {
+  Bytes whole = EncodeSit(Golden());
+  for (std::size_t length = 1; length <= kHeaderSize; ++length) {
+    Open(folder_.Write(Name("cut.sit"), std::span(whole).first(length)));
+    ExpectShown();
+    ASSERT_NE(FindNoImage(session_.Faults), nullptr) << length;
+    ASSERT_EQ(session_.Faults[0].Kind, ProblemKind::kTruncated) << length;
+    ASSERT_EQ(session_.Faults[0].Offset, length);
+    // Fields that the file reaches are the new ones, those behind are zero.
+    ASSERT_EQ(image_.CalRangeMax, length >= 32 ? 120.0F : 0.0F) << length;
+    ASSERT_EQ(image_.Emissivity, length >= 78 ? 0.95F : 0.0F) << length;
+    const auto cells = image_.TempGrid.Cells();
+    ASSERT_TRUE(std::all_of(cells.begin(), cells.end(), [](float cell) { return cell == 0.0F; }));
+  }
+  ExpectNextFileOpensNormally();
+}
+
+TEST_F(SitLoad, AShortRasterKeepsItsPixelsAndLeavesTheOthersZero) {
+  SitFields fields = Golden();
+  for (std::size_t i = 0; i < fields.Counts.size(); ++i) {
+    fields.Counts[i] = static_cast<std::int16_t>(Count(21.0) + static_cast<int>(i % 1000));
+  }
+  const Bytes whole = EncodeSit(fields);
+  std::vector<std::size_t> lengths = {
+      1025,           1026,       1027,          1024 + 640 * 3 + 6, 1024 + 640 * 3 + 8,
+      kRasterEnd - 1, kRasterEnd, kRasterEnd + 1};
+  for (std::size_t length = 1100; length < kRasterEnd; length += 3691) {
+    lengths.push_back(length);
+  }
+  for (const std::size_t length : lengths) {
+    Open(folder_.Write(Name("cut.sit"), std::span(whole).first(length)));
+    ExpectShown();
+    const std::size_t present = std::min<std::size_t>((length - 1024) / 2, 76800);
+    const auto cells = image_.TempGrid.Cells();
+    for (std::size_t i = 0; i < cells.size(); ++i) {
+      // 21 degrees and i % 1000 steps of 1/64.
+      const float expected = 21.0F + static_cast<float>(i % 1000) / 64.0F;
+      ASSERT_EQ(cells[i], i < present ? expected : 0.0F) << length << " pixel " << i;
+    }
+    // The missing pixels are no cold spots of the image.
+    EXPECT_GE(image_.SitTempMin, 21.0F) << length;
+    EXPECT_EQ(FindNoImage(session_.Faults) != nullptr, present == 0) << length;
+    EXPECT_EQ(session_.Faults.empty(), length >= kRasterEnd) << length;
+  }
+  ExpectNextFileOpensNormally();
+}
+
+TEST_F(SitLoad, WhatIsNoReadableFileLeavesTheRecordHalfUpdated) {
+  const QString folder = folder_.Path(Name("FOLDER.SIT"));
+  const QString pipe = folder_.Path(Name("pipe.sit"));
+  const QString locked = folder_.Write(Name("locked.sit"), EncodeSit(Golden()));
+  ASSERT_TRUE(QDir().mkdir(folder));
+  ASSERT_EQ(::mkfifo(QFile::encodeName(pipe).constData(), 0644), 0);
+  ASSERT_TRUE(QFile::setPermissions(locked, {}));
+  ASSERT_EQ(::chmod(QFile::encodeName(folder_.Path({})).constData(), 0755), 0);
+  for (const QString& path : {folder, pipe, locked, folder_.Write(Name("empty.sit"), {}),
+                              folder_.Path(Name("missing.sit"))}) {
+    SCOPED_TRACE(path.toStdString());
+    SitFields before = Golden();
+    Put(before, 100, 100, 50.0);
+    Open(before);
+    {
+      const OrdinaryUser user;
+      Open(path);
+    }
+    ExpectShown();
+    ASSERT_NE(FindNoImage(session_.Faults), nullptr);
+    EXPECT_EQ(session_.Faults[0].Kind, ProblemKind::kUnreadable);
+    EXPECT_FALSE(session_.Steps.Failures().empty());
+    EXPECT_EQ(image_.CurrentFilePath, path);
+    EXPECT_EQ(image_.Emissivity, 0.95F);  // The header record is the former file's.
+    EXPECT_EQ(image_.SitScaleMax, 40.0F);
+    EXPECT_EQ(image_.SitTempMin, 999.0F);
+    EXPECT_EQ(image_.SitTempMax, -999.0F);
+    EXPECT_EQ(image_.TempGrid.At(100, 100), 0.0F);
+    ExpectNextFileOpensNormally();
+  }
+}
+
+TEST_F(SitLoad, AFileOfNothingButOnesIsReadAsItStands) {
+  Open(folder_.Write(Name("ones.sit"), Bytes(156160, 0xFF)));
+  ExpectShown();
+  // Every number is -(1 + 65535/65536), called -s here; every count is -1.
+  EXPECT_EQ(image_.PixelGain, -1.9999847412109375F);
+  EXPECT_EQ(image_.CalRangeMax, -1.9999847412109375F);
+  EXPECT_EQ(image_.Emissivity, -0.01F);
+  EXPECT_EQ(image_.SitVersion, 0.0F);
+  EXPECT_EQ(image_.TempGrid.At(7, 7), 0.0F);
+  EXPECT_EQ(image_.SitTempMin, 0.0F);
+  EXPECT_EQ(image_.SitTempMax, -999.0F);
+  EXPECT_EQ(image_.SitScaleMin, 5.9999542236328125F);
+  EXPECT_EQ(image_.SitScaleMax, -9.9999237060546875F);
+  // From 3s to -5s the palette runs downwards: 0 degrees lie 3/8 of the way, at 95.6.
+  EXPECT_EQ(image_.RowBuffers.Row(7)[7], 96);
+  // lo 0, hi -10: half the span is -5, half of that truncated -2.
+  EXPECT_EQ(view_.LimitMinText.toStdString(), "2.0");
+  EXPECT_EQ(view_.LimitMaxText.toStdString(), "-12.0");
+  EXPECT_EQ(image_.ImageDate.toStdString(), "\u00FF\u00FF/\u00FF\u00FF/\u00FF\u00FF");
+  ExpectNextFileOpensNormally();
+}
+
+TEST_F(SitLoad, NamesThatDifferInCaseAloneAreTwoFiles) {
+  SitFields first = Golden();
+  SitFields second = Golden();
+  first.EmissivityX100 = 80;
+  second.EmissivityX100 = 70;
+  const QString lower = folder_.Write(Name("a.sit"), EncodeSit(first));
+  const QString upper = folder_.Write(Name("A.SIT"), EncodeSit(second));
+  Open(lower);
+  EXPECT_EQ(image_.Emissivity, 0.80F);
+  EXPECT_EQ(image_.CurrentFileName.toStdString(), "A.SIT");
+  EXPECT_EQ(image_.CurrentFilePath, lower);
+  Open(upper);
+  EXPECT_EQ(image_.Emissivity, 0.70F);
+  ASSERT_TRUE(QFile::remove(upper));
+  Open(upper);
+  EXPECT_NE(FindNoImage(session_.Faults), nullptr);
+}
+
+}  // namespace
+}  // namespace tessa::testing

@@ -1,0 +1,338 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <limits>
+#include <string>
+#include <tuple>
+
+#include "formats/frame_array.h"
+#include "formats/sequence.h"
+
+namespace tessa {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+using State = FrameArrayHeader::State;
+using std::string_view_literals::operator""sv;
+
+Bytes ToBytes(std::string_view text) {
+  return {text.begin(), text.end()};
+}
+
+void Put(Bytes& file, std::size_t at, std::string_view text) {
+  std::copy(text.begin(), text.end(), file.begin() + static_cast<std::ptrdiff_t>(at));
+}
+
+Bytes First(const Bytes& bytes, std::size_t size) {
+  return {bytes.begin(), bytes.begin() + static_cast<std::ptrdiff_t>(size)};
+}
+
+/// Two columns of three rows: 0x0100 to 0x0102 down the left one, 0xFF00 to 0xFF02 down the right.
+const Bytes kTwoByThree = ToBytes(
+    "\x02\x20\x02\x00"
+    "\x03\x00\x00\x00\x00\x00\x00\x00"
+    "\x02\x00\x00\x00\x00\x00\x00\x00"
+    "\x00\x01\x01\x01\x02\x01"
+    "\x00\xFF\x01\xFF\x02\xFF"sv);
+
+const auto kTwoByThreePixels = ElementsAre(256, -256, 257, -255, 258, -254);
+
+/// The array with a field replaced.
+Bytes With(std::size_t at, std::string_view text) {
+  Bytes bytes = kTwoByThree;
+  Put(bytes, at, text);
+  return bytes;
+}
+
+std::int16_t PixelAt(int column, int row) {
+  return static_cast<std::int16_t>(column * 251 + row - 9000);
+}
+
+std::vector<std::int16_t> Picture(int width, int height) {
+  std::vector<std::int16_t> pixels;
+  for (int row = 0; row < height; ++row) {
+    for (int column = 0; column < width; ++column) {
+      pixels.push_back(PixelAt(column, row));
+    }
+  }
+  return pixels;
+}
+
+TEST(FrameArray, TheRowRunsFastest) {
+  const auto frame = DecodeFrameArray(kTwoByThree, 2, 3);
+  ASSERT_TRUE(frame.has_value());
+  EXPECT_EQ(frame->Width, 2);
+  EXPECT_EQ(frame->Height, 3);
+  EXPECT_THAT(frame->Pixels, kTwoByThreePixels);
+  EXPECT_EQ(EncodeFrameArray(2, 3, frame->Pixels), kTwoByThree);
+}
+
+TEST(FrameArray, EitherCountMayBeTheRowsAndLowerBoundsDoNotMatter) {
+  const Bytes swapped = With(4, "\x02\0\0\0\0\0\0\0\x03\0\0\0\0\0\0\0"sv);
+  const Bytes bounds = With(4, "\x03\0\0\0\x01\0\0\0\x02\0\0\0\xFF\xFF\xFF\xFF"sv);
+  for (const Bytes& array : {swapped, bounds}) {
+    const auto frame = DecodeFrameArray(array, 2, 3);
+    ASSERT_TRUE(frame.has_value());
+    EXPECT_THAT(frame->Pixels, kTwoByThreePixels);
+  }
+  // As three columns of two rows the same elements stand elsewhere.
+  EXPECT_THAT(DecodeFrameArray(swapped, 3, 2)->Pixels,
+              ElementsAre(256, 258, -255, 257, -256, -254));
+}
+
+TEST(FrameArray, BytesAreUnsignedPixels) {
+  const Bytes array = ToBytes(
+      "\x11\x20\x02\x00"
+      "\x02\x00\x00\x00\x00\x00\x00\x00"
+      "\x03\x00\x00\x00\x00\x00\x00\x00"
+      "\x00\xFF\x7F\x80\x05\x06"sv);
+  const auto frame = DecodeFrameArray(array, 3, 2);
+  ASSERT_TRUE(frame.has_value());
+  EXPECT_THAT(frame->Pixels, ElementsAre(0, 127, 5, 255, 128, 6));
+  EXPECT_EQ(EncodeFrameArray(3, 2, frame->Pixels, 1), array);
+  EXPECT_EQ(ReadFrameArrayHeader(array).ByteSize(), 26U);
+}
+
+TEST(FrameArray, FramesOfManySizesComeBackPixelForPixel) {
+  for (const auto& [width, height] :
+       {std::pair{1, 1}, std::pair{1, 300}, std::pair{300, 1}, std::pair{32, 32}, std::pair{33, 31},
+        std::pair{127, 65}, std::pair{64, 64}}) {
+    const Bytes array = EncodeFrameArray(width, height, Picture(width, height));
+    const auto frame = DecodeFrameArray(array, width, height);
+    ASSERT_TRUE(frame.has_value()) << width << " x " << height;
+    ASSERT_EQ(frame->Pixels, Picture(width, height)) << width << " x " << height;
+  }
+}
+
+TEST(FrameArray, TheTypeWordTellsEmptyAndForeignArraysApart) {
+  struct Case {
+    std::string_view Start;
+    State What;
+    int BytesPerElement;
+  };
+  for (const Case& c :
+       {Case{"\x02\x20"sv, State::kPixels, 2}, Case{"\x02\x00"sv, State::kPixels, 2},
+        Case{"\x11\xE0"sv, State::kPixels, 1}, Case{"\x00\x00"sv, State::kEmpty, 0},
+        Case{"\x00\x20"sv, State::kForeign, 0}, Case{"\x03\x20"sv, State::kForeign, 0},
+        Case{"\x20\x02"sv, State::kForeign, 0}, Case{"\xFF\xFF"sv, State::kForeign, 0},
+        Case{"\x02\x20\x01\x00"sv, State::kForeign, 0},
+        Case{"\x02\x20\x03\x00"sv, State::kForeign, 0},
+        Case{"\x02\x20\x02\x01"sv, State::kForeign, 0}}) {
+    const Bytes array = With(0, c.Start);
+    const FrameArrayHeader header = ReadFrameArrayHeader(array);
+    EXPECT_EQ(header.What, c.What) << ::testing::PrintToString(c.Start);
+    EXPECT_EQ(header.BytesPerElement, c.BytesPerElement);
+    EXPECT_EQ(header.Describes(2, 3), c.What == State::kPixels);
+    EXPECT_EQ(DecodeFrameArray(array, 2, 3).has_value(), c.What == State::kPixels);
+  }
+  EXPECT_EQ(ReadFrameArrayHeader(With(0, "\0\0"sv)).ByteSize(), 2U);
+  EXPECT_EQ(ReadFrameArrayHeader(With(0, "\3\0"sv)).ByteSize(), 0U);
+  EXPECT_EQ(EncodeEmptyFrameArray(), (Bytes{0, 0}));
+}
+
+TEST(FrameArray, ACutArrayIsNoFrame) {
+  for (std::size_t length = 0; length < kTwoByThree.size(); ++length) {
+    const Bytes cut = First(kTwoByThree, length);
+    EXPECT_EQ(DecodeFrameArray(cut, 2, 3), std::nullopt) << length;
+    EXPECT_EQ(ReadFrameArrayHeader(cut).What, length < 20 ? State::kForeign : State::kPixels);
+  }
+  EXPECT_EQ(ReadFrameArrayHeader(Bytes(2)).What, State::kEmpty);
+}
+
+TEST(FrameArray, CountsThatLieGiveNoFrameAndNoSmallSize) {
+  struct Case {
+    std::uint32_t First, Second;
+    std::uint64_t AtLeast;
+  };
+  for (const Case& c :
+       {Case{3, 3, 38}, Case{2, 2, 28}, Case{3, 1, 26}, Case{6, 1, 32}, Case{0, 2, 20},
+        Case{3, 0, 20}, Case{0x10003, 2, 262176}, Case{0x10000, 0x10000, 0x200000014},
+        Case{0x80000000, 2, 0x200000014}, Case{0x80000000, 0x80000000, std::uint64_t{1} << 60},
+        Case{0xFFFFFFFF, 0xFFFFFFFF, std::uint64_t{1} << 60}}) {
+    ByteWriter writer;
+    writer.Append(First(kTwoByThree, 4));
+    for (const std::uint32_t number : {c.First, 0U, c.Second, 0U}) {
+      writer.U32Le(number);
+    }
+    writer.PadTo(100);
+    const Bytes array = writer.Take();
+    EXPECT_GE(ReadFrameArrayHeader(array).ByteSize(), c.AtLeast) << c.First << " x " << c.Second;
+    EXPECT_EQ(DecodeFrameArray(array, 2, 3), std::nullopt) << c.First << " x " << c.Second;
+  }
+  for (const auto& [width, height] : {std::pair{0, 0}, std::pair{-2, -3}, std::pair{3, -2},
+                                      std::pair{0, 3}, std::pair{2, 0}, std::pair{2, 4}}) {
+    EXPECT_EQ(DecodeFrameArray(kTwoByThree, width, height), std::nullopt) << width;
+  }
+}
+
+/// The 810 bytes at the end of a snapshot, byte by byte.
+Bytes HandMadeTrailer() {
+  Bytes trailer(810, 0xEE);
+  Put(trailer, 0, "\x66\x66\x06\x40"sv);                  // 2.1
+  Put(trailer, 4, "\x00\x00\x00\x00\x50\x88\xE2\x40"sv);  // 37954.5
+  Put(trailer, 14, "\x03\x00"sv);
+  Put(trailer, 16, "\x40\x01"sv);          // 320
+  Put(trailer, 18, "\xF0\x00"sv);          // 240
+  Put(trailer, 20, "\x00\x00\x20\xC1"sv);  // -10
+  Put(trailer, 24, "\x00\x00\xA0\x43"sv);  // 320
+  Put(trailer, 28, "\x00\x00\xA4\x41"sv);  // 20.5
+  Put(trailer, 32, "\x00\x00\x22\x42"sv);  // 40.5
+  Put(trailer, 36, "\x00\x00\x60\x3F"sv);  // 0.875
+  std::fill(trailer.begin() + 40, trailer.begin() + 800, std::uint8_t{' '});
+  Put(trailer, 40, " boiler room");
+  Put(trailer, 799, "z");
+  return trailer;
+}
+
+TEST(Snapshot, TrailerFieldsAreReadFromTheirPlaces) {
+  const SeqHeader header = DecodeSeqTrailer(HandMadeTrailer());
+  EXPECT_EQ(header.Version, 2.1F);
+  EXPECT_EQ(header.Version, kStampedVersion);
+  EXPECT_EQ(header.Taken, 37954.5);
+  EXPECT_EQ(header.Frames, 3);
+  EXPECT_EQ(header.Width, 320);
+  EXPECT_EQ(header.Height, 240);
+  EXPECT_EQ(header.RangeMin, -10.0F);
+  EXPECT_EQ(header.RangeMax, 320.0F);
+  EXPECT_EQ(header.ScaleMin, 20.5F);
+  EXPECT_EQ(header.ScaleMax, 40.5F);
+  EXPECT_EQ(header.Emissivity, 0.875F);
+  ASSERT_EQ(header.Comment.size(), 760U);
+  EXPECT_EQ(SeqComment(header), "boiler room" + std::string(747, ' ') + "z");
+  Bytes negative = HandMadeTrailer();
+  Put(negative, 14, "\xFF\xFF\xFE\xFF\x00\x80"sv);
+  EXPECT_EQ(DecodeSeqTrailer(negative).Frames, -1);
+  EXPECT_EQ(DecodeSeqTrailer(negative).Width, -2);
+  EXPECT_EQ(DecodeSeqTrailer(negative).Height, -32768);
+}
+
+TEST(Snapshot, AMarkAtCharacter701EndsTheComment) {
+  for (const int at : {699, 700, 701, 759, -1}) {
+    SeqHeader header;
+    header.Comment = "  " + std::string(697, 'c') + std::string(61, ' ');
+    header.Comment.replace(740, 5, "after");
+    if (at >= 0) {
+      header.Comment[static_cast<std::size_t>(at)] = '\xA4';
+    }
+    const std::string before(697, 'c');
+    if (at == 700) {
+      EXPECT_EQ(SeqComment(header), before);
+    } else {
+      EXPECT_NE(SeqComment(header).find("after"), std::string::npos) << at;
+    }
+  }
+  SeqHeader header;
+  EXPECT_EQ(SeqComment(header), "");
+  header.Comment = std::string(760, ' ');
+  EXPECT_EQ(SeqComment(header), "");
+}
+
+TEST(Snapshot, ATrailerThatCannotBeTrueIsRefusedWithItsReason) {
+  struct Case {
+    std::size_t At;
+    std::string_view Text;
+    ProblemKind Kind;
+    std::uint64_t Offset;
+    const char* Field;
+  };
+  constexpr std::uint64_t kFileSize = 5000 + 810;
+  Bytes sound = HandMadeTrailer();
+  Put(sound, 16, "\x0A\x00\x14\x00"sv);  // 10 x 20.
+  Problems none;
+  EXPECT_TRUE(CheckSeqTrailer(DecodeSeqTrailer(sound), kFileSize, none));
+  EXPECT_THAT(none, IsEmpty());
+  using Kind = ProblemKind;
+  for (const Case& c : {Case{0, "\x00\x00\xA0\x40"sv, Kind::kUnsupported, 0, "Version"},
+                        Case{14, "\x00\x00"sv, Kind::kBadValue, 14, "Frames"},
+                        Case{14, "\xFF\xFF"sv, Kind::kBadValue, 14, "Frames"},
+                        Case{16, "\x00\x00"sv, Kind::kBadValue, 16, "Width"},
+                        Case{16, "\xFF\xFF\xFF\xFF"sv, Kind::kBadValue, 16, "Width"},
+                        Case{18, "\x00\x80"sv, Kind::kBadValue, 18, "Height"},
+                        Case{16, "\xFF\x7F\xFF\x7F"sv, Kind::kBadValue, 14, "Frames"},
+                        Case{14, "\xFF\x7F"sv, Kind::kBadValue, 14, "Frames"}}) {
+    Bytes trailer = sound;
+    Put(trailer, c.At, c.Text);
+    Problems faults;
+    EXPECT_FALSE(CheckSeqTrailer(DecodeSeqTrailer(trailer), kFileSize, faults)) << c.Offset;
+    ASSERT_EQ(faults.size(), 1U);
+    EXPECT_EQ(faults[0].Kind, c.Kind);
+    EXPECT_EQ(faults[0].Offset, 5000 + c.Offset);
+    EXPECT_EQ(faults[0].Field, c.Field);
+    EXPECT_TRUE(faults[0].NoImage);
+  }
+  for (const float other :
+       {4.9999995F, 5.0000005F, 0.0F, -5.0F, std::numeric_limits<float>::quiet_NaN()}) {
+    SeqHeader header = DecodeSeqTrailer(sound);
+    header.Version = other;
+    EXPECT_TRUE(CheckSeqTrailer(header, kFileSize, none)) << other;
+  }
+}
+
+TEST(Snapshot, EncoderPutsFramesFirstAndStampsInVersion21Alone) {
+  SnapshotFields fields;
+  fields.Header = DecodeSeqTrailer(HandMadeTrailer());
+  fields.Frames = {kTwoByThree, EncodeEmptyFrameArray()};
+  fields.Stamps = {"01/02/2003 4:05:06 PM", "11/12/2013 10:15:16 AM"};
+  Bytes trailer = HandMadeTrailer();
+  Put(trailer, 12, "\0\0"sv);
+  Put(trailer, 800, std::string(10, '\0'));
+  Bytes expected = ToBytes("01/02/2003 4:05:06 PM ");
+  expected.insert(expected.end(), kTwoByThree.begin(), kTwoByThree.end());
+  const Bytes second = ToBytes("11/12/2013 10:15:16 AM\0\0"sv);
+  expected.insert(expected.end(), second.begin(), second.end());
+  expected.insert(expected.end(), trailer.begin(), trailer.end());
+  EXPECT_EQ(EncodeSnapshot(fields), expected);
+
+  fields.Header.Version = 2.0F;
+  const Bytes plain = EncodeSnapshot(fields);
+  EXPECT_EQ(plain.size(), kTwoByThree.size() + 2 + 810);
+  EXPECT_EQ(First(plain, kTwoByThree.size()), kTwoByThree);
+}
+
+TEST(Container, HeaderAndFramesAreReadFromTheirPlaces) {
+  Bytes start(800, 0xEE);
+  Put(start, 0, "\x00\x00\x40\x40"sv);
+  Put(start, 14, "\xFF\x7F"sv);
+  Put(start, 16, "\x08\x00"sv);
+  Put(start, 18, "\x40\x01"sv);
+  Put(start, 20, "\xF0\x00"sv);
+  Put(start, 22, "\x00\x00\x40\x3F"sv);  // 0.75
+  const ContainerHeader header = DecodeContainerHeader(start);
+  EXPECT_EQ(header.Version, kContainerVersion);
+  EXPECT_EQ(header.Frames, 32767);
+  EXPECT_EQ(header.Depth, 8);
+  EXPECT_EQ(header.Width, 320);
+  EXPECT_EQ(header.Height, 240);
+  EXPECT_EQ(header.Emissivity, 0.75F);
+  Bytes expected(800);
+  std::copy_n(start.begin(), 4, expected.begin());
+  std::copy_n(start.begin() + 14, 12, expected.begin() + 14);
+  EXPECT_EQ(EncodeContainerHeader(header), expected);
+
+  Bytes frame = ToBytes("11/12/2013 10:15:16 AM");
+  for (const std::string_view single :
+       {"\x00\x80\x74\x43"sv, "\x00\x80\xC4\x43"sv, "\x00\x00\x92\x43"sv, "\x00\x00\x9C\x43"sv}) {
+    frame.insert(frame.end(), single.begin(), single.end());
+  }
+  ASSERT_EQ(frame.size(), 38U);
+  const ContainerFrameHeader facts = DecodeContainerFrameHeader(frame);
+  EXPECT_EQ(facts.RangeLow, 244.5F);
+  EXPECT_EQ(facts.RangeHigh, 393.0F);
+  EXPECT_EQ(facts.ScaleLow, 292.0F);
+  EXPECT_EQ(facts.ScaleHigh, 312.0F);
+  EXPECT_EQ(StampDate(facts.Stamp), "11/12/2013");
+  EXPECT_EQ(StampTime(facts.Stamp), "10:15:16 AM");
+  frame.insert(frame.end(), kTwoByThree.begin(), kTwoByThree.end());
+  EXPECT_EQ(EncodeContainerFrame(facts, kTwoByThree), frame);
+}
+
+TEST(Container, LeadingVersionNeedsFourBytes) {
+  EXPECT_EQ(LeadingVersion(ToBytes("\x00\x00\x40\x40"sv)), 3.0F);
+  EXPECT_NE(LeadingVersion(ToBytes("\x01\x00\x40\x40"sv)), 3.0F);
+  EXPECT_EQ(LeadingVersion(ToBytes("\x00\x00\x40"sv)), 0.0F);
+  EXPECT_EQ(StampTime("short"), "short");
+}
+
+}  // namespace
+}  // namespace tessa

@@ -1,0 +1,376 @@
+#include <gmock/gmock.h>
+
+#include <QImage>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QProcess>
+#include <bit>
+#include <charconv>
+#include <cstring>
+
+#include "test_files.h"
+
+namespace tessa::testing {
+namespace {
+
+using ::testing::HasSubstr;
+using ::testing::IsEmpty;
+
+struct Outcome {
+  int Status = -1;
+  std::string Out;
+  std::string Error;
+};
+
+Outcome RunProgram(const char* program, const QStringList& arguments) {
+  QProcess process;
+  process.start(QStringLiteral(TESSA_BINARY_FOLDER "/") + QString::fromLatin1(program), arguments);
+  EXPECT_TRUE(process.waitForFinished(60000)) << process.errorString().toStdString();
+  EXPECT_EQ(process.exitStatus(), QProcess::NormalExit);
+  return {process.exitCode(), process.readAllStandardOutput().toStdString(),
+          process.readAllStandardError().toStdString()};
+}
+
+/// 20 degrees all over but for a few places; scale 20 to 40; extremes -10 to 70.
+Bytes Sit() {
+  SitFields fields;
+  fields.Offset = -20.0;
+  fields.Gain = 0.015625;
+  fields.ScaleCenter = 30.0;
+  fields.ScaleStep = 2.5;
+  fields.Comment = "Boiler";
+  fields.Counts.assign(76800, 2560);
+  const auto put = [&](std::size_t column, std::size_t row, double celsius) {
+    fields.Counts[row * 320 + column] = static_cast<std::int16_t>((celsius + 20.0) * 64.0);
+  };
+  put(0, 0, 36.609375);
+  put(1, 0, 0.0);
+  put(2, 0, 30.0);
+  put(100, 100, 70.0);
+  put(101, 100, -10.0);
+  put(319, 239, -0.015625);
+  return EncodeSit(fields);
+}
+
+std::uint32_t Little(const QByteArray& bytes, qsizetype at, int count) {
+  std::uint32_t value = 0;
+  for (int i = count - 1; i >= 0; --i) {
+    value = value << 8 | static_cast<std::uint8_t>(bytes.at(at + i));
+  }
+  return value;
+}
+
+class Tool : public ::testing::Test {
+ protected:
+  QString Path(const char* name) const { return folder_.Path(QString::fromLatin1(name)); }
+  QString Write(const char* name, const Bytes& bytes) const {
+    return folder_.Write(QString::fromLatin1(name), bytes);
+  }
+  /// Runs the tool; arguments that name a file of the folder begin with "@".
+  Outcome Run(const std::vector<const char*>& words) const {
+    QStringList arguments;
+    for (const char* word : words) {
+      arguments += *word == '@' ? Path(word + 1) : QString::fromUtf8(word);
+    }
+    return RunProgram("tessatool", arguments);
+  }
+  /// An export that has to succeed without a word; returns what it wrote.
+  QByteArray Export(std::vector<const char*> words, const char* target) const {
+    words.insert(words.begin(), {"export", "@s.sit", "-o", target, "--force"});
+    const Outcome outcome = Run(words);
+    EXPECT_EQ(outcome.Status, 0) << outcome.Error;
+    EXPECT_THAT(outcome.Out + outcome.Error, IsEmpty());
+    return ReadAll(Path(target + 1));
+  }
+  std::string Names() const { return folder_.Names().join(QLatin1Char(' ')).toStdString(); }
+
+  TestFolder folder_;
+  QString sit_ = Write("s.sit", Sit());
+};
+
+TEST_F(Tool, InfoAsJsonGivesEveryFieldItsExactValue) {
+  const Outcome outcome = Run({"info", "--json", "@s.sit"});
+  EXPECT_EQ(outcome.Status, 0);
+  EXPECT_THAT(outcome.Error, IsEmpty());
+  const QJsonObject report =
+      QJsonDocument::fromJson(QByteArray::fromStdString(outcome.Out)).object();
+  QJsonObject expected = QJsonDocument::fromJson(R"({
+    "CurrentFileName": "S.SIT", "Kind": "SIT", "ImageKind": 3, "PreviousKindIndex": 4,
+    "HasTemperature": true, "ImageWidth": 320, "ImageHeight": 240, "BufferWidth": 320,
+    "SitTempMin": -10, "SitTempMax": 70, "SitScaleMin": 20, "SitScaleMax": 40,
+    "CalRangeMin": -40, "CalRangeMax": 120, "Emissivity": 0.95,
+    "PixelGain": 0.015625, "PixelOffset": -20, "ScaleLowText": "20.0", "ScaleHighText": "40.0",
+    "DisplayUnits": "C", "FileUnits": "C", "ImageDate": "1/15/2026", "ImageTime": "2:30:05 PM",
+    "Comment": "Boiler", "Memo": "", "SitVersion": 3, "SitFileLength": 156160,
+    "SoundEmbedded": false, "SoundFile": "", "PaletteReversed": false, "IsLegacy8Bit": false,
+    "RangeControl": {"ScaleMaxLimit": 90, "ScaleMinLimit": -30, "ImageMarkMax": 70,
+                     "ImageMarkMin": -10, "RangeMaxValue": 40, "RangeMinValue": 20},
+    "Problems": []})")
+                             .object();
+  ASSERT_EQ(expected.size(), 33);
+  expected[QStringLiteral("CurrentFile")] = sit_.toUpper();
+  expected[QStringLiteral("Status")] = QJsonArray{QString(),
+                                                  QString(),
+                                                  QString(),
+                                                  QStringLiteral("Emissivity: 0.95"),
+                                                  QStringLiteral("Range: -40.0 to 120.0"),
+                                                  sit_.toUpper()};
+  for (const QString& key : expected.keys()) {
+    EXPECT_EQ(report.value(key), expected.value(key)) << key.toStdString();
+  }
+  EXPECT_THAT(outcome.Out, HasSubstr("\"Emissivity\": 0.95,"));
+}
+
+TEST_F(Tool, InfoAsTextNamesTheFactsOfTheImage) {
+  const Outcome outcome = Run({"info", "@s.sit"});
+  EXPECT_EQ(outcome.Status, 0);
+  for (const char* fact : {"s.sit\n", "SIT\n", "320 x 240", "1/15/2026 2:30:05 PM", "Boiler",
+                           "-10.0 to 70.0 \u00B0C", "20.0 to 40.0 \u00B0C", "0.95"}) {
+    EXPECT_THAT(outcome.Out, HasSubstr(fact));
+  }
+}
+
+TEST_F(Tool, BrokenFilesAreReportedAndTheOthersStill) {
+  Bytes cut = Sit();
+  cut.resize(2000);
+  Write("cut.sit", cut);
+  Write("text.sit", Bytes(3000, '\n'));
+  Write("notes.txt", Bytes{'x'});
+  const Outcome outcome =
+      Run({"info", "--json", "@none.sit", "@s.sit", "@text.sit", "@cut.sit", "@notes.txt"});
+  EXPECT_EQ(outcome.Status, 1);
+  for (const char* name : {"/none.sit: ", "/text.sit: ", "/notes.txt: "}) {
+    EXPECT_THAT(outcome.Error, HasSubstr(name));
+  }
+  EXPECT_THAT(outcome.Error, HasSubstr("No such file"));
+  EXPECT_EQ(std::count(outcome.Error.begin(), outcome.Error.end(), '\n'), 3);
+  const QJsonArray reports =
+      QJsonDocument::fromJson(QByteArray::fromStdString(outcome.Out)).array();
+  ASSERT_EQ(reports.size(), 2);
+  EXPECT_EQ(reports[0][QStringLiteral("CurrentFileName")].toString().toStdString(), "S.SIT");
+  const QJsonValue problem = reports[1][QStringLiteral("Problems")][0];
+  EXPECT_EQ(problem[QStringLiteral("kind")].toString().toStdString(), "truncated");
+  EXPECT_EQ(problem[QStringLiteral("offset")].toInt(), 2000);
+  EXPECT_EQ(problem[QStringLiteral("field")].toString().toStdString(), "Raster");
+  EXPECT_FALSE(problem[QStringLiteral("text")].toString().isEmpty());
+  EXPECT_EQ(Run({"info", "@text.sit"}).Out, "");
+  EXPECT_EQ(Run({"info", "@cut.sit"}).Status, 0);
+}
+
+TEST_F(Tool, CsvHoldsTheShortestDigitsThatGiveEachValueBack) {
+  const QByteArray text = Export({}, "@t.csv");
+  const QList<QByteArray> lines = text.split('\n');
+  ASSERT_EQ(lines.size(), 241);  // The last line ends too.
+  EXPECT_TRUE(lines[240].isEmpty());
+  EXPECT_TRUE(lines[0].startsWith("36.609375,0,30,20,20,"));
+  EXPECT_TRUE(lines[239].endsWith(",20,-0.015625"));
+  for (const QByteArray& line : lines.first(240)) {
+    ASSERT_EQ(line.count(','), 319);
+  }
+  const QByteArray fahrenheit = Export({"--unit", "F"}, "@f.csv");
+  // 36.609375 x 1.8 + 32 = 97.896875
+  EXPECT_TRUE(fahrenheit.startsWith("97.89687,32,86,68,")) << fahrenheit.left(40).constData();
+  const QByteArray number = fahrenheit.left(fahrenheit.indexOf(','));
+  float value = 0;
+  std::from_chars(number.begin(), number.end(), value);
+  EXPECT_EQ(value, 97.896875F);
+}
+
+TEST_F(Tool, TifHoldsTheTemperaturesThemselves) {
+  const QByteArray bytes = Export({"--unit", "F"}, "@t.tif");  // Celsius all the same.
+  ASSERT_EQ(bytes.left(4), QByteArray("II*\0", 4));
+  const qsizetype directory = Little(bytes, 4, 4);
+  std::map<std::uint32_t, std::uint32_t> fields;
+  for (qsizetype i = 0; i < Little(bytes, directory, 2); ++i) {
+    const qsizetype entry = directory + 2 + i * 12;
+    fields[Little(bytes, entry, 2)] =
+        Little(bytes, entry + 8, Little(bytes, entry + 2, 2) == 3 ? 2 : 4);
+  }
+  EXPECT_EQ(fields[256], 320U);
+  EXPECT_EQ(fields[257], 240U);
+  EXPECT_EQ(fields[258], 32U);
+  EXPECT_EQ(fields[259], 1U);
+  EXPECT_EQ(fields[277], 1U);
+  EXPECT_EQ(fields[339], 3U);  // Floating point.
+  ASSERT_EQ(fields[279], 320U * 240U * 4U);
+  ASSERT_GE(bytes.size(), static_cast<qsizetype>(fields[273] + fields[279]));
+  const auto at = [&](int column, int row) {
+    return std::bit_cast<float>(
+        Little(bytes, static_cast<qsizetype>(fields[273]) + (row * 320 + column) * 4, 4));
+  };
+  EXPECT_EQ(at(0, 0), 36.609375F);
+  EXPECT_EQ(at(1, 0), 0.0F);
+  EXPECT_EQ(at(100, 100), 70.0F);
+  EXPECT_EQ(at(0, 239), 20.0F);
+  EXPECT_EQ(at(319, 239), -0.015625F);
+}
+
+TEST_F(Tool, PicturesHoldTheIndicesInTheChosenPalette) {
+  const QByteArray palettes = ReadAll(QStringLiteral(TESSA_BINARY_FOLDER "/palette.dta"));
+  /// Entry of palette `number` as the bitmap holds it: blue, green, red, 0.
+  const auto colour = [&](int number, int entry) {
+    const char* const at = palettes.constData() + number * 1024 + entry * 4;
+    return QByteArray{}.append(at[2]).append(at[1]).append(at[0]).append('\0');
+  };
+  const QByteArray plain = Export({}, "@t.bmp");
+  const QByteArray named = Export({"--palette", "hot iron", "--reverse"}, "@h.bmp");
+  const QByteArray numbered = Export({"--palette", "10"}, "@n.bmp");
+  ASSERT_EQ(plain.size(), 1078 + 320 * 240);
+  EXPECT_EQ(Little(plain, 28, 2), 8U);
+  // Stored from the bottom: the top row starts at 239 rows.
+  const auto index = [](const QByteArray& bitmap, int column, int row) {
+    return static_cast<int>(
+        static_cast<std::uint8_t>(bitmap.at(1078 + (239 - row) * 320 + column)));
+  };
+  EXPECT_EQ(index(plain, 0, 0), 212);  // 12.75 x 36.609375 - 255 = 211.8
+  EXPECT_EQ(index(plain, 1, 0), 0);
+  EXPECT_EQ(index(plain, 2, 0), 128);
+  EXPECT_EQ(index(plain, 100, 100), 255);
+  EXPECT_EQ(plain.mid(1078), named.mid(1078));
+  for (const int entry : {0, 77, 128, 255}) {
+    EXPECT_EQ(plain.mid(54 + entry * 4, 4), colour(0, entry)) << entry;
+    EXPECT_EQ(numbered.mid(54 + entry * 4, 4), colour(10, entry)) << entry;
+    EXPECT_EQ(named.mid(54 + entry * 4, 4), colour(10, 255 - entry)) << entry;
+  }
+  Export({"--palette", "10"}, "@t.png");
+  Export({"--palette", "10"}, "@t.jpg");
+  const QImage png(Path("t.png"));
+  const QImage jpeg(Path("t.jpg"));
+  ASSERT_EQ(png.size(), QSize(320, 240));
+  ASSERT_EQ(jpeg.size(), QSize(320, 240));
+  const QByteArray hot = colour(10, 255);
+  EXPECT_EQ(png.pixel(100, 100),
+            qRgb(static_cast<std::uint8_t>(hot[2]), static_cast<std::uint8_t>(hot[1]),
+                 static_cast<std::uint8_t>(hot[0])));
+  EXPECT_NEAR(qGreen(jpeg.pixel(200, 200)), qGreen(png.pixel(200, 200)), 6);
+}
+
+TEST_F(Tool, TheRangeDecidesWhichTemperaturesSpanThePalette) {
+  const auto first = [this](std::vector<const char*> words) {
+    const QByteArray bitmap = Export(std::move(words), "@r.bmp");
+    const qsizetype top = 1078 + 239 * 320;
+    return std::array<int, 2>{static_cast<std::uint8_t>(bitmap.at(top + 1)),
+                              static_cast<std::uint8_t>(bitmap.at(top + 2))};
+  };
+  using ::testing::ElementsAre;  // 0 and 30 degrees.
+  EXPECT_THAT(first({"--range", "stored"}), ElementsAre(0, 128));
+  EXPECT_THAT(first({"--range", "image"}), ElementsAre(32, 128));    // 31.9 and 127.5
+  EXPECT_THAT(first({"--range", "-30:30"}), ElementsAre(128, 255));  // 127.5
+  EXPECT_THAT(first({"--range", "30:-30"}), ElementsAre(128, 0));
+  EXPECT_THAT(first({"--range=-200:1000"}), ElementsAre(42, 49));  // 42.5 to even; 48.9
+  EXPECT_THAT(first({"--range", "32:122", "--unit", "F"}), ElementsAre(0, 153));  // 0 to 50
+}
+
+TEST_F(Tool, NothingIsOverwrittenUnasked) {
+  Write("old.csv", Bytes{'o', 'l', 'd'});
+  Outcome outcome = Run({"export", "@s.sit", "-o", "@old.csv"});
+  EXPECT_EQ(outcome.Status, 1);
+  EXPECT_THAT(outcome.Error, HasSubstr("--force"));
+  EXPECT_EQ(ReadAll(Path("old.csv")), "old");
+  EXPECT_EQ(Run({"export", "@s.sit", "-o", "@old.csv", "--force"}).Status, 0);
+  EXPECT_GT(ReadAll(Path("old.csv")).size(), 76800 * 2);
+
+  Write("own.bmp", EncodeBmp8(1, 1, Bytes{7}, 1, {}));
+  const QByteArray before = ReadAll(Path("own.bmp"));
+  ASSERT_TRUE(QFile::link(Path("own.bmp"), Path("link.bmp")));
+  for (const char* target : {"@own.bmp", "@link.bmp", "@./own.bmp"}) {
+    outcome = Run({"export", "@own.bmp", "-o", target, "--force"});
+    EXPECT_EQ(outcome.Status, 1) << target;
+    EXPECT_EQ(ReadAll(Path("own.bmp")), before);
+  }
+  EXPECT_EQ(Names(), "link.bmp old.csv own.bmp s.sit");
+}
+
+TEST_F(Tool, SeveralImagesGoIntoAFolderAndOneFailureStopsNoOther) {
+  Write("b.SIT", Sit());
+  Write("bad.sit", Bytes(5000, '\n'));
+  const Outcome outcome =
+      Run({"export", "@s.sit", "@bad.sit", "@b.SIT", "--folder", "@out/deep", "--to", "PNG"});
+  EXPECT_EQ(outcome.Status, 1);
+  EXPECT_THAT(outcome.Error, HasSubstr("/bad.sit: "));
+  EXPECT_EQ(
+      QDir(Path("out/deep")).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot),
+      (QStringList{QStringLiteral("b.png"), QStringLiteral("s.png")}));
+
+  Write("s.bmp", EncodeBmp8(1, 1, Bytes{7}, 1, {}));
+  EXPECT_EQ(Run({"export", "@s.sit", "@s.bmp", "--folder", "@two", "--to", "png"}).Status, 2);
+  EXPECT_FALSE(QFileInfo::exists(Path("two")));
+  EXPECT_EQ(Names(), "b.SIT bad.sit out s.bmp s.sit");
+}
+
+TEST_F(Tool, WhatAPictureDoesNotHoldCannotBeExported) {
+  Write("p.bmp", EncodeBmp8(2, 1, Bytes{7, 9}, 2, {}));
+  for (const auto& words : std::vector<std::vector<const char*>>{
+           {"export", "@p.bmp", "-o", "@x.csv"},
+           {"export", "@p.bmp", "-o", "@x.tif"},
+           {"export", "@p.bmp", "-o", "@x.png", "--range", "0:50"},
+           {"export", "@none.sit", "-o", "@x.png"},
+           {"export", "@s.sit", "-o", "@none/x.png"},
+           {"export", "@s.sit", "--folder", "@s.sit", "--to", "png"}}) {
+    const Outcome outcome = Run(words);
+    EXPECT_EQ(outcome.Status, 1) << words[3];
+    EXPECT_THAT(outcome.Error, HasSubstr("tessatool: ")) << words[3];
+  }
+  EXPECT_EQ(Names(), "p.bmp s.sit");
+}
+
+TEST_F(Tool, WrongCallsEndWithStatusTwo) {
+  for (const auto& words : std::vector<std::vector<const char*>>{
+           {},
+           {"look", "@s.sit"},
+           {"info"},
+           {"info", "--jason", "@s.sit"},
+           {"export", "@s.sit"},
+           {"export", "@s.sit", "-o", "@x.gif"},
+           {"export", "@s.sit", "-o", "@x"},
+           {"export", "@s.sit", "@s.sit", "-o", "@x.png"},
+           {"export", "@s.sit", "--folder", "@y"},
+           {"export", "@s.sit", "--to", "png"},
+           {"export", "@s.sit", "-o", "@x.png", "--folder", "@y", "--to", "png"},
+           {"export", "@s.sit", "-o", "@x.png", "--palette", "PINK"},
+           {"export", "@s.sit", "-o", "@x.png", "--palette", "18"},
+           {"export", "@s.sit", "-o", "@x.png", "--unit", "K"},
+           {"export", "@s.sit", "-o", "@x.png", "--range", "20"},
+           {"export", "@s.sit", "-o", "@x.png", "--range", "20:"},
+           {"export", "@s.sit", "-o", "@x.png", "--range", "nan:5"},
+           {"export", "@s.sit", "-o", "@x.png", "--range", "1:2:3"}}) {
+    const Outcome outcome = Run(words);
+    EXPECT_EQ(outcome.Status, 2) << (words.empty() ? "no command" : words.back());
+    EXPECT_THAT(outcome.Error, ::testing::Not(IsEmpty()));
+  }
+  EXPECT_EQ(Run({"--help"}).Status, 0);
+  EXPECT_EQ(Names(), "s.sit");
+}
+
+TEST_F(Tool, MeasuredTemperaturesComeBackFromASampleFile) {
+  std::vector<float> celsius(76800);
+  Bytes raw(celsius.size() * 4);
+  for (std::size_t i = 0; i < celsius.size(); ++i) {
+    celsius[i] = -20.0F + static_cast<float>(i * 7919 % 10007) * 0.0123F;
+    std::memcpy(raw.data() + i * 4, &celsius[i], 4);
+  }
+  Write("raw.f32", raw);
+  const Outcome made = RunProgram(
+      "make_samples", {QStringLiteral("--from"), Path("raw.f32"), QStringLiteral("--size"),
+                       QStringLiteral("320x240"), QStringLiteral("-o"), Path("made.sit")});
+  ASSERT_EQ(made.Status, 0) << made.Error;
+  ASSERT_EQ(Run({"export", "@made.sit", "-o", "@made.csv"}).Status, 0);
+  const QList<QByteArray> numbers = ReadAll(Path("made.csv")).replace('\n', ',').split(',');
+  ASSERT_EQ(numbers.size(), 76801);
+  for (std::size_t i = 0; i < celsius.size(); ++i) {
+    // Half a count of a hundredth of a degree, and the rounding of the gain.
+    ASSERT_NEAR(numbers[static_cast<qsizetype>(i)].toDouble(), static_cast<double>(celsius[i]),
+                0.0051)
+        << i;
+  }
+  EXPECT_NE(RunProgram("make_samples",
+                       {QStringLiteral("--from"), Path("raw.f32"), QStringLiteral("--size"),
+                        QStringLiteral("320x241"), QStringLiteral("-o"), Path("bad.sit")})
+                .Status,
+            0);
+  EXPECT_EQ(Names(), "made.csv made.sit raw.f32 s.sit");
+}
+
+}  // namespace
+}  // namespace tessa::testing
