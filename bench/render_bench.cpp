@@ -1,23 +1,8 @@
-#include <benchmark/benchmark.h>
-
-#include <QDir>
-#include <QTemporaryDir>
-
-#include "core/file_access.h"
+#include "bench_support.h"
 #include "core/load_image.h"
-#include "formats/sit.h"
 
 namespace tessa {
 namespace {
-
-void PerPixel(benchmark::State& state, double pixels) {
-  state.counters["ns/pixel"] = benchmark::Counter(
-      pixels * 1e-9, benchmark::Counter::kIsIterationInvariantRate | benchmark::Counter::kInvert);
-}
-
-ApplicationFolder NoFolder() {
-  return {QDir::tempPath(), QDir::tempPath()};
-}
 
 /// A change of range: from the temperature grid to the indices in the buffer.
 void Render(benchmark::State& state) {
@@ -52,26 +37,6 @@ BENCHMARK(Render)
     ->Args({640, 480})
     ->Args({1500, 1200})
     ->Unit(benchmark::kMicrosecond);
-
-/// A whole load: from a path to the finished 8-bit buffer.
-void LoadSitFile(benchmark::State& state) {
-  const QTemporaryDir folder;
-  const QString path = folder.filePath(QStringLiteral("bench.sit"));
-  SitFields fields;
-  fields.Counts.resize(std::size_t{kSitWidth} * kSitHeight);
-  for (std::size_t i = 0; i < fields.Counts.size(); ++i) {
-    fields.Counts[i] = static_cast<std::int16_t>(i * 7919 % 6000);
-  }
-  WriteWholeFile(path, EncodeSit(fields), Overwrite::kReplace);
-  Session session(NoFolder());
-  Progress progress;
-  for (auto _ : state) {
-    OpenPath(path, session, progress);
-    benchmark::DoNotOptimize(session.Buffers.Picbuf1.Pixels().data());
-  }
-  PerPixel(state, kSitWidth * static_cast<double>(kSitHeight));
-}
-BENCHMARK(LoadSitFile)->Unit(benchmark::kMicrosecond);
 
 }  // namespace
 }  // namespace tessa

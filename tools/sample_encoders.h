@@ -1,10 +1,13 @@
 #pragma once
 
+#include <span>
 #include <string>
 
 #include "formats/byte_writer.h"
 #include "scenes.h"
 
+/// Scenes as files of every kind that the program reads. Each function throws std::runtime_error
+/// with one plain line when its kind cannot hold what it is given.
 namespace tessa::tools {
 
 /// What a camera would have written beside the picture.
@@ -12,18 +15,47 @@ struct SampleFacts {
   std::string Comment;  // Code page 1252.
   std::string Memo;
   std::string DateText = "260115";  // YYMMDD
-  std::string TimeText = "163005";  // HHMMSS
+  std::string TimeText = "163005";  // HHMMSS; of the first frame.
+  int SecondsBetweenFrames = 2;
   double Emissivity = 0.95;
-  double RangeLow = -40.0;  // Calibrated range, degrees Celsius.
+  double RangeLow = -40.0;  // Calibrated range, degrees Celsius; widened to hold the scene.
   double RangeHigh = 120.0;
 };
 
-/// The scene, cut and resampled to 320 x 240, as a SIT file. The gain is as fine as the scene's
-/// span allows; the stored scale covers all but the most extreme half percent at each end.
-Bytes SceneAsSit(const Scene& scene, const SampleFacts& facts);
+/// What a SIT file can carry behind its picture.
+struct SampleAttachments {
+  Bytes Photo;        // A whole JPEG; empty: none.
+  bool Tone = false;  // A short tone in the camera's own sound format.
+};
 
-/// The scene in its own size as an 8-bit grey picture spanning its extremes, in the format of
-/// `ending`: "bmp", "tif" or "jpg". Throws std::runtime_error.
+// Stills of fixed size: the scene is cut about its centre and resampled. Gains are as fine as the
+// scene's span allows; stored scales cover all but the most extreme half percent at each end.
+
+/// 320 x 240.
+Bytes SceneAsSit(const Scene& scene, const SampleFacts& facts,
+                 const SampleAttachments& attachments = {});
+/// 255 x 223, 16-bit.
+Bytes SceneAsTmp(const Scene& scene, const SampleFacts& facts);
+/// 255 x 207, 8-bit.
+Bytes SceneAsLegacyTmp(const Scene& scene, const SampleFacts& facts);
+/// 320 x 240 tenths of a kelvin.
+Bytes SceneAsBin(const Scene& scene);
+
+// Pictures in the scene's own size, from its coldest to its hottest pixel.
+
+/// 8-bit grey without temperatures in the format of `ending`: "bmp", "tif" or "jpg".
 Bytes SceneAsPicture(const Scene& scene, const std::string& ending);
+Bytes SceneAsTxi(const Scene& scene);
+/// A bitmap with a temperature trailer.
+Bytes SceneAsRadiometricBmp(const Scene& scene);
+
+// Sequences of frames of one size.
+
+enum class Stamps { kNone, kEachFrame };
+Bytes FramesAsSnapshot(std::span<const Scene> frames, const SampleFacts& facts, Stamps stamps);
+/// `depth` is 16, or 8 for levels between the coldest and the hottest pixel of all frames.
+Bytes FramesAsContainer(std::span<const Scene> frames, const SampleFacts& facts, int depth);
+/// One frame in a file of its own, for beside a snapshot or sequence.
+Bytes SceneAsFrameFile(const Scene& scene);
 
 }  // namespace tessa::tools

@@ -25,6 +25,7 @@
 #include "shell/tool_icon_widget.h"
 #include "shell/view_pict_widget.h"
 #include "shell/window_progress_widget.h"
+#include "view/eliding_label_widget.h"
 #include "view/palette_swatch_widget.h"
 #include "view/palettes.h"
 #include "view/units.h"
@@ -182,6 +183,8 @@ QWidget* MainWindow::MakeDisplayPanel() {
   paletteList_->setObjectName(QStringLiteral("Combo1"));
   paletteList_->setIconSize(kSwatchSize);
   paletteList_->setMaxVisibleItems(kOfferedPalettes);
+  // In the smallest window the swatch alone stays.
+  paletteList_->setMinimumWidth(kSwatchSize.width() + 34);
   paletteLabel_->setBuddy(paletteList_);
   connect(paletteList_, &QComboBox::activated, this, &MainWindow::ChoosePalette);
   celsius_ = new QRadioButton(panel);
@@ -206,7 +209,9 @@ void MainWindow::MakeStatusBar() {
   bar->setObjectName(QStringLiteral("StatusBar1"));
   bar->setContentsMargins(6, 0, 0, 0);
   for (std::size_t i = 1; i <= ViewState::kStatusPanels; ++i) {
-    auto* const panel = new QLabel(bar);
+    // A long path gives up its middle, never the file's name.
+    QLabel* const panel =
+        i == ViewState::kStatusPanels ? new ElidingLabel(Qt::ElideMiddle, bar) : new QLabel(bar);
     panel->setObjectName(QStringLiteral("StatusBar1Panel%1").arg(i));
     panel->setTextFormat(Qt::PlainText);
     statusPanels_[i] = panel;
@@ -456,7 +461,10 @@ void MainWindow::ShowPreferences() {
   PreferencesDialog dialog(session_, user_, this);
   connect(&dialog, &PreferencesDialog::LanguageChanged, this,
           [this] { languageBox_->setChecked(true); });
-  connect(&dialog, &PreferencesDialog::Saved, this, &MainWindow::BringIntoLine);
+  connect(&dialog, &PreferencesDialog::Saved, this, [this] {
+    session_.Cursor = Readout{};  // The unit may be another one.
+    BringIntoLine();
+  });
   dialog.exec();
   Activated();
 }

@@ -2,13 +2,25 @@
 
 #include <QMenu>
 #include <QMenuBar>
-#include <QSet>
 
 namespace tessa {
 namespace {
 
-/// The caption with a mark before its first letter that no neighbour uses.
-QString Marked(const QString& caption, QSet<QChar>& used) {
+void AssignTo(const QList<QAction*>& actions) {
+  QSet<QChar> used;
+  for (QAction* const action : actions) {
+    if (!action->isSeparator()) {
+      action->setText(WithMnemonic(action->text(), used));
+    }
+    if (action->menu() != nullptr) {
+      AssignTo(action->menu()->actions());
+    }
+  }
+}
+
+}  // namespace
+
+QString WithMnemonic(const QString& caption, QSet<QChar>& used) {
   bool wordStart = true;
   // First letters of words are looked at before the letters inside them.
   for (const bool insideWords : {false, true}) {
@@ -24,20 +36,6 @@ QString Marked(const QString& caption, QSet<QChar>& used) {
   }
   return caption;
 }
-
-void AssignTo(const QList<QAction*>& actions) {
-  QSet<QChar> used;
-  for (QAction* const action : actions) {
-    if (!action->isSeparator()) {
-      action->setText(Marked(action->text(), used));
-    }
-    if (action->menu() != nullptr) {
-      AssignTo(action->menu()->actions());
-    }
-  }
-}
-
-}  // namespace
 
 void AssignMnemonics(QMenuBar& bar) {
   AssignTo(bar.actions());

@@ -15,6 +15,7 @@
 
 #include "core/load_image.h"
 #include "core/viewer_ini.h"
+#include "shell/mnemonics_widget.h"
 #include "view/palette_swatch_widget.h"
 #include "view/palettes.h"
 #include "view/units.h"
@@ -27,22 +28,6 @@ constexpr int kPanelCharacters = 54;
 constexpr int kMargin = 16;
 constexpr int kColumnGap = 12;
 constexpr int kRowGap = 10;
-
-/// The caption with the mark of a keyboard letter that no other caption of the dialog has, if
-/// possible the first of a word.
-QString WithLetter(const QString& caption, QSet<QChar>& taken) {
-  for (const bool atWordStart : {true, false}) {
-    for (qsizetype i = 0; i < caption.size(); ++i) {
-      const QChar letter = caption[i].toUpper();
-      const bool isWordStart = i == 0 || !caption[i - 1].isLetter();
-      if (letter.isLetter() && isWordStart == atWordStart && !taken.contains(letter)) {
-        taken.insert(letter);
-        return QString(caption).insert(i, QLatin1Char('&'));
-      }
-    }
-  }
-  return caption;
-}
 
 /// The path as it is kept. The separator goes on first, so that a name's own final blank stays.
 QString WithFinalSeparator(const QString& path) {
@@ -166,7 +151,7 @@ void PreferencesDialog::SetWindowLanguage() {
   setWindowTitle(words.LangString(190, "Corvane T-40 Viewer Setup"));
   QSet<QChar> taken;
   const auto caption = [&](int id, const char* text) {
-    return WithLetter(words.LangString(id, text), taken);
+    return WithMnemonic(words.LangString(id, text), taken);
   };
   save_->setText(caption(225, "Save Changes"));
   defaults_->setText(caption(218, "Restore Defaults"));

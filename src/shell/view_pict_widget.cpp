@@ -11,6 +11,7 @@
 #include <QWheelEvent>
 
 #include "shell/tool_icon_widget.h"
+#include "view/eliding_label_widget.h"
 #include "view/picbuf_widget.h"
 #include "view/range_panel_widget.h"
 #include "view/readout.h"
@@ -24,21 +25,6 @@ constexpr int kMargin = 8;
 /// The surround of a picture: dark and neutral on every desktop, so that colours read the same.
 const QColor kCanvasColour(0x23, 0x25, 0x29);
 const QColor kCanvasInk(0xD8, 0xDE, 0xE9);
-
-/// A label that gives up width before anything beside it does, ending in dots.
-class ElidingLabel : public QLabel {
- public:
-  using QLabel::QLabel;
-  QSize minimumSizeHint() const override { return {20, QLabel::minimumSizeHint().height()}; }
-
- protected:
-  void paintEvent(QPaintEvent* /*event*/) override {
-    QPainter painter(this);
-    painter.setPen(palette().color(QPalette::WindowText));
-    painter.drawText(rect(), static_cast<int>(Qt::AlignVCenter | Qt::AlignLeft),
-                     fontMetrics().elidedText(text(), Qt::ElideRight, width()));
-  }
-};
 
 }  // namespace
 
@@ -116,7 +102,7 @@ QToolButton* ViewPictWidget::MakeStepButton(const QString& icon, int step) {
 QWidget* ViewPictWidget::MakeBottomPanel() {
   bottomPanel_ = new QWidget(this);
   bottomPanel_->setObjectName(QStringLiteral("SSPanel1"));
-  comment_ = new ElidingLabel(bottomPanel_);
+  comment_ = new ElidingLabel(Qt::ElideRight, bottomPanel_);
   comment_->setObjectName(QStringLiteral("ssComment"));
   taken_ = new QLabel(bottomPanel_);
   taken_->setObjectName(QStringLiteral("ssMemo"));

@@ -203,7 +203,12 @@ void RangePanelWidget::ShowToggle() {
   toggle_->setText(stored ? words.LangString(309, "Camera Defined")
                           : words.LangString(310, "Auto Scale"));
   QPalette colours = toggle_->palette();
-  colours.setColor(QPalette::ButtonText, stored ? QColor(192, 0, 0) : QColor(0, 192, 0));
+  // On dark desktops the same two colours, light enough to be read.
+  constexpr int kDarkBelow = 128;
+  const bool dark = palette().color(QPalette::Button).lightness() < kDarkBelow;
+  const QColor red = dark ? QColor(255, 118, 110) : QColor(192, 0, 0);
+  const QColor green = dark ? QColor(96, 220, 120) : QColor(0, 128, 0);
+  colours.setColor(QPalette::ButtonText, stored ? red : green);
   toggle_->setPalette(colours);
   toggle_->setIcon(ToolIcon(stored ? QStringLiteral("stored_range") : QStringLiteral("image_range"),
                             palette().color(QPalette::WindowText)));

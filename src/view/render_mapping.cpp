@@ -26,15 +26,20 @@ float SafeDegrees(const RenderLine& line) {
   return degrees >= 0.0 ? static_cast<float>(std::fmin(degrees, kLargestSingle)) : -1.0F;
 }
 
-std::int32_t Clip(std::int32_t value) {
-  return std::clamp(value, 0, 255);
-}
-
-void MapSlowly(std::span<const float> degrees, const RenderLine& line, std::int32_t& lastValue,
-               std::int32_t* cells, std::uint8_t* indices) {
+/// Pixel by pixel: those beyond doubt in double, the others in extended precision.
+void MapSlowly(std::span<const float> degrees, const RenderLine& line, float safeDegrees,
+               std::int32_t& lastValue, std::int32_t* cells, std::uint8_t* indices) {
   for (std::size_t i = 0; i < degrees.size(); ++i) {
-    MapToIndexExtended(degrees[i], line, lastValue);
-    lastValue = Clip(lastValue);
+    const double sum = static_cast<double>(degrees[i]) * static_cast<double>(line.Gain) +
+                       static_cast<double>(line.Offset);
+    const double clipped = std::clamp(sum, 0.0, 255.0);
+    const double rounded = std::rint(clipped);
+    if (std::fabs(degrees[i]) <= safeDegrees && std::fabs(clipped - rounded) != kHalf) {
+      lastValue = static_cast<std::int32_t>(rounded);
+    } else {
+      MapToIndexExtended(degrees[i], line, lastValue);
+      lastValue = std::clamp(lastValue, 0, 255);
+    }
     cells[i] = lastValue;
     indices[i] = static_cast<std::uint8_t>(lastValue);
   }
@@ -118,7 +123,7 @@ bool MapBlock(const float* degrees, const RenderLine& line, float safeDegrees, s
       return false;
     }
     const double clipped = std::clamp(sum, 0.0, 255.0);
-    const double rounded = std::nearbyint(clipped);
+    const double rounded = std::rint(clipped);
     safe = safe && std::fabs(clipped - rounded) != kHalf;
     cells[i] = static_cast<std::int32_t>(rounded);
     indices[i] = static_cast<std::uint8_t>(rounded);
@@ -135,7 +140,7 @@ bool MapToIndexExtended(float degrees, const RenderLine& line, std::int32_t& val
   constexpr long double kHighest = 2147483647.0L;
   const long double sum = static_cast<long double>(line.Gain) * static_cast<long double>(degrees) +
                           static_cast<long double>(line.Offset);
-  const long double rounded = std::nearbyint(sum);
+  const long double rounded = std::rint(sum);
   if (!(rounded >= kLowest && rounded <= kHighest)) {
     return false;
   }
@@ -149,7 +154,7 @@ void MapToIndices(std::span<const float> degrees, const RenderLine& line, std::i
   std::size_t at = 0;
   for (; at + kBlock <= degrees.size(); at += kBlock) {
     if (!MapBlock(degrees.data() + at, line, safeDegrees, cells.data() + at, indices.data() + at)) {
-      MapSlowly(degrees.subspan(at, kBlock), line, lastValue, cells.data() + at,
+      MapSlowly(degrees.subspan(at, kBlock), line, safeDegrees, lastValue, cells.data() + at,
                 indices.data() + at);
     } else {
       lastValue = cells[at + kBlock - 1];
@@ -168,7 +173,8 @@ void MapToIndices(std::span<const float> degrees, const RenderLine& line, std::i
       std::copy_n(bytes.begin(), rest, indices.data() + at);
       lastValue = values[rest - 1];
     } else {
-      MapSlowly(degrees.subspan(at), line, lastValue, cells.data() + at, indices.data() + at);
+      MapSlowly(degrees.subspan(at), line, safeDegrees, lastValue, cells.data() + at,
+                indices.data() + at);
     }
   }
 }
