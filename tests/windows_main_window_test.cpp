@@ -1,7 +1,9 @@
 #include <QAction>
 #include <QApplication>
 #include <QCheckBox>
+#include <QClipboard>
 #include <QComboBox>
+#include <QFileInfo>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
@@ -267,7 +269,13 @@ class ScriptedDialogs : public Dialogs {
     AskedFilter = question.FilterIndex;
     return answer_;
   }
+  std::optional<QString> AskSaveFile(const SaveFileQuestion& question) override {
+    AskedSave = QFileInfo(question.Suggestion).fileName();
+    return std::nullopt;
+  }
+  Answer AskYesNoCancel(const QString& /*text*/) override { return Answer::kNo; }
   int AskedFilter = 0;
+  QString AskedSave;
 
  private:
   QString answer_;
@@ -294,6 +302,13 @@ TEST_F(MainWindowTest, EveryCommandOfTheTableDoesItsWork) {
       {"mnusetup", [&] { return modal == QStringLiteral("CaptureSetup"); }},
       {"mnubout", [&] { return modal == QStringLiteral("About"); }},
       {"mnuExit", [&] { return !window_->isVisible(); }},
+      {"mnuSave", [&] { return dialogs.AskedSave == QStringLiteral("Scene.BMP"); }},
+      {"btnSaveBMP", [&] { return dialogs.AskedSave == QStringLiteral("Scene.BMP"); }},
+      {"mnuSaveJPG", [&] { return dialogs.AskedSave == QStringLiteral("Scene.JPG"); }},
+      {"mnuSaveTXI", [&] { return dialogs.AskedSave.isEmpty(); }},  // Not for SIT images.
+      {"mnucopyclip", [&] { return QApplication::clipboard()->image().width() == kSitWidth; }},
+      {"mnucopyclip2", [&] { return QApplication::clipboard()->image().width() < 80; }},
+      {"mnucopyclip3", [&] { return QApplication::clipboard()->image().width() > kSitWidth; }},
       {"btnTrend", [&] { return session_.View.TrendSaysWhiteHot; }},
       {"ZoomIn", [&] { return zoom.ZoomLevel == 3; }},
       {"ZoomOut", [&] { return zoom.ZoomLevel == 1; }},
@@ -312,10 +327,15 @@ TEST_F(MainWindowTest, EveryCommandOfTheTableDoesItsWork) {
       EXPECT_FALSE(action->isEnabled()) << command.Id << " is a dead click";
       continue;
     }
-    ASSERT_TRUE(effects.contains(command.Id)) << command.Id << " has no check here";
     window_->OpenFile(scene_);
     Hover(5, 5);
-    EXPECT_TRUE(action->isEnabled()) << command.Id;
+    if (!action->isEnabled()) {  // What needs a visible-light picture has a test of its own.
+      EXPECT_FALSE(effects.contains(command.Id)) << command.Id;
+      continue;
+    }
+    ASSERT_TRUE(effects.contains(command.Id)) << command.Id << " has no check here";
+    dialogs.AskedSave.clear();
+    QApplication::clipboard()->clear();
     if (std::string_view(command.Id) == "mnusetup" || std::string_view(command.Id) == "mnubout") {
       closeModal();
     }

@@ -1,14 +1,34 @@
 #include "core/application_folder.h"
 
+#include <unistd.h>
+
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QStandardPaths>
+#include <cerrno>
+#include <csignal>
 #include <utility>
 
 #include "core/steps.h"
 
 namespace tessa {
+namespace {
+
+/// Removes the folders of processes that ended without doing so themselves.
+void RemoveLeftovers(const QString& folder) {
+  const QStringList names =
+      QDir(folder).entryList({QStringLiteral("tmp-*-*")}, QDir::Dirs | QDir::NoSymLinks);
+  for (const QString& name : names) {
+    bool isNumber = false;
+    const int owner = name.section(QLatin1Char('-'), 1, 1).toInt(&isNumber);
+    if (isNumber && owner > 0 && ::kill(owner, 0) != 0 && errno == ESRCH) {
+      QDir(folder + QLatin1Char('/') + name).removeRecursively();
+    }
+  }
+}
+
+}  // namespace
 
 ApplicationFolder::ApplicationFolder(QString writable, QString installed)
     : writable_(std::move(writable)), installed_(std::move(installed)) {}
@@ -33,7 +53,9 @@ QString ApplicationFolder::FindForReading(const QString& name) const {
 QString ApplicationFolder::TemporaryPath() {
   if (temporary_ == nullptr) {
     QDir().mkpath(writable_);
-    auto made = std::make_unique<QTemporaryDir>(writable_ + QStringLiteral("/tmp-XXXXXX"));
+    RemoveLeftovers(writable_);
+    auto made = std::make_unique<QTemporaryDir>(writable_ +
+                                                QStringLiteral("/tmp-%1-XXXXXX").arg(::getpid()));
     if (!made->isValid()) {
       throw StepFailure("no folder for temporary files: " + made->errorString().toStdString());
     }

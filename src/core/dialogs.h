@@ -12,6 +12,14 @@ struct OpenFileQuestion {
   int FilterIndex = 1;  // 1-based entry that is preselected.
 };
 
+struct SaveFileQuestion {
+  QString Suggestion;     // Full path; exact folder and stem.
+  QStringList Filters;    // "Text (*.EXT)" each.
+  QString DefaultEnding;  // Added to a name without one, before anything is overwritten.
+};
+
+enum class Answer { kYes, kNo, kCancel };
+
 /// What the engine asks the user. Windows answer with real dialogs, tests with a script.
 class Dialogs {
  public:
@@ -22,6 +30,9 @@ class Dialogs {
 
   /// Path of an existing file as it is on disk, or nothing when the user cancelled.
   virtual std::optional<QString> AskOpenFile(const OpenFileQuestion& question) = 0;
+  /// Path to write to, overwriting already agreed to, or nothing when the user cancelled.
+  virtual std::optional<QString> AskSaveFile(const SaveFileQuestion& question) = 0;
+  virtual Answer AskYesNoCancel(const QString& text) = 0;
 };
 
 }  // namespace tessa

@@ -80,9 +80,8 @@ void ExtractVisible(std::uint64_t position, Session& session) {
     WriteWholeFile(path, CutOutVisible(*file, position), Overwrite::kReplace);
     ScaleVisible(path, session);
     Picbuf& shown = session.Visible.Picbuf3;
-    shown.JpegQuality = kVisibleQuality;
+    shown.JpegQuality = shown.JpegQuality2 = kVisibleQuality;
     session.Steps.Run("save visible picture", [&] { shown.SaveFile(); });
-    shown.JpegQuality = 0;
   });
 }
 

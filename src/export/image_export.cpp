@@ -6,6 +6,7 @@
 #include <cmath>
 
 #include "core/load_image.h"
+#include "export/composite.h"
 #include "formats/bmp.h"
 #include "formats/float_tiff.h"
 #include "formats/txi_words.h"
@@ -106,6 +107,40 @@ Bytes EncodeTxi(Session& session) {
                     picture.Palette(), *low, *high);
 }
 
+/// The buffer that holds what was asked for, drawn where it has to be.
+const Picbuf& ChosenPicture(Session& session, ExportView view) {
+  const bool needsVisible = view == ExportView::kComposite || view == ExportView::kVisible;
+  if (needsVisible && !session.Image.HasVisibleImage) {
+    throw StepFailure("the image has no visible-light picture inside");
+  }
+  switch (view) {
+    case ExportView::kWithBar:
+      BuildPaletteView(session);
+      return session.Buffers.Picbuf3;
+    case ExportView::kComposite:
+      BuildCompositeView(session);
+      return session.Buffers.Picbuf3;
+    case ExportView::kVisible:
+      return session.Visible.Picbuf3;
+    case ExportView::kImage:
+      break;
+  }
+  return session.Buffers.Picbuf1;
+}
+
+Bytes EncodePicture(const Picbuf& picture, const QString& ending) {
+  if (ending == QLatin1String("png")) {
+    return EncodePng(picture.ToImage());
+  }
+  if (ending == QLatin1String("jpg")) {
+    return EncodeJpeg(picture.ToImage().convertToFormat(QImage::Format_RGB888), kJpegQuality);
+  }
+  return picture.BufDepth() == 8 ? EncodeBmp8(picture.BufWidth(), picture.BufHeight(),
+                                              picture.Pixels(), picture.Stride(), picture.Palette())
+                                 : EncodeBmp24(picture.BufWidth(), picture.BufHeight(),
+                                               picture.Pixels(), picture.Stride());
+}
+
 }  // namespace
 
 const QStringList& ExportEndings() {
@@ -136,7 +171,11 @@ std::optional<ExportRange> ParseExportRange(const QString& text) {
 
 void PrepareForExport(const ExportOptions& options, const Palettes& palettes, Session& session) {
   session.Palettes = palettes;
-  session.ExtractsAttachments = false;
+  session.ExtractsAttachments =
+      options.View == ExportView::kComposite || options.View == ExportView::kVisible;
+  if (options.View != ExportView::kImage) {
+    MakePaletteStrips(session.Buffers);
+  }
   FillPaletteList(session.View);
   session.View.PaletteSelection = options.Palette;
   session.Image.DisplayUnits = options.Unit;
@@ -157,21 +196,17 @@ void LoadForExport(const QString& path, const ExportOptions& options, Session& s
   ApplyRange(options, session, progress);
 }
 
-Bytes EncodeForExport(Session& session, const QString& ending, char unit) {
+Bytes EncodeForExport(Session& session, const QString& ending, const ExportOptions& options) {
   const OpenImage& image = session.Image;
-  const Picbuf& picture = session.Buffers.Picbuf1;
-  if (ending == QLatin1String("bmp")) {
-    return EncodeBmp8(picture.BufWidth(), picture.BufHeight(), picture.Pixels(), picture.Stride(),
-                      picture.Palette());
+  if (ending == QLatin1String("bmp") || ending == QLatin1String("png") ||
+      ending == QLatin1String("jpg")) {
+    return EncodePicture(ChosenPicture(session, options.View), ending);
   }
-  if (ending == QLatin1String("png")) {
-    return EncodePng(picture.ToImage());
-  }
-  if (ending == QLatin1String("jpg")) {
-    return EncodeJpeg(picture.ToImage().convertToFormat(QImage::Format_RGB888), kJpegQuality);
+  if (options.View != ExportView::kImage) {
+    throw StepFailure("palette bar and visible picture go into bmp, png and jpg only");
   }
   if (ending == QLatin1String("csv")) {
-    return EncodeCsv(image, unit);
+    return EncodeCsv(image, options.Unit);
   }
   if (ending == QLatin1String("tif")) {
     RequireTemperatures(image, "temperature picture");

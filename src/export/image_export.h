@@ -17,7 +17,16 @@ struct ExportRange {
   double High = 0.0;
 };
 
+/// What of an image becomes the picture.
+enum class ExportView {
+  kImage,
+  kWithBar,    // The image and its palette bar.
+  kComposite,  // Image, palette bar and visible-light picture.
+  kVisible,    // The visible-light picture alone.
+};
+
 struct ExportOptions {
+  ExportView View = ExportView::kImage;
   int Palette = 0;  // Position in the palette list.
   bool Reverse = false;
   ExportRange Range;
@@ -42,6 +51,6 @@ void LoadForExport(const QString& path, const ExportOptions& options, Session& s
 /// (quality 95), csv (temperatures, shortest digits that give the single back), tif (one 32-bit
 /// float a pixel, degrees Celsius) or txi (a bitmap whose header carries the range; the picture is
 /// drawn anew in the range as the header can say it). Throws StepFailure.
-Bytes EncodeForExport(Session& session, const QString& ending, char unit);
+Bytes EncodeForExport(Session& session, const QString& ending, const ExportOptions& options);
 
 }  // namespace tessa

@@ -1,6 +1,7 @@
 // The table of commands of the main window.
 
 #include "core/load_image.h"
+#include "export/save_image.h"
 #include "shell/main_window.h"
 #include "shell/view_pict_widget.h"
 #include "shell/window_progress_widget.h"
@@ -9,6 +10,9 @@ namespace tessa {
 
 std::vector<MainWindow::Command> MainWindow::MakeCommands() {
   std::vector<Command> commands = MakeFileCommands();
+  for (Command& command : MakeExportCommands()) {
+    commands.push_back(std::move(command));
+  }
   for (Command& command : MakeViewCommands()) {
     commands.push_back(std::move(command));
   }
@@ -54,9 +58,6 @@ std::vector<MainWindow::Command> MainWindow::MakeFileCommands() {
        {QKeySequence(Qt::CTRL | Qt::Key_W)},
        close,
        hasImage},
-      {"mnuSave", word(224, "Save BMP"), "save_image", {QKeySequence::Save}, {}, {}},
-      {"mnuSaveJPG", word(228, "Save JPEG"), "", {}, {}, {}},
-      {"mnuSaveTXI", word(231, "Save TXI"), "", {}, {}, {}},
       {"mnusetup",
        word(210, "Preferences"),
        "preferences",
@@ -71,16 +72,70 @@ std::vector<MainWindow::Command> MainWindow::MakeFileCommands() {
        {QKeySequence(Qt::CTRL | Qt::Key_Q)},
        [this] { this->close(); },
        {}},
-      {"mnucopyclip", word(125, "Copy Image"), "copy", {QKeySequence::Copy}, {}, {}},
-      {"mnucopyclip2", word(128, "Copy Palette Bar"), "", {}, {}, {}},
-      {"mnucopyclip3", word(126, "Copy Image With Palette Bar"), "", {}, {}, {}},
-      {"mnuCopyVis", word(130, "Copy Visual Image"), "", {}, {}, {}},
-      {"mnuMerge", word(127, "Copy IR && Visual Image"), "", {}, {}, {}},
-      {"mnuVisible", word(277, "Visible Light Image"), "visible_image", {}, {}, {}},
-      {"btnSaveBMP", word(224, "Save BMP"), "save_image", {}, {}, {}},
       {"btnthumb", word(275, "View Thumbnails / Download Images"), "thumbnails", {}, {}, {}},
       {"btnDWNLoad", word(297, "Corvane T-40 Downloader"), "download", {}, {}, {}},
-      {"btnViewVis", word(277, "Visible Light Image"), "visible_image", {}, {}, {}},
+  };
+}
+
+std::vector<MainWindow::Command> MainWindow::MakeExportCommands() {
+  const auto word = [this](int id, const char* text) {
+    return [this, id, text] { return session_.Words.LangString(id, text); };
+  };
+  const auto fixed = [](const char* text) { return [text] { return QString::fromLatin1(text); }; };
+  const auto save = [this](void (*procedure)(Session&, Dialogs&)) {
+    return [this, procedure] {
+      procedure(session_, *dialogs_);
+      BringIntoLine();
+    };
+  };
+  const auto copy = [this](void (*procedure)(Session&)) {
+    return [this, procedure] {
+      if (!session_.Image.CurrentFile.isEmpty()) {
+        procedure(session_);
+      }
+    };
+  };
+  const auto hasVisible = [this] { return session_.View.VisibleImageEntries; };
+  const auto saveBmpByButton = [this] {
+    if (!session_.Image.UiLocked) {
+      Action("mnuSave")->trigger();
+    }
+  };
+  const auto showVisible = [this] { ShowVisible(); };
+  return {
+      {"mnuSave", word(224, "Save BMP"), "save_image", {QKeySequence::Save}, save(SaveBmp), {}},
+      {"mnuSaveJPG",
+       word(228, "Save JPEG"),
+       "",
+       {QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_S)},
+       save(SaveJpeg),
+       {}},
+      {"mnuSaveTXI", word(231, "Save TXI"), "", {}, save(SaveTxi), {}},
+      {"mnuSaveCompBMP", fixed("BMP"), "", {}, save(SaveCompositeBmp), hasVisible},
+      {"mnuSaveCompJPG", fixed("JPEG"), "", {}, save(SaveCompositeJpeg), hasVisible},
+      {"mnucopyclip", word(125, "Copy Image"), "copy", {QKeySequence::Copy}, copy(CopyImage), {}},
+      {"mnucopyclip2", word(128, "Copy Palette Bar"), "", {}, copy(CopyPaletteBar), {}},
+      {"mnucopyclip3",
+       word(126, "Copy Image With Palette Bar"),
+       "",
+       {QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_C)},
+       copy(CopyImageWithPaletteBar),
+       {}},
+      {"mnuCopyVis", word(130, "Copy Visual Image"), "", {}, copy(CopyVisible), hasVisible},
+      {"mnuMerge", word(127, "Copy IR && Visual Image"), "", {}, copy(CopyComposite), hasVisible},
+      {"mnuVisible",
+       word(277, "Visible Light Image"),
+       "visible_image",
+       {QKeySequence(Qt::CTRL | Qt::Key_L)},
+       showVisible,
+       hasVisible},
+      {"btnSaveBMP", word(224, "Save BMP"), "save_image", {}, saveBmpByButton, {}},
+      {"btnViewVis",
+       word(277, "Visible Light Image"),
+       "visible_image",
+       {},
+       showVisible,
+       hasVisible},
   };
 }
 

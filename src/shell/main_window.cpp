@@ -18,6 +18,7 @@
 
 #include "core/load_dialog.h"
 #include "core/load_image.h"
+#include "export/visible_window.h"
 #include "shell/about_dialog.h"
 #include "shell/mnemonics_widget.h"
 #include "shell/open_file_dialog.h"
@@ -117,10 +118,13 @@ void MainWindow::MakeMenus() {
   fill(file, {"mnuReload", "mnuClose", ""});
   QMenu* const save = MakeMenu(file, "mnuSaveMain", 223, "Save");
   fill(save, {"mnuSave", "mnuSaveJPG", "mnuSaveTXI"});
+  compositeMenu_ = MakeMenu(save, "mnuSaveComposite", 226, "Save Composite");
+  fill(compositeMenu_, {"mnuSaveCompBMP", "mnuSaveCompJPG"});
   fill(file, {"", "mnusetup", "mnu4400", "mnubout", "", "mnuExit"});
   fill(MakeMenu(nullptr, "mnuedit", 156, "Edit"),
        {"mnucopyclip", "mnucopyclip2", "mnucopyclip3", "mnuCopyVis", "mnuMerge"});
-  fill(MakeMenu(nullptr, "mnuView", 285, "View"), {"mnuVisible"});
+  viewMenu_ = MakeMenu(nullptr, "mnuView", 285, "View");
+  fill(viewMenu_, {"mnuVisible"});
   fill(MakeMenu(nullptr, "mnuZoom", 284, "Zoom"), {"ZoomIn", "ZoomOut", "ZoomFit"});
 }
 
@@ -362,7 +366,10 @@ void MainWindow::EnableActions() {
   for (const Command& command : commands_) {
     Action(command.Id)->setEnabled(command.Run && (!command.Enabled || command.Enabled()));
   }
-  Action("btnViewVis")->setVisible(session_.View.VisibleImageEntries);
+  const bool hasVisible = session_.View.VisibleImageEntries;
+  Action("btnViewVis")->setVisible(hasVisible);
+  viewMenu_->setEnabled(hasVisible);
+  compositeMenu_->menuAction()->setVisible(hasVisible);
   recentMenu_->setEnabled(!user_.RecentFiles().isEmpty());
 }
 
@@ -380,6 +387,7 @@ void MainWindow::BringIntoLine() {
   loadingText_->setVisible(view.LoadingTextVisible);
   loadProgress_->setValue(static_cast<int>(view.LoadProgress));
   loadProgress_->setVisible(view.LoadProgressVisible);
+  CloseVisibleWhenGone();
   view_->BringIntoLine();
 }
 
@@ -459,8 +467,12 @@ void MainWindow::ChooseUnit(char unit) {
 
 void MainWindow::ShowPreferences() {
   PreferencesDialog dialog(session_, user_, this);
-  connect(&dialog, &PreferencesDialog::LanguageChanged, this,
-          [this] { languageBox_->setChecked(true); });
+  connect(&dialog, &PreferencesDialog::LanguageChanged, this, [this] {
+    languageBox_->setChecked(true);
+    if (visible_ != nullptr) {
+      visible_->SetWindowLanguage();
+    }
+  });
   connect(&dialog, &PreferencesDialog::Saved, this, [this] {
     session_.Cursor = Readout{};  // The unit may be another one.
     BringIntoLine();
@@ -473,6 +485,23 @@ void MainWindow::ShowAbout() {
   AboutDialog dialog(session_.Words, this);
   dialog.exec();
   Activated();
+}
+
+void MainWindow::ShowVisible() {
+  if (visible_ == nullptr) {
+    visible_ = new VisibleWindow(session_, *dialogs_, this);
+    visible_->setAttribute(Qt::WA_DeleteOnClose);
+  }
+  visible_->show();
+  visible_->raise();
+  visible_->activateWindow();
+}
+
+/// A load or a close takes the visible-light picture away, and its window with it.
+void MainWindow::CloseVisibleWhenGone() {
+  if (visible_ != nullptr && !session_.Image.VisibleWindowOpen) {
+    visible_->close();
+  }
 }
 
 void MainWindow::changeEvent(QEvent* event) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QMainWindow>
+#include <QPointer>
 #include <QTimer>
 #include <functional>
 #include <memory>
@@ -22,6 +23,7 @@ class QToolButton;
 namespace tessa {
 
 class ViewPictWidget;
+class VisibleWindow;
 class WindowProgress;
 
 /// The frame of the application: menus, tool panel, view and status bar. Shows the session's
@@ -93,6 +95,9 @@ class MainWindow : public QMainWindow {
   void ChooseUnit(char unit);
   void ShowPreferences();
   void ShowAbout();
+  void ShowVisible();
+  void CloseVisibleWhenGone();
+  std::vector<Command> MakeExportCommands();
 
   Session& session_;
   UserSettings& user_;
@@ -103,7 +108,10 @@ class MainWindow : public QMainWindow {
   QTimer resizeTimer_;  // Timer2: the smallest size, once resizing has come to rest.
   bool shown_ = false;
   ViewPictWidget* view_ = nullptr;
+  QPointer<VisibleWindow> visible_;  // Deletes itself when closed.
   QMenu* recentMenu_ = nullptr;
+  QMenu* viewMenu_ = nullptr;
+  QMenu* compositeMenu_ = nullptr;
   QToolBar* toolPanel_ = nullptr;
   QComboBox* paletteList_ = nullptr;
   QLabel* paletteLabel_ = nullptr;

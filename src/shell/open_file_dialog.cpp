@@ -1,6 +1,8 @@
 #include "shell/open_file_dialog.h"
 
 #include <QFileDialog>
+#include <QFileInfo>
+#include <QMessageBox>
 
 namespace tessa {
 
@@ -12,6 +14,31 @@ std::optional<QString> WindowDialogs::AskOpenFile(const OpenFileQuestion& questi
     return std::nullopt;
   }
   return path;
+}
+
+std::optional<QString> WindowDialogs::AskSaveFile(const SaveFileQuestion& question) {
+  const QFileInfo suggestion(question.Suggestion);
+  QFileDialog dialog(parent_, QString(), suggestion.absolutePath(),
+                     question.Filters.join(QStringLiteral(";;")));
+  dialog.setAcceptMode(QFileDialog::AcceptSave);
+  dialog.setDefaultSuffix(question.DefaultEnding);
+  dialog.selectFile(suggestion.fileName());
+  if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) {
+    return std::nullopt;
+  }
+  return dialog.selectedFiles().constFirst();
+}
+
+Answer WindowDialogs::AskYesNoCancel(const QString& text) {
+  switch (QMessageBox::question(parent_, parent_->windowTitle(), text,
+                                QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel)) {
+    case QMessageBox::Yes:
+      return Answer::kYes;
+    case QMessageBox::No:
+      return Answer::kNo;
+    default:
+      return Answer::kCancel;
+  }
 }
 
 }  // namespace tessa

@@ -11,6 +11,8 @@ class WindowDialogs : public Dialogs {
  public:
   explicit WindowDialogs(QWidget* parent) : parent_(parent) {}
   std::optional<QString> AskOpenFile(const OpenFileQuestion& question) override;
+  std::optional<QString> AskSaveFile(const SaveFileQuestion& question) override;
+  Answer AskYesNoCancel(const QString& text) override;
 
  private:
   QWidget* parent_;

@@ -4,6 +4,7 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QLoggingCategory>
+#include <cstdio>
 
 #include "core/file_access.h"
 #include "core/load_image.h"
@@ -15,6 +16,14 @@
 
 namespace tessa {
 namespace {
+
+/// Passes on what the program itself logs, which is nothing unless it was asked for.
+void PrintOwnMessages(QtMsgType /*type*/, const QMessageLogContext& context,
+                      const QString& message) {
+  if (QLatin1String(context.category).startsWith(QLatin1String("tessa."))) {
+    std::fprintf(stderr, "%s\n", message.toUtf8().constData());
+  }
+}
 
 struct InfoCall {
   std::vector<std::string> Files;
@@ -85,8 +94,9 @@ int RunVisible(const VisibleCall& call) {
 }  // namespace
 
 int RunToolCommandLine(int argc, char** argv) {
-  // The picture readers have opinions of their own on broken files; this tool gives its reasons.
-  QLoggingCategory::setFilterRules(QStringLiteral("qt.gui.imageio.*=false"));
+  // The platform layer has opinions of its own on broken files and on the surroundings; this tool
+  // gives its own reasons.
+  qInstallMessageHandler(PrintOwnMessages);
   CLI::App tool("Looks into radiometric infrared images and turns them into ordinary files.",
                 "tessatool");
   tool.require_subcommand(1);
@@ -105,6 +115,14 @@ int RunToolCommandLine(int argc, char** argv) {
   exportCommand->add_option("--folder", exportCall.Folder, "Folder to write into");
   exportCommand->add_option("--to", exportCall.To, "Ending of the files in the folder");
   exportCommand->add_option("--palette", exportCall.Palette, "Palette by name or number");
+  auto* const bar = exportCommand->add_flag("--bar", exportCall.Bar, "With the palette bar");
+  auto* const composite = exportCommand
+                              ->add_flag("--composite", exportCall.Composite,
+                                         "With palette bar and visible-light picture")
+                              ->excludes(bar);
+  exportCommand->add_flag("--visible", exportCall.Visible, "The visible-light picture alone")
+      ->excludes(bar)
+      ->excludes(composite);
   exportCommand->add_flag("--reverse", exportCall.Reverse, "Turn the palette round");
   exportCommand->add_option("--range", exportCall.Range,
                             "Temperatures that span the palette: stored, image or LOW:HIGH");

@@ -4,10 +4,13 @@
 
 #include <QDir>
 #include <QFileInfo>
+#include <QGuiApplication>
 #include <QSet>
 #include <algorithm>
+#include <array>
 #include <atomic>
 #include <cstdio>
+#include <memory>
 #include <mutex>
 #include <optional>
 #include <thread>
@@ -64,6 +67,10 @@ std::optional<std::vector<ExportJob>> PlanExport(const ExportCall& call) {
 std::optional<ExportOptions> ParseOptions(const ExportCall& call) {
   ExportOptions options;
   options.Reverse = call.Reverse;
+  options.View = call.Composite ? ExportView::kComposite
+                 : call.Visible ? ExportView::kVisible
+                 : call.Bar     ? ExportView::kWithBar
+                                : ExportView::kImage;
   options.Frame = call.Frame;
   options.Unit = call.Unit == "F" ? 'F' : 'C';
   options.Palette = FindPalette(FromArgument(call.Palette));
@@ -93,11 +100,11 @@ void ExportOne(const ExportJob& job, const ExportCall& call, const ExportOptions
   if (!call.Force && QFileInfo::exists(job.Target)) {
     throw StepFailure(job.Target.toStdString() + " is there already; --force would replace it");
   }
-  Session session(ApplicationFolder{QString(), QString()});
+  // Only what carries a visible picture leaves a file there for a moment.
+  Session session(ApplicationFolder{QDir::tempPath(), QString()});
   PrepareForExport(options, palettes, session);
   LoadForExport(job.Source, options, session);
-  const Bytes content =
-      EncodeForExport(session, QFileInfo(job.Target).suffix().toLower(), options.Unit);
+  const Bytes content = EncodeForExport(session, QFileInfo(job.Target).suffix().toLower(), options);
   WriteWholeFile(job.Target, content, call.Force ? Overwrite::kReplace : Overwrite::kRefuse);
   faults = session.Faults;
 }
@@ -142,8 +149,11 @@ class ExportRun {
 
   int Run() {
     const unsigned processors = std::max(1U, std::thread::hardware_concurrency());
-    const auto wanted =
-        call_.Jobs > 0 ? static_cast<std::size_t>(call_.Jobs) : std::size_t{processors};
+    // One after another where texts are drawn: the font engine is not made for several threads.
+    const bool drawsTexts = call_.Bar || call_.Composite;
+    const auto wanted = drawsTexts       ? std::size_t{1}
+                        : call_.Jobs > 0 ? static_cast<std::size_t>(call_.Jobs)
+                                         : std::size_t{processors};
     std::vector<std::jthread> threads;
     for (std::size_t i = 1; i < std::min(wanted, jobs_.size()); ++i) {
       threads.emplace_back([this] { Work(); });
@@ -203,6 +213,15 @@ int RunExport(const ExportCall& call) {
   if (!call.Folder.empty() && !QDir().mkpath(FromArgument(call.Folder))) {
     PrintError(FromArgument(call.Folder), "the folder cannot be made");
     return kToolFailed;
+  }
+  // Texts are drawn with the fonts of a GUI application, which needs no display for it.
+  std::unique_ptr<QGuiApplication> application;
+  int argumentCount = 1;
+  std::array<char, 10> name = {"tessatool"};
+  std::array<char*, 2> arguments = {name.data(), nullptr};
+  if (call.Bar || call.Composite) {
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    application = std::make_unique<QGuiApplication>(argumentCount, arguments.data());
   }
   Palettes palettes;
   ViewState unused;

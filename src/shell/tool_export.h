@@ -16,6 +16,9 @@ struct ExportCall {
   std::string Unit = "C";
   int Frame = 0;
   int Jobs = 0;  // 0: as many as there are processors.
+  bool Bar = false;
+  bool Composite = false;
+  bool Visible = false;
   bool Reverse = false;
   bool Force = false;
 };

@@ -16,7 +16,15 @@
 namespace tessa {
 namespace {
 
-constexpr int kTextPointSize = 8;
+/// 8 points at 96 pixels to the inch, the same on every screen.
+constexpr int kTextPixels = 11;
+
+QFont LabelFont() {
+  QFont font(QStringLiteral("DejaVu Sans"));
+  font.setPixelSize(kTextPixels);
+  font.setStyleStrategy(QFont::NoAntialias);
+  return font;
+}
 
 /// Luminance of a colour, weights of ITU-R BT.601 in thousandths.
 std::uint8_t Luminance(int red, int green, int blue) {
@@ -28,6 +36,11 @@ QColor ToQColor(Colour colour) {
 }
 
 }  // namespace
+
+QSize MeasureText(const QString& text) {
+  const QFontMetrics metrics(LabelFont());
+  return {metrics.horizontalAdvance(text), metrics.height()};
+}
 
 ColourTable GreyPalette() {
   ColourTable table{};
@@ -92,7 +105,7 @@ void Picbuf::LoadFile(Problems& faults) {
 
 Bytes Picbuf::Encode() const {
   if (FileType == kJpeg) {
-    return EncodeJpeg(ToImage(), JpegQuality);
+    return EncodeJpeg(ToImage().convertToFormat(QImage::Format_RGB888), JpegQuality);
   }
   if (FileType != kBmp) {
     throw StepFailure("pictures are written as BMP or JPEG only");
@@ -284,19 +297,30 @@ void Picbuf::CopyFrom(bool useSourceSelection, const Picbuf& source, bool useOwn
   if (pixels_.empty()) {
     throw StepFailure("the buffer was never created");
   }
-  const Area from =
-      useSourceSelection ? source.Selection() : Area{0, 0, source.width_, source.height_};
-  const Area to = useOwnSelection ? Selection() : Area{0, 0, width_, height_};
-  if (from.Width == 0 || from.Height == 0) {
+  const Area from = useSourceSelection
+                        ? Area{source.SelLeft, source.SelTop, source.SelWidth, source.SelHeight}
+                        : Area{0, 0, source.width_, source.height_};
+  const Area to =
+      useOwnSelection ? Area{SelLeft, SelTop, SelWidth, SelHeight} : Area{0, 0, width_, height_};
+  if (from.Width <= 0 || from.Height <= 0) {
     throw StepFailure("the selection of the source is empty");
   }
   const auto scaled = [](int position, int fromSize, int toSize) {
     return static_cast<int>(static_cast<std::int64_t>(position) * fromSize / toSize);
   };
-  for (int row = 0; row < to.Height; ++row) {
+  // Only the rows and columns of this buffer that the selection covers are visited.
+  const int lastRow = std::min(to.Height, height_ - to.Top);
+  const int lastColumn = std::min(to.Width, width_ - to.Left);
+  for (int row = std::max(0, -to.Top); row < lastRow; ++row) {
     const int sourceRow = from.Top + scaled(row, from.Height, to.Height);
-    for (int column = 0; column < to.Width; ++column) {
+    if (sourceRow < 0 || sourceRow >= source.height_) {
+      continue;
+    }
+    for (int column = std::max(0, -to.Left); column < lastColumn; ++column) {
       const int sourceColumn = from.Left + scaled(column, from.Width, to.Width);
+      if (sourceColumn < 0 || sourceColumn >= source.width_) {
+        continue;
+      }
       if (depth_ == 8 && source.depth_ == 8) {
         *PixelAt(to.Left + column, to.Top + row) = *source.PixelAt(sourceColumn, sourceRow);
       } else {
@@ -363,9 +387,7 @@ void Picbuf::DrawSelText() {
   QImage mask(area.Width, area.Height, QImage::Format_RGB32);
   mask.fill(Qt::black);
   QPainter painter(&mask);
-  QFont font(QStringLiteral("DejaVu Sans"), kTextPointSize);
-  font.setStyleStrategy(QFont::NoAntialias);
-  painter.setFont(font);
+  painter.setFont(LabelFont());
   painter.setPen(Qt::white);
   painter.drawText(
       mask.rect(),

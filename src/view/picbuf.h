@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QImage>
+#include <QSize>
 #include <QString>
 #include <cstdint>
 #include <functional>
@@ -90,8 +91,8 @@ class Picbuf {
 
   // Selection copy and drawing.
   /// Copies the selections or the wholes that the flags name, stretched to the nearest neighbour
-  /// where sizes differ, in the depth of this buffer. Without any selection this buffer becomes a
-  /// whole copy of the source.
+  /// where sizes differ, in the depth of this buffer. What of a selection lies outside its buffer
+  /// is passed over. Without any selection this buffer becomes a whole copy of the source.
   void CopyFrom(bool useSourceSelection, const Picbuf& source, bool useOwnSelection);
   void DrawSelFrame();
   /// Needs a QGuiApplication for its fonts.
@@ -141,6 +142,9 @@ class Picbuf {
   std::vector<std::uint8_t> pixels_;
   ColourTable palette_{};
 };
+
+/// Width and height of `text` as DrawSelText draws it, pixels. Needs a QGuiApplication.
+QSize MeasureText(const QString& text);
 
 /// Entry i is the grey of level i.
 ColourTable GreyPalette();

@@ -1,0 +1,39 @@
+#pragma once
+
+#include "core/dialogs.h"
+#include "core/session.h"
+
+namespace tessa {
+
+// The save and copy commands of the main window. Each asks what it needs, does nothing without an
+// open image, and passes over a save that fails; the reason then stands in the session's Steps.
+// Every file is written whole or not at all. The copy commands need a QGuiApplication.
+
+/// The image as a bitmap, after the question whether the palette bar goes with it.
+void SaveBmp(Session& session, Dialogs& dialogs);
+
+/// The same as a JPEG of quality 95. The image on show stays 8-bit.
+void SaveJpeg(Session& session, Dialogs& dialogs);
+
+/// True for the images that can be saved as TXI: snapshots, and bitmaps with temperatures.
+bool CanSaveTxi(const OpenImage& image);
+
+/// A bitmap whose header carries the range on show. For other images than CanSaveTxi nothing
+/// happens.
+void SaveTxi(Session& session, Dialogs& dialogs);
+
+/// Image, palette bar and visible-light picture side by side.
+void SaveCompositeBmp(Session& session, Dialogs& dialogs);
+void SaveCompositeJpeg(Session& session, Dialogs& dialogs);
+
+/// The visible-light picture alone, from the given buffer.
+void SaveVisibleBmp(Picbuf& picture, Session& session, Dialogs& dialogs);
+void SaveVisibleJpeg(Picbuf& picture, Session& session, Dialogs& dialogs);
+
+void CopyImage(Session& session);
+void CopyPaletteBar(Session& session);
+void CopyImageWithPaletteBar(Session& session);
+void CopyVisible(Session& session);
+void CopyComposite(Session& session);
+
+}  // namespace tessa

@@ -1,0 +1,274 @@
+#include <QAction>
+#include <QApplication>
+#include <QBuffer>
+#include <QClipboard>
+#include <QMenu>
+#include <filesystem>
+
+#include "core/load_image.h"
+#include "export/composite.h"
+#include "export/save_image.h"
+#include "export/visible_window.h"
+#include "formats/bmp_trailer.h"
+#include "formats/frame_array.h"
+#include "test_files.h"
+#include "view/picbuf_widget.h"
+
+namespace tessa::testing {
+namespace {
+
+/// Answers with fixed texts and remembers the questions.
+class SaveScript : public Dialogs {
+ public:
+  std::optional<QString> AskOpenFile(const OpenFileQuestion& /*question*/) override { return {}; }
+  std::optional<QString> AskSaveFile(const SaveFileQuestion& question) override {
+    Asked = question;
+    return Path;
+  }
+  Answer AskYesNoCancel(const QString& text) override {
+    Question = text;
+    return Reply;
+  }
+
+  std::optional<QString> Path;
+  Answer Reply = Answer::kNo;
+  SaveFileQuestion Asked;
+  QString Question;
+};
+
+/// A visible-light picture: left half red, right half blue.
+Bytes VisibleJpeg() {
+  QImage picture(64, 48, QImage::Format_RGB32);
+  picture.fill(Qt::blue);
+  for (int y = 0; y < 48; ++y) {
+    for (int x = 0; x < 32; ++x) {
+      picture.setPixel(x, y, qRgb(255, 0, 0));
+    }
+  }
+  QByteArray bytes;
+  QBuffer buffer(&bytes);
+  buffer.open(QIODevice::WriteOnly);
+  picture.save(&buffer, "JPEG", 95);
+  return {bytes.begin(), bytes.end()};
+}
+
+class ExportTest : public ::testing::Test {
+ protected:
+  ExportTest()
+      : session_(ApplicationFolder{folder_.Path(QStringLiteral("app")),
+                                   QStringLiteral(TESSA_BINARY_FOLDER)}) {
+    PrepareSession(session_);
+    session_.Image.DisplayUnits = 'C';
+  }
+
+  void Open(const QString& name, const Bytes& file) {
+    OpenPath(folder_.Write(name, file), session_, progress_);
+    ASSERT_EQ(FindNoImage(session_.Faults), nullptr);
+  }
+  void OpenSit(const Bytes& attachment = {}) {
+    SitFields fields;
+    fields.Gain = 0.125;
+    fields.ScaleCenter = 20.0;
+    fields.ScaleStep = 5.0;  // 0 to 40
+    for (int i = 0; i < kSitWidth * kSitHeight; ++i) {
+      fields.Counts.push_back(static_cast<std::int16_t>(i % kSitWidth));
+    }
+    if (!attachment.empty()) {
+      fields.SoundExt = std::string("   ").replace(2, 1, 1, '\x02');
+      fields.Attachment.resize(8);
+      fields.Attachment.insert(fields.Attachment.end(), attachment.begin(), attachment.end());
+    }
+    Open(QStringLiteral("Wand.sit"), EncodeSit(fields));
+  }
+  void OpenFrames(int width, int height) {
+    SnapshotFields fields;
+    fields.Header.Version = 1.0F;
+    fields.Header.Frames = 1;
+    fields.Header.Width = width;
+    fields.Header.Height = height;
+    fields.Header.ScaleMin = -20.0F;
+    fields.Header.ScaleMax = 60.0F;
+    std::vector<std::int16_t> tenths(
+        static_cast<std::size_t>(width) * static_cast<std::size_t>(height), 2932);
+    tenths[1] = 3132;
+    fields.Frames = {EncodeFrameArray(width, height, tenths)};
+    Open(QStringLiteral("Takes.rti"), EncodeSnapshot(fields));
+  }
+  QSize Composite() const {
+    return {session_.Buffers.Picbuf3.BufWidth(), session_.Buffers.Picbuf3.BufHeight()};
+  }
+
+  TestFolder folder_;
+  Session session_;
+  Progress progress_;
+  SaveScript dialogs_;
+};
+
+TEST_F(ExportTest, DrawingsHaveTheSizesThatImageAndTextsAskFor) {
+  struct Case {
+    int Width;
+    int Height;
+    int ShownWidth;
+    int ShownHeight;
+    int DrawingHeight;
+  };
+  // 255 x 223 is small in both directions; 400 x 303 becomes 317 wide, which is not quite the same
+  // shape, so a row is left out.
+  for (const Case& test :
+       {Case{320, 240, 320, 240, 240}, Case{160, 120, 160, 120, 120}, Case{640, 480, 320, 240, 240},
+        Case{255, 223, 255, 223, 223}, Case{400, 303, 317, 240, 239}}) {
+    OpenFrames(test.Width, test.Height);
+    const int text = std::max(MeasureText(QStringLiteral("60.0 ")).width(),
+                              MeasureText(QStringLiteral("-20.0 ")).width());
+    BuildPaletteView(session_);
+    EXPECT_EQ(Composite(), QSize(test.ShownWidth + 25 + text, test.DrawingHeight)) << test.Width;
+    EXPECT_EQ(session_.Buffers.PicBuf6.BufWidth(), 20 + text);
+    EXPECT_EQ(session_.Buffers.PicBuf6.BufHeight(), test.ShownHeight);
+    BuildCompositeView(session_);
+    EXPECT_EQ(Composite(), QSize(test.ShownWidth + 25 + text + 325, test.DrawingHeight));
+  }
+}
+
+TEST_F(ExportTest, TheBarHasItsFrameTicksAndColoursWhereTheyBelong) {
+  OpenSit();
+  BuildPaletteView(session_);
+  const QImage drawing = session_.Buffers.Picbuf3.ViewPicture();
+  const int textHeight = MeasureText(QStringLiteral("40.0 ")).height();
+  const double top = textHeight / 2.0 - 2.0;
+  const double height = std::nearbyint(240 - textHeight - textHeight / 2.0);
+  const auto black = [&](int x, double y) {
+    return drawing.pixel(x, static_cast<int>(std::nearbyint(y))) == qRgb(0, 0, 0);
+  };
+  EXPECT_TRUE(black(324, std::nearbyint(top - 1)));  // Corner of the frame.
+  EXPECT_TRUE(black(339, std::nearbyint(top - 1)));
+  EXPECT_TRUE(black(324, std::nearbyint(top - 1) + height - 3));
+  const double low = top + height - 3;
+  const double middle = height / 2.0 + top - 1;
+  for (const double tick : {low, middle, top}) {
+    EXPECT_TRUE(black(342, tick)) << tick;
+    EXPECT_TRUE(black(345, tick)) << tick;
+  }
+  for (int i = 1; i <= 4; ++i) {
+    EXPECT_TRUE(black(343, low - i * (low - middle) / 5.0)) << i;
+    EXPECT_TRUE(black(343, middle - i * (middle - top) / 5.0)) << i;
+  }
+  // White (hot) at the top of a grey bar, dark at its foot, the image at the left.
+  EXPECT_GT(qRed(drawing.pixel(330, static_cast<int>(top) + 3)), 240);
+  EXPECT_LT(qRed(drawing.pixel(330, static_cast<int>(top + height) - 6)), 15);
+  const int index = session_.Buffers.Picbuf1.Pixels()[100 * kSitWidth + 200];
+  EXPECT_EQ(drawing.pixel(200, 100), qRgb(index, index, index));
+}
+
+TEST_F(ExportTest, ASmallCompositeCutsTheVisiblePictureAtItsFoot) {
+  OpenFrames(160, 120);
+  Picbuf& visible = session_.Visible.Picbuf3;
+  visible.CreateBuffer(0, 480, 640, 24);
+  for (int row = 0; row < 480; ++row) {
+    const std::vector<std::int32_t> line(640, row < 240 ? 0x0000FF : 0xFF0000);
+    visible.PutRow(line, row);
+  }
+  BuildCompositeView(session_);
+  const QImage drawing = session_.Buffers.Picbuf3.ViewPicture();
+  EXPECT_EQ(drawing.pixel(drawing.width() - 10, 119), qRgb(255, 0, 0))
+      << "the upper half at half size fills all 120 rows";
+}
+
+TEST_F(ExportTest, SavedBitmapsHoldIndicesAndPaletteAndKeepFolderAndStem) {
+  OpenSit();
+  dialogs_.Path = folder_.Path(QStringLiteral("out.BMP"));
+  SaveBmp(session_, dialogs_);
+  EXPECT_EQ(dialogs_.Asked.Suggestion, folder_.Path(QStringLiteral("Wand.BMP")));
+  EXPECT_EQ(dialogs_.Asked.DefaultEnding, QStringLiteral("BMP"));
+  const QByteArray file = ReadAll(*dialogs_.Path);
+  ASSERT_EQ(file.size(), 54 + 1024 + kSitWidth * kSitHeight);
+  EXPECT_EQ(static_cast<std::uint8_t>(file[54 + 4 * 255]), 255);
+  EXPECT_EQ(static_cast<std::uint8_t>(file[54 + 1024 + 100]),
+            session_.Buffers.Picbuf1.Pixels()[239 * kSitWidth + 100]);
+  dialogs_.Reply = Answer::kYes;
+  SaveBmp(session_, dialogs_);
+  EXPECT_EQ(QImage(*dialogs_.Path).width(), Composite().width());
+  dialogs_.Reply = Answer::kCancel;
+  dialogs_.Path.reset();
+  dialogs_.Asked = {};
+  SaveBmp(session_, dialogs_);
+  EXPECT_TRUE(dialogs_.Asked.Suggestion.isEmpty()) << "cancel asks for no name";
+}
+
+TEST_F(ExportTest, AJpegHasQuality95AndLeavesTheImageAsItIs) {
+  OpenSit();
+  dialogs_.Path = folder_.Path(QStringLiteral("out.jpg"));
+  SaveJpeg(session_, dialogs_);
+  EXPECT_EQ(dialogs_.Question,
+            QStringLiteral("Do You Wish To Include the Palette Bar In The JPEG"));
+  const QByteArray file = ReadAll(*dialogs_.Path);
+  // The first luminance quantisation step of the customary tables: 16 scaled by 10 % is 2.
+  const qsizetype table = file.indexOf(QByteArray::fromHex("ffdb"));
+  ASSERT_GT(table, 0);
+  EXPECT_EQ(static_cast<int>(file[table + 5]), 2);
+  EXPECT_EQ(session_.Buffers.Picbuf1.BufDepth(), 8);
+  EXPECT_EQ(session_.Buffers.Picbuf1.FileType, Picbuf::kBmp);
+  EXPECT_EQ(session_.Buffers.Picbuf1.JpegQuality, 0);
+}
+
+TEST_F(ExportTest, ATxiFileOpensAgainInItsRange) {
+  OpenSit();
+  dialogs_.Path = folder_.Path(QStringLiteral("no.TXI"));
+  SaveTxi(session_, dialogs_);
+  EXPECT_FALSE(QFile::exists(*dialogs_.Path)) << "SIT images are not saved as TXI";
+  OpenFrames(160, 120);
+  dialogs_.Path = folder_.Path(QStringLiteral("yes.TXI"));
+  SaveTxi(session_, dialogs_);
+  EXPECT_TRUE(dialogs_.Asked.Suggestion.endsWith(QStringLiteral("/Frame1.TXI")));
+  const QByteArray file = ReadAll(*dialogs_.Path);
+  EXPECT_EQ(file.mid(6, 4), QByteArray::fromHex("38ff5802"));  // -200 and 600
+  OpenPath(*dialogs_.Path, session_, progress_);
+  EXPECT_EQ(session_.Image.ScaleMin, -20.0F);
+  EXPECT_EQ(session_.Image.ScaleMax, 60.0F);
+}
+
+TEST_F(ExportTest, AFailedSaveLosesNothingAndLeavesNothing) {
+  OpenSit();
+  const QString target = folder_.Path(QStringLiteral("kept.bmp"));
+  folder_.Write(QStringLiteral("kept.bmp"), Bytes{1, 2, 3});
+  const QString path = folder_.Path(QStringLiteral("no such folder/x.bmp"));
+  dialogs_.Path = path;
+  const QStringList before = folder_.Names();
+  SaveBmp(session_, dialogs_);
+  EXPECT_FALSE(session_.Steps.Failures().empty());
+  // A folder stands where the file should go.
+  dialogs_.Path = folder_.Path(QString());
+  SaveJpeg(session_, dialogs_);
+  EXPECT_EQ(folder_.Names(), before);
+  EXPECT_EQ(ReadAll(target), QByteArray("\x01\x02\x03"));
+}
+
+TEST_F(ExportTest, TheVisiblePictureHasItsWindowAndGoesWithTheImage) {
+  OpenSit(VisibleJpeg());
+  ASSERT_TRUE(session_.Image.HasVisibleImage);
+  VisibleWindow window(session_, dialogs_, nullptr);
+  window.show();
+  EXPECT_TRUE(session_.Image.VisibleWindowOpen);
+  auto* const picture = window.findChild<PicbufWidget*>(QStringLiteral("Picbuf1"));
+  EXPECT_EQ(picture->size(), QSize(640, 480));
+  window.findChild<QAction*>(QStringLiteral("mnuzoom1"))->trigger();
+  EXPECT_EQ(picture->size(), QSize(1280, 960));
+  EXPECT_FALSE(window.findChild<QAction*>(QStringLiteral("mnuzoom0"))->isChecked());
+  window.findChild<QAction*>(QStringLiteral("mnucopy"))->trigger();
+  const QImage copied = QApplication::clipboard()->image();
+  ASSERT_EQ(copied.size(), QSize(640, 480));
+  EXPECT_GT(qRed(copied.pixel(50, 200)), 240);
+  EXPECT_GT(qBlue(copied.pixel(600, 200)), 240);
+  dialogs_.Path = folder_.Path(QStringLiteral("v.bmp"));
+  window.findChild<QAction*>(QStringLiteral("mnuSaveBMP"))->trigger();
+  EXPECT_TRUE(dialogs_.Asked.Suggestion.endsWith(QStringLiteral("/Wand-VIS.BMP")));
+  EXPECT_EQ(QImage(*dialogs_.Path).size(), QSize(640, 480));
+  dialogs_.Path = folder_.Path(QStringLiteral("c.jpg"));
+  window.findChild<QAction*>(QStringLiteral("mnuSaveCompJPG"))->trigger();
+  EXPECT_TRUE(dialogs_.Asked.Suggestion.endsWith(QStringLiteral("/Wand-COMP.JPG")));
+  EXPECT_EQ(QImage(*dialogs_.Path).size(), Composite());
+  window.findChild<QAction*>(QStringLiteral("mnuClose"))->trigger();
+  EXPECT_FALSE(session_.Image.VisibleWindowOpen);
+}
+
+}  // namespace
+}  // namespace tessa::testing
