@@ -30,6 +30,8 @@ class SaveScript : public Dialogs {
     return Reply;
   }
 
+  std::optional<QString> AskText(const QString& /*prompt*/) override { return {}; }
+
   std::optional<QString> Path;
   Answer Reply = Answer::kNo;
   SaveFileQuestion Asked;

@@ -3,10 +3,12 @@
 #include <QCheckBox>
 #include <QClipboard>
 #include <QComboBox>
+#include <QDragEnterEvent>
 #include <QFileInfo>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
+#include <QMimeData>
 #include <QMouseEvent>
 #include <QPushButton>
 #include <QRadioButton>
@@ -23,6 +25,7 @@
 #include "shell/main_window.h"
 #include "shell/view_pict_widget.h"
 #include "test_files.h"
+#include "view/image_tools.h"
 #include "view/picbuf_widget.h"
 #include "view/units.h"
 #include "view/zoom.h"
@@ -202,10 +205,9 @@ TEST_F(MainWindowTest, PalettesRecolourWithoutTouchingTheIndices) {
 
 TEST_F(MainWindowTest, TheFirstClickZoomsAtTheMiddleAndLaterOnesAtTheClick) {
   window_->OpenFile(scene_);
-  window_->View().SetZoom(4);
   const QPoint at(100, 80);
   QTest::mouseClick(&Picture(), Qt::LeftButton, {}, at);
-  ASSERT_EQ(session_.View.Zoom.ZoomLevel, 5);
+  ASSERT_EQ(session_.View.Zoom.ZoomLevel, 3);
   EXPECT_EQ(session_.View.Zoom.ZoomCentreX, 160);
   EXPECT_EQ(session_.View.Zoom.ZoomCentreY, 120);
   auto& horizontal = Find<QScrollBar>("HScroll1");
@@ -215,7 +217,7 @@ TEST_F(MainWindowTest, TheFirstClickZoomsAtTheMiddleAndLaterOnesAtTheClick) {
   EXPECT_EQ(session_.View.Zoom.ZoomCentreX, column);
   EXPECT_EQ(horizontal.value(), std::lround(column / 320.0 * horizontal.maximum()));
   QTest::mouseClick(&Picture(), Qt::RightButton, {}, at);
-  EXPECT_EQ(session_.View.Zoom.ZoomLevel, 5);
+  EXPECT_EQ(session_.View.Zoom.ZoomLevel, 3);
 }
 
 TEST_F(MainWindowTest, ZoomKeysStopAtTheLimits) {
@@ -274,6 +276,8 @@ class ScriptedDialogs : public Dialogs {
     return std::nullopt;
   }
   Answer AskYesNoCancel(const QString& /*text*/) override { return Answer::kNo; }
+  std::optional<QString> AskText(const QString& /*prompt*/) override { return Text; }
+  QString Text = QStringLiteral("7");
   int AskedFilter = 0;
   QString AskedSave;
 
@@ -300,6 +304,9 @@ TEST_F(MainWindowTest, EveryCommandOfTheTableDoesItsWork) {
       {"mnuReload", [&] { return session_.Cursor.LastX == -1; }},
       {"mnuClose", [&] { return session_.Image.CurrentFile.isEmpty(); }},
       {"mnusetup", [&] { return modal == QStringLiteral("CaptureSetup"); }},
+      {"SSCommand1", [&] { return modal == QStringLiteral("CaptureSetup"); }},
+      {"ToolRotation", [&] { return session_.View.RotationCaption == QStringLiteral("7"); }},
+      {"ToolEdge", [&] { return session_.View.EdgeCaption == QStringLiteral("7"); }},
       {"mnubout", [&] { return modal == QStringLiteral("About"); }},
       {"mnuExit", [&] { return !window_->isVisible(); }},
       {"mnuSave", [&] { return dialogs.AskedSave == QStringLiteral("Scene.BMP"); }},
@@ -336,13 +343,63 @@ TEST_F(MainWindowTest, EveryCommandOfTheTableDoesItsWork) {
     ASSERT_TRUE(effects.contains(command.Id)) << command.Id << " has no check here";
     dialogs.AskedSave.clear();
     QApplication::clipboard()->clear();
-    if (std::string_view(command.Id) == "mnusetup" || std::string_view(command.Id) == "mnubout") {
+    const std::string_view id = command.Id;
+    if (id == "mnusetup" || id == "SSCommand1" || id == "mnubout") {
       closeModal();
     }
+    modal.clear();
     Trigger(command.Id);
     EXPECT_TRUE(effects.at(command.Id)()) << command.Id;
     window_->show();
   }
+}
+
+TEST_F(MainWindowTest, EnteredToolNumbersStayInTheirRanges) {
+  ScriptedDialogs dialogs{QString()};
+  for (const char* answer : {"400", "-361", "text", "359.6"}) {
+    dialogs.Text = QString::fromLatin1(answer);
+    EnterRotationAngle(session_.View, dialogs, session_.Steps);
+  }
+  EXPECT_EQ(session_.View.RotationCaption, QStringLiteral("360"));
+  dialogs.Text = QStringLiteral("11");
+  EnterEdgeMagnitude(session_.View, dialogs, session_.Steps);
+  EXPECT_EQ(session_.View.EdgeCaption, QStringLiteral("0"));
+}
+
+TEST_F(MainWindowTest, SlowDragsAddUpAtHighZoom) {
+  window_->OpenFile(scene_);
+  window_->View().SetZoom(15);
+  auto& horizontal = Find<QScrollBar>("HScroll1");
+  const int before = horizontal.value();
+  for (int i = 0; i < 150; ++i) {
+    Q_EMIT Picture().Dragged(QPoint(-1, 0));
+  }
+  EXPECT_EQ(horizontal.value(), before + 10);
+}
+
+TEST_F(MainWindowTest, ADragWithoutAFileIsPassedOver) {
+  QMimeData data;
+  data.setData(QStringLiteral("text/uri-list"), QByteArray());
+  QDragEnterEvent enter(QPoint(5, 5), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+  QObject& receiver = *window_;
+  receiver.event(&enter);
+  QDropEvent drop(QPointF(5, 5), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+  receiver.event(&drop);
+  EXPECT_TRUE(session_.Image.CurrentFile.isEmpty());
+  data.setUrls({QUrl::fromLocalFile(scene_)});
+  receiver.event(&drop);
+  EXPECT_EQ(session_.Image.CurrentFilePath, scene_);
+}
+
+TEST_F(MainWindowTest, TypedTextStaysUntilItIsAppliedOrTheRangeChanges) {
+  window_->OpenFile(scene_);
+  auto& maximum = Find<QLineEdit>("Text2");
+  maximum.setText(QStringLiteral("12.3"));
+  window_->View().SetZoom(3);
+  EXPECT_EQ(maximum.text(), QStringLiteral("12.3"));
+  window_->OpenFile(scene_);
+  Find<QPushButton>("Command2").click();
+  EXPECT_EQ(maximum.text(), QStringLiteral("55.0"));
 }
 
 TEST_F(MainWindowTest, TheLoadButtonOffersTheKindOfTheOpenImage) {

@@ -33,6 +33,8 @@ class Dialogs {
   /// Path to write to, overwriting already agreed to, or nothing when the user cancelled.
   virtual std::optional<QString> AskSaveFile(const SaveFileQuestion& question) = 0;
   virtual Answer AskYesNoCancel(const QString& text) = 0;
+  /// A line of text, or nothing when the user cancelled.
+  virtual std::optional<QString> AskText(const QString& prompt) = 0;
 };
 
 }  // namespace tessa

@@ -2,6 +2,7 @@
 
 #include <QHash>
 #include <QString>
+#include <algorithm>
 
 namespace tessa {
 
@@ -20,7 +21,10 @@ class Strings {
   void ReadTable(const QByteArray& table);
 
   /// 0 English, 1 German, 2 Spanish; any other number has no texts and gives the defaults.
-  void SetLanguage(int language) { offset_ = language * kLanguageStride; }
+  void SetLanguage(int language) {
+    constexpr int kMostLanguages = 1000;
+    offset_ = std::clamp(language, -kMostLanguages, kMostLanguages) * kLanguageStride;
+  }
   int Language() const { return offset_ / kLanguageStride; }
   int LanguageOffset() const { return offset_; }
 

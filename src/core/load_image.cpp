@@ -246,7 +246,9 @@ void MeasureRow(int row, const DegreesOfIndex& degrees, OpenImage& image) {
 /// The extremes of a bitmap grow with every row, and the range control with them.
 void FollowExtremes(int row, Session& session) {
   OpenImage& image = session.Image;
-  for (const float degrees : std::as_const(image.TempGrid).Row(row)) {
+  // Columns beyond the row buffers were never measured.
+  const auto measured = static_cast<std::size_t>(image.RowBuffers.CellCount());
+  for (const float degrees : std::as_const(image.TempGrid).Row(row).first(measured)) {
     image.TempMin = std::min(image.TempMin, degrees);
     image.TempMax = std::max(image.TempMax, degrees);
   }
@@ -296,7 +298,6 @@ void FinishLoad(Ending ending, Session& session, Progress& progress) {
   ViewState& view = session.View;
   image.ImageBusy = false;
   view.LoadingTextVisible = false;
-  view.UnitPanelVisible = true;
   session.Buffers.PicBuf2.UpdatePalette();
   view.Source = RangeSource::kStored;
   if (ending == Ending::kSit || ending == Ending::kTmp ||
@@ -410,7 +411,6 @@ void OpenCurrentImage(Session& session, Progress& progress) {
   view.BlankPanelVisible = true;
   view.BottomPanelVisible = false;
   view.ScalePanelVisible = false;
-  view.StripVisible = false;
   session.Buffers.Picbuf1.ScrollView(0, 0);
   view.LoadProgress = 0.0;
   view.LoadProgressVisible = true;
@@ -431,7 +431,6 @@ void OpenCurrentImage(Session& session, Progress& progress) {
   InstallPalette(session);
   view.BottomPanelVisible = true;
   view.ScalePanelVisible = true;
-  view.StripVisible = true;
   view.LoadProgressVisible = false;
   view.LoadProgress = 0.0;
   view.BlankPanelVisible = false;

@@ -1,3 +1,4 @@
+#include <QFileInfo>
 #include <algorithm>
 #include <array>
 
@@ -114,8 +115,11 @@ void LoadTmp(Session& session, Progress& progress) {
       throw StepFailure(session.Faults.back().Text);
     }
   });
-  if (file && file->Size < kTmpLegacyLimit) {
-    LoadTmp8(file->Data, file->Size, session, progress);
+  // An empty file is the shortest of the 8-bit kind.
+  const QFileInfo onDisk(session.Image.CurrentFilePath);
+  const bool isEmpty = onDisk.isFile() && onDisk.size() == 0;
+  if (isEmpty || (file && file->Size < kTmpLegacyLimit)) {
+    LoadTmp8(file ? ByteSpan(file->Data) : ByteSpan(), file ? file->Size : 0, session, progress);
   } else {
     LoadTmp16(file ? ByteSpan(file->Data) : ByteSpan(), file ? file->Size : 0, session, progress);
   }

@@ -19,7 +19,7 @@ QString KindEnding(const QString& upperCasedPath) {
 
 void SetCurrentFile(OpenImage& image, const QString& path) {
   image.CurrentFilePath = path;
-  image.CurrentFile = path.toUpper();
+  image.CurrentFile = path.toUpper().trimmed();
   image.CurrentFileName =
       image.CurrentFile.mid(image.CurrentFile.lastIndexOf(QDir::separator()) + 1);
 }

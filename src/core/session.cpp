@@ -1,5 +1,7 @@
 #include "core/session.h"
 
+#include <algorithm>
+
 namespace tessa {
 
 void PrepareSession(Session& session) {
@@ -25,9 +27,7 @@ void ApplySettings(Session& session) {
 }
 
 void SelectDefaultPalette(Session& session) {
-  if (session.Settings.DefaultPalette >= 0) {
-    session.View.PaletteSelection = session.Settings.DefaultPalette;
-  }
+  session.View.PaletteSelection = std::max(session.Settings.DefaultPalette, -1);
 }
 
 }  // namespace tessa

@@ -47,7 +47,6 @@ struct ViewState {
   bool PictureVisible = false;      // Picbuf1
   bool BottomPanelVisible = false;  // SSPanel1
   bool ScalePanelVisible = false;   // SSPanel8
-  bool StripVisible = false;        // PicBuf2
   bool BlankPanelVisible = true;    // SSPanel9: nothing is open.
   bool FrameRowVisible = false;     // Frame1
   bool HasImage = false;            // The view shows an image, however well it loaded.
@@ -85,7 +84,6 @@ struct ViewState {
   bool CelsiusSelected = true;       // SSOption1
   bool FahrenheitSelected = false;   // SSOption2
   bool TrendSaysWhiteHot = false;    // Tool tip of btnTrend: "White Hot", else "Black Hot".
-  bool UnitPanelVisible = false;     // SSPanel5
   bool VisibleImageEntries = false;  // btnViewVis, mnuView, mnuCopyVis, mnuMerge, mnuSaveComposite
   bool SoundButtonsVisible = false;  // btnPlaysound, btnEmbedSound
 
@@ -94,6 +92,8 @@ struct ViewState {
 
   ZoomState Zoom;
   int MeasuringTool = 3;
+  QString RotationCaption = QStringLiteral("0");  // SSPanel5 of the view: degrees, entered only.
+  QString EdgeCaption = QStringLiteral("0");      // SSPanel7 of the view: magnitude, entered only.
 };
 
 }  // namespace tessa

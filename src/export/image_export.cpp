@@ -55,6 +55,12 @@ void ApplyRange(const ExportOptions& options, Session& session, Progress& progre
   }
   RequireTemperatures(image, "range to choose");
   TemperaturePair range = ImageExtremes(image);
+  if (options.Frame != 0) {
+    // A frame from a file of its own leaves the image's extremes alone.
+    const auto cells = image.TempGrid.Cells();
+    const auto [low, high] = std::minmax_element(cells.begin(), cells.end());
+    range = {*low, *high};
+  }
   if (options.Range.From == ExportRange::Choice::kEntered) {
     range = {static_cast<float>(FromDisplayUnits(options.Range.Low, options.Unit)),
              static_cast<float>(FromDisplayUnits(options.Range.High, options.Unit))};

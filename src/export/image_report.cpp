@@ -112,6 +112,14 @@ QJsonObject ReportAsJson(const Session& session) {
   put("Memo", session.View.Memo);
   put("FrameCount", image.FrameCount);
   put("CurrentFrame", image.CurrentFrame);
+  put("SeqVersion", Number(image.SeqVersion));
+  put("SeqFrameStride", static_cast<qint64>(image.SeqFrameStride));
+  put("SeqDepth", image.SeqDepth);
+  QJsonArray frameTimes;
+  for (const QString& time : image.SeqFrameTimes) {
+    frameTimes.append(time);
+  }
+  put("SeqFrameTimes", frameTimes);
   put("HasVisibleImage", image.HasVisibleImage);
   put("SoundFile", image.SoundFile);
   put("SoundFileTitle", image.SoundFileTitle);

@@ -16,8 +16,9 @@ constexpr std::uint32_t kAlphaBitFields = 6;
 constexpr std::uint64_t kInfoHeaderAt = kBmpFileHeaderSize;
 constexpr std::uint32_t kCoreHeaderSize = 12;
 constexpr std::uint32_t kInfoHeaderSize = 40;
-/// A run-length coded picture may be far larger than its file. This much is allowed on top of it.
-constexpr std::uint64_t kMaxExpandedPixels = 48ULL << 20;
+/// A run-length coded picture may be far larger than its file. A load takes about eleven bytes a
+/// pixel in all; so many pixels cost less than 64 MiB.
+constexpr std::uint64_t kMaxExpandedPixels = 5ULL << 20;
 
 void Refuse(BmpPicture& picture, ProblemKind kind, std::uint64_t offset, std::string field,
             std::string text) {
@@ -290,7 +291,7 @@ class RleDecoder {
 void DecodeRle(ByteSpan file, BmpPicture& picture, bool topDown) {
   const std::uint64_t pixels =
       static_cast<std::uint64_t>(picture.Width) * static_cast<std::uint64_t>(picture.Height);
-  if (pixels > kMaxExpandedPixels + file.size()) {
+  if (pixels > kMaxExpandedPixels + file.size() / 11) {
     Refuse(picture, ProblemKind::kTooLarge, 18, "Width",
            "the coded picture would be far larger than its file can justify");
     return;

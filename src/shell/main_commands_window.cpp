@@ -5,6 +5,7 @@
 #include "shell/main_window.h"
 #include "shell/view_pict_widget.h"
 #include "shell/window_progress_widget.h"
+#include "view/image_tools.h"
 
 namespace tessa {
 
@@ -72,6 +73,14 @@ std::vector<MainWindow::Command> MainWindow::MakeFileCommands() {
        {QKeySequence(Qt::CTRL | Qt::Key_Q)},
        [this] { this->close(); },
        {}},
+      {"SSCommand1",
+       word(210, "Preferences"),
+       "preferences",
+       {},
+       [this] { ShowPreferences(); },
+       {}},
+      {"btnPlaysound", word(209, "Playback Sound File"), "play_sound", {}, {}, {}},
+      {"btnEmbedSound", word(230, "Save Sound Into Image"), "embed_sound", {}, {}, {}},
       {"btnthumb", word(275, "View Thumbnails / Download Images"), "thumbnails", {}, {}, {}},
       {"btnDWNLoad", word(297, "Corvane T-40 Downloader"), "download", {}, {}, {}},
   };
@@ -169,6 +178,24 @@ std::vector<MainWindow::Command> MainWindow::MakeViewCommands() {
        {QKeySequence(Qt::Key_Minus), QKeySequence(Qt::Key_PageDown), QKeySequence::ZoomOut},
        zoomBy(-1),
        hasImage},
+      {"ToolRotation",
+       [this] {
+         return session_.Words.LangString(220, "Rotate") + QStringLiteral(": ") +
+                session_.View.RotationCaption;
+       },
+       "",
+       {},
+       [this] { AskForTool(EnterRotationAngle); },
+       {}},
+      {"ToolEdge",
+       [this] {
+         return session_.Words.LangString(410, "Edge Magnitude") + QStringLiteral(": ") +
+                session_.View.EdgeCaption;
+       },
+       "",
+       {},
+       [this] { AskForTool(EnterEdgeMagnitude); },
+       {}},
       {"ZoomFit",
        word(403, "Fit in Window"),
        "zoom_fit",
@@ -176,6 +203,17 @@ std::vector<MainWindow::Command> MainWindow::MakeViewCommands() {
        [this] { view_->ZoomToFit(); },
        hasImage},
   };
+}
+
+void MainWindow::AskForTool(void (*procedure)(ViewState&, Dialogs&, StepLog&)) {
+  procedure(session_.View, *dialogs_, session_.Steps);
+  for (const char* id : {"ToolRotation", "ToolEdge"}) {
+    for (const Command& command : commands_) {
+      if (QLatin1String(command.Id) == QLatin1String(id)) {
+        Action(id)->setText(command.Caption());
+      }
+    }
+  }
 }
 
 }  // namespace tessa

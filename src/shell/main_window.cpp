@@ -41,6 +41,12 @@ constexpr int kSmallestHeight = 8580 / kTwipsPerPixel;
 constexpr int kResizeRestMilliseconds = 250;
 const QSize kFirstSize(1080, 720);
 
+/// The first local file of what is dragged; empty for none.
+QString DroppedFile(const QMimeData& data) {
+  const QList<QUrl> urls = data.urls();
+  return urls.isEmpty() ? QString() : urls.constFirst().toLocalFile();
+}
+
 }  // namespace
 
 MainWindow::MainWindow(Session& session, UserSettings& user) : session_(session), user_(user) {
@@ -126,6 +132,7 @@ void MainWindow::MakeMenus() {
   viewMenu_ = MakeMenu(nullptr, "mnuView", 285, "View");
   fill(viewMenu_, {"mnuVisible"});
   fill(MakeMenu(nullptr, "mnuZoom", 284, "Zoom"), {"ZoomIn", "ZoomOut", "ZoomFit"});
+  fill(MakeMenu(nullptr, "mnuTools", 406, "Tools"), {"ToolRotation", "ToolEdge"});
 }
 
 void MainWindow::FillRecentMenu() {
@@ -165,13 +172,15 @@ void MainWindow::MakeToolPanel() {
   toolPanel_->addAction(Action("btnDWNLoad"));
   toolPanel_->addSeparator();
   toolPanel_->addAction(Action("btnTrend"));
+  toolPanel_->addAction(Action("btnPlaysound"));
+  toolPanel_->addAction(Action("btnEmbedSound"));
   toolPanel_->addAction(Action("btnViewVis"));
   toolPanel_->addSeparator();
   for (const char* id : {"ZoomOut", "ZoomIn", "ZoomFit"}) {
     toolPanel_->addAction(Action(id));
   }
   toolPanel_->addSeparator();
-  toolPanel_->addAction(Action("mnusetup"));
+  toolPanel_->addAction(Action("SSCommand1"));
   auto* const gap = new QWidget(toolPanel_);
   gap->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Preferred);
   toolPanel_->addWidget(gap);
@@ -228,6 +237,10 @@ void MainWindow::MakeStatusBar() {
   loadProgress_ = new QProgressBar(bar);
   loadProgress_->setObjectName(QStringLiteral("SSPanel12"));
   loadProgress_->setMaximumWidth(160);
+  renderProgress_ = new QProgressBar(bar);
+  renderProgress_->setObjectName(QStringLiteral("SSPanel18"));
+  renderProgress_->setMaximumWidth(160);
+  bar->addPermanentWidget(renderProgress_);
   bar->addPermanentWidget(loadingText_);
   bar->addPermanentWidget(loadProgress_);
 }
@@ -368,6 +381,9 @@ void MainWindow::EnableActions() {
   }
   const bool hasVisible = session_.View.VisibleImageEntries;
   Action("btnViewVis")->setVisible(hasVisible);
+  for (const char* id : {"btnPlaysound", "btnEmbedSound"}) {
+    Action(id)->setVisible(session_.View.SoundButtonsVisible);
+  }
   viewMenu_->setEnabled(hasVisible);
   compositeMenu_->menuAction()->setVisible(hasVisible);
   recentMenu_->setEnabled(!user_.RecentFiles().isEmpty());
@@ -387,6 +403,9 @@ void MainWindow::BringIntoLine() {
   loadingText_->setVisible(view.LoadingTextVisible);
   loadProgress_->setValue(static_cast<int>(view.LoadProgress));
   loadProgress_->setVisible(view.LoadProgressVisible);
+  renderProgress_->setValue(static_cast<int>(view.RenderProgress));
+  renderProgress_->setVisible(view.RenderProgressVisible);
+  setCursor(view.BusyPointer ? Qt::BusyCursor : Qt::ArrowCursor);
   CloseVisibleWhenGone();
   view_->BringIntoLine();
 }
@@ -427,8 +446,14 @@ void MainWindow::OpenPendingFile() {
 }
 
 void MainWindow::OpenFile(const QString& path) {
+  OpenImage& image = session_.Image;
+  if (image.UiLocked) {
+    return;
+  }
   progress_->Start();
+  image.UiLocked = true;
   OpenPath(path, session_, *progress_);
+  image.UiLocked = false;
   RememberOpened();
   BringIntoLine();
   view_->FocusZoom();
@@ -506,8 +531,11 @@ void MainWindow::CloseVisibleWhenGone() {
 
 void MainWindow::changeEvent(QEvent* event) {
   QMainWindow::changeEvent(event);
-  if (event->type() == QEvent::PaletteChange && openButton_ != nullptr) {
+  if (event->type() == QEvent::PaletteChange && languageBox_ != nullptr) {
     ShowIcons();
+    Action("btnTrend")->setIcon(QIcon());
+    view_->ShowIcons();
+    BringIntoLine();
   }
 }
 
@@ -549,14 +577,17 @@ void MainWindow::contextMenuEvent(QContextMenuEvent* event) {
 }
 
 void MainWindow::dragEnterEvent(QDragEnterEvent* event) {
-  if (event->mimeData()->hasUrls() && event->mimeData()->urls().constFirst().isLocalFile()) {
+  if (!DroppedFile(*event->mimeData()).isEmpty()) {
     event->acceptProposedAction();
   }
 }
 
 void MainWindow::dropEvent(QDropEvent* event) {
-  event->acceptProposedAction();
-  OpenFile(event->mimeData()->urls().constFirst().toLocalFile());
+  const QString path = DroppedFile(*event->mimeData());
+  if (!path.isEmpty()) {
+    event->acceptProposedAction();
+    OpenFile(path);
+  }
 }
 
 }  // namespace tessa

@@ -96,6 +96,7 @@ class MainWindow : public QMainWindow {
   void ShowPreferences();
   void ShowAbout();
   void ShowVisible();
+  void AskForTool(void (*procedure)(ViewState&, Dialogs&, StepLog&));
   void CloseVisibleWhenGone();
   std::vector<Command> MakeExportCommands();
 
@@ -120,6 +121,7 @@ class MainWindow : public QMainWindow {
   QToolButton* openButton_ = nullptr;
   std::array<QLabel*, ViewState::kStatusPanels + 1> statusPanels_{};
   QProgressBar* loadProgress_ = nullptr;
+  QProgressBar* renderProgress_ = nullptr;
   QLabel* loadingText_ = nullptr;
   QCheckBox* languageBox_ = nullptr;
   ColourTable shownPalette_{};  // Of the swatch of the selected list entry.

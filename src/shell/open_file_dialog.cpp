@@ -2,6 +2,7 @@
 
 #include <QFileDialog>
 #include <QFileInfo>
+#include <QInputDialog>
 #include <QMessageBox>
 
 namespace tessa {
@@ -39,6 +40,13 @@ Answer WindowDialogs::AskYesNoCancel(const QString& text) {
     default:
       return Answer::kCancel;
   }
+}
+
+std::optional<QString> WindowDialogs::AskText(const QString& prompt) {
+  bool accepted = false;
+  const QString text = QInputDialog::getText(parent_, parent_->windowTitle(), prompt,
+                                             QLineEdit::Normal, QString(), &accepted);
+  return accepted ? std::optional(text) : std::nullopt;
 }
 
 }  // namespace tessa

@@ -13,6 +13,7 @@ class WindowDialogs : public Dialogs {
   std::optional<QString> AskOpenFile(const OpenFileQuestion& question) override;
   std::optional<QString> AskSaveFile(const SaveFileQuestion& question) override;
   Answer AskYesNoCancel(const QString& text) override;
+  std::optional<QString> AskText(const QString& prompt) override;
 
  private:
   QWidget* parent_;

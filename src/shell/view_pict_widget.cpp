@@ -9,6 +9,7 @@
 #include <QToolTip>
 #include <QVBoxLayout>
 #include <QWheelEvent>
+#include <cmath>
 
 #include "shell/tool_icon_widget.h"
 #include "view/eliding_label_widget.h"
@@ -104,8 +105,10 @@ QWidget* ViewPictWidget::MakeBottomPanel() {
   bottomPanel_->setObjectName(QStringLiteral("SSPanel1"));
   comment_ = new ElidingLabel(Qt::ElideRight, bottomPanel_);
   comment_->setObjectName(QStringLiteral("ssComment"));
+  memo_ = new QLabel(bottomPanel_);
+  memo_->setObjectName(QStringLiteral("ssMemo"));
   taken_ = new QLabel(bottomPanel_);
-  taken_->setObjectName(QStringLiteral("ssMemo"));
+  taken_->setObjectName(QStringLiteral("Taken"));
 
   zoomOut_ = MakeStepButton(QStringLiteral("zoom_out"), -1);
   zoomIn_ = MakeStepButton(QStringLiteral("zoom_in"), 1);
@@ -124,6 +127,8 @@ QWidget* ViewPictWidget::MakeBottomPanel() {
   layout->setContentsMargins(kMargin, 2, kMargin, 2);
   layout->addWidget(comment_, 1);
   layout->addSpacing(kMargin);
+  layout->addWidget(memo_);
+  layout->addSpacing(kMargin);
   layout->addWidget(taken_);
   layout->addSpacing(2 * kMargin);
   layout->addWidget(zoomText_);
@@ -140,7 +145,8 @@ void ViewPictWidget::SetWindowLanguage() {
   name(horizontalScroll_, words.LangString(409, "Pan"));
   name(verticalScroll_, words.LangString(409, "Pan"));
   name(comment_, words.LangString(116, "Comment"));
-  name(taken_, words.LangString(187, "Memo"));
+  name(memo_, words.LangString(187, "Memo"));
+  name(taken_, words.LangString(137, "Date"));
   name(zoom_, words.LangString(284, "Zoom"));
   zoom_->setToolTip(words.LangString(284, "Zoom"));
   const auto tip = [&](QToolButton* button, int id, const char* text) {
@@ -175,9 +181,16 @@ void ViewPictWidget::ConnectPicture() {
   });
   connect(picture_, &PicbufWidget::Dragged, this, [this](QPoint distance) {
     const Picbuf& buffer = session_.Buffers.Picbuf1;
+    // Screen pixels that are not yet worth an image pixel wait for the next movement.
     const double imagePixels = buffer.ZoomDenominator / buffer.ZoomNumerator;
-    PanTo(horizontalScroll_->value() - static_cast<int>(distance.x() * imagePixels),
-          verticalScroll_->value() - static_cast<int>(distance.y() * imagePixels));
+    dragRest_ += QPointF(distance) * imagePixels;
+    const auto wholePart = [](qreal value) {
+      constexpr qreal kRounding = 1e-6;  // Fractions such as fifteenths do not add up exactly.
+      return static_cast<int>(value + std::copysign(kRounding, value));
+    };
+    const QPoint whole(wholePart(dragRest_.x()), wholePart(dragRest_.y()));
+    dragRest_ -= whole;
+    PanTo(horizontalScroll_->value() - whole.x(), verticalScroll_->value() - whole.y());
   });
   connect(horizontalScroll_, &QScrollBar::valueChanged, this, [this](int value) {
     session_.Buffers.Picbuf1.Xpan = value;
@@ -200,9 +213,8 @@ void ViewPictWidget::BringIntoLine() {
   const QString comment = view.Comment.simplified();
   comment_->setText(comment);
   comment_->setToolTip(comment);
-  QStringList facts = {view.Memo.simplified(), image.ImageDate, image.ImageTime};
-  facts.removeAll(QString());
-  taken_->setText(facts.join(QStringLiteral("   ")));
+  memo_->setText(view.Memo.simplified());
+  taken_->setText((image.ImageDate + QStringLiteral("  ") + image.ImageTime).trimmed());
 
   const QSignalBlocker blocker(zoom_);
   zoom_->setRange(view.Zoom.ZoomMin, view.Zoom.ZoomMax);
@@ -272,6 +284,12 @@ void ViewPictWidget::SetZoom(int level) {
 void ViewPictWidget::ScrollToCentre() {
   const Picbuf& buffer = session_.Buffers.Picbuf1;
   ZoomState& zoom = session_.View.Zoom;
+  if (zoom.ZoomCentreX == -1) {
+    zoom.ZoomCentreX = buffer.BufWidth() / 2;
+  }
+  if (zoom.ZoomCentreY == -1) {
+    zoom.ZoomCentreY = buffer.BufHeight() / 2;
+  }
   PanTo(PanForCentre(zoom.ZoomCentreX, buffer.BufWidth(), horizontalScroll_->maximum()),
         PanForCentre(zoom.ZoomCentreY, buffer.BufHeight(), verticalScroll_->maximum()));
 }
@@ -328,6 +346,13 @@ void ViewPictWidget::PointerMoved(QPoint position) {
   }
   QToolTip::showText(picture_->mapToGlobal(position), session_.View.PictureTip, picture_);
   Q_EMIT ReadoutChanged();
+}
+
+void ViewPictWidget::ShowIcons() {
+  const QColor ink = palette().color(QPalette::WindowText);
+  zoomOut_->setIcon(ToolIcon(QStringLiteral("zoom_out"), ink));
+  zoomIn_->setIcon(ToolIcon(QStringLiteral("zoom_in"), ink));
+  range_->SetWindowLanguage();
 }
 
 void ViewPictWidget::FocusZoom() {

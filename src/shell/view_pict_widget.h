@@ -27,6 +27,8 @@ class ViewPictWidget : public QWidget {
   /// Brings every control into line with the records.
   void BringIntoLine();
   void SetWindowLanguage();
+  /// Draws the icons anew in the colours of the desktop.
+  void ShowIcons();
   /// Sets the level and shows the remembered centre in the middle.
   void SetZoom(int level);
   int ZoomLevel() const;
@@ -80,7 +82,9 @@ class ViewPictWidget : public QWidget {
   QLabel* blankText_ = nullptr;
   QPushButton* blankOpen_ = nullptr;
   QLabel* comment_ = nullptr;
+  QLabel* memo_ = nullptr;
   QLabel* taken_ = nullptr;
+  QPointF dragRest_;  // Of a drag, image pixels.
 };
 
 }  // namespace tessa

@@ -1,7 +1,11 @@
 #include "view/picbuf_widget.h"
 
-#include <QCoreApplication>
+#include <QAbstractButton>
+#include <QAbstractItemView>
+#include <QApplication>
+#include <QComboBox>
 #include <QKeyEvent>
+#include <QLineEdit>
 #include <QMouseEvent>
 #include <QPainter>
 #include <algorithm>
@@ -128,7 +132,12 @@ bool PicbufWidget::eventFilter(QObject* watched, QEvent* event) {
       spaceHeld_ = isPress;
       ShowPointer();
     }
-    return true;  // A button in focus must not be pressed.
+    // What is in focus keeps its own space bar.
+    const QWidget* const focus = QApplication::focusWidget();
+    return qobject_cast<const QAbstractButton*>(focus) == nullptr &&
+           qobject_cast<const QLineEdit*>(focus) == nullptr &&
+           qobject_cast<const QComboBox*>(focus) == nullptr &&
+           qobject_cast<const QAbstractItemView*>(focus) == nullptr;
   }
   return QWidget::eventFilter(watched, event);
 }

@@ -15,9 +15,11 @@
 namespace tessa {
 namespace {
 
-/// Memory that a coded picture may need: a base, and what its own size makes plausible.
+/// Memory that a coded picture may need until it is shown: a base, and what its own size makes
+/// plausible for a photograph.
 constexpr std::uint64_t kPictureBase = 64ULL << 20;
 constexpr std::uint64_t kPicturePerByte = 64;
+constexpr std::uint64_t kBytesPerPixel = 12;
 
 Problem NoPicture(ProblemKind kind, std::string field, std::string text) {
   return {kind, 0, std::move(field), std::move(text), true};
@@ -89,6 +91,7 @@ LoadedPicture DecodeWithToolkit(const FileStart& file, const char* format, Probl
   QBuffer buffer(&bytes);
   buffer.open(QIODevice::ReadOnly);
   QImageReader reader(&buffer, format);
+  QImageReader::setAllocationLimit(0);  // The limits are judged below.
   reader.setAutoDetectImageFormat(false);
   const QSize size = HasSignature(file.Data, format) ? reader.size() : QSize();
   const std::string name = QString::fromLatin1(format).toUpper().toStdString();
@@ -102,8 +105,8 @@ LoadedPicture DecodeWithToolkit(const FileStart& file, const char* format, Probl
                                "the picture has a side of more than 32767 pixels"));
     return picture;
   }
-  const std::uint64_t needed =
-      static_cast<std::uint64_t>(size.width()) * static_cast<std::uint64_t>(size.height()) * 4;
+  const std::uint64_t needed = static_cast<std::uint64_t>(size.width()) *
+                               static_cast<std::uint64_t>(size.height()) * kBytesPerPixel;
   if (needed > kPictureBase + kPicturePerByte * file.Size) {
     faults.push_back(NoPicture(ProblemKind::kTooLarge, "Size",
                                "the picture claims to be far larger than its file can justify"));

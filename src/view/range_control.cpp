@@ -100,7 +100,10 @@ void InitRangeControl(const TemperaturePair& extremes, const TemperaturePair& ra
                       char displayUnits, RangeSlider& slider, ViewState& view) {
   auto lo = static_cast<double>(std::min(extremes.Minimum, range.Minimum));
   auto hi = static_cast<double>(std::max(extremes.Maximum, range.Maximum));
-  const double margin = std::trunc(std::nearbyint((hi - lo) * 0.5) / 2);
+  // A half span that fits no integer is a failed step and leaves no margin.
+  constexpr double kLargestInteger = 2147483647.0;
+  const double half = std::nearbyint((hi - lo) * 0.5);
+  const double margin = std::fabs(half) <= kLargestInteger ? std::trunc(half / 2) : 0.0;
   lo -= margin;
   hi += margin;
   view.RangeSliderVisible = true;

@@ -3,6 +3,7 @@
 #include <QCheckBox>
 #include <QGridLayout>
 #include <QHBoxLayout>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
@@ -45,8 +46,21 @@ QLineEdit* RangePanelWidget::MakeBox(const char* name) {
   auto* const box = KeepingPlace(new QLineEdit(this));
   box->setObjectName(QString::fromLatin1(name));
   box->setAlignment(Qt::AlignRight);
+  box->installEventFilter(this);
   box->setFixedWidth(box->fontMetrics().horizontalAdvance(QStringLiteral("-1888.8")) + 22);
   return box;
+}
+
+/// The window's keys for zooming stay out of the boxes.
+bool RangePanelWidget::eventFilter(QObject* watched, QEvent* event) {
+  if (event->type() == QEvent::ShortcutOverride) {
+    const int key = static_cast<QKeyEvent*>(event)->key();
+    if (key == Qt::Key_PageUp || key == Qt::Key_PageDown) {
+      event->accept();
+      return true;
+    }
+  }
+  return QWidget::eventFilter(watched, event);
 }
 
 void RangePanelWidget::MakeEntries() {
@@ -122,6 +136,7 @@ void RangePanelWidget::Run(Action&& action) {
     return;
   }
   action(PiecesForRendering(session_, progress_));
+  shownTexts_.fill(QString());  // A refused entry gives way to the range in force.
   Q_EMIT RangeChanged();
 }
 
@@ -180,15 +195,16 @@ void RangePanelWidget::SetWindowLanguage() {
 
 void RangePanelWidget::ShowBoxes() {
   const ViewState& view = session_.View;
-  const auto show = [](QLineEdit* box, const QString& text) {
-    if (box->text() != text) {
-      box->setText(text);
+  const std::array<QLineEdit*, 4> boxes = {maximum_, minimum_, limitMaximum_, limitMinimum_};
+  const std::array<QString, 4> texts = {view.RangeHighText, view.RangeLowText, view.LimitMaxText,
+                                        view.LimitMinText};
+  for (std::size_t i = 0; i < boxes.size(); ++i) {
+    // What the user is typing stays until the record has something new to say.
+    if (shownTexts_[i] != texts[i]) {
+      boxes[i]->setText(texts[i]);
     }
-  };
-  show(maximum_, view.RangeHighText);
-  show(minimum_, view.RangeLowText);
-  show(limitMaximum_, view.LimitMaxText);
-  show(limitMinimum_, view.LimitMinText);
+  }
+  shownTexts_ = texts;
 }
 
 /// Red: the stored scale. Green: the extremes of the image.

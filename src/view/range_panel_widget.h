@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QWidget>
+#include <array>
 #include <optional>
 
 #include "core/progress.h"
@@ -26,6 +27,7 @@ class RangePanelWidget : public QWidget {
   RangePanelWidget(Session& session, Progress& progress, QWidget* parent);
 
   void BringIntoLine();
+  bool eventFilter(QObject* watched, QEvent* event) override;
   void SetWindowLanguage();
 
  Q_SIGNALS:
@@ -59,6 +61,7 @@ class RangePanelWidget : public QWidget {
   RangeSliderWidget* slider_ = nullptr;
   ScaleWidget* scale_ = nullptr;
   std::optional<RangeSource> shownSource_;
+  std::array<QString, 4> shownTexts_;  // Of the boxes, as the records last had them.
 };
 
 }  // namespace tessa

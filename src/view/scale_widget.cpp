@@ -112,11 +112,11 @@ void ScaleWidget::PaintMarkers(QPainter& painter, const QRectF& strip) const {
   const qreal top = MarkerY(extremes_.Y1, strip);
   const qreal foot = MarkerY(extremes_.Y2, strip);
   painter.drawLine(QPointF(spine, top), QPointF(spine, foot));
-  if (maximum_.Visible) {
-    painter.drawLine(QPointF(left, top), QPointF(right, top));
-  }
-  if (minimum_.Visible) {
-    painter.drawLine(QPointF(left, foot), QPointF(right, foot));
+  for (const MarkerLine& stroke : {maximum_, minimum_}) {
+    if (stroke.Visible) {
+      const qreal y = MarkerY(stroke.Y1, strip);
+      painter.drawLine(QPointF(left, y), QPointF(right, y));
+    }
   }
 }
 
