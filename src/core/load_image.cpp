@@ -51,6 +51,7 @@ bool HasRowPass(Ending ending) {
 void ResetForLoad(Session& session) {
   OpenImage& image = session.Image;
   ViewState& view = session.View;
+  session.ConversionOutputs.clear();
   session.Faults.clear();
   session.Steps.Clear();
   image.ImageDate.clear();
@@ -371,6 +372,11 @@ void MakeRasterBuffers(int width, int height, Session& session) {
   image.RowBuffers.Allocate(image.ImageHeight, image.ImageWidth);
 }
 
+QString FrameText(const OpenImage& image, const Strings& strings) {
+  return QString::number(image.CurrentFrame) + QLatin1Char(' ') + strings.LangString(199, "of") +
+         QLatin1Char(' ') + QString::number(image.FrameCount);
+}
+
 void SetScaleTexts(double low, double high, OpenImage& image) {
   image.ScaleHighText = SixCharacters(TemperatureText(high, image.DisplayUnits));
   image.ScaleLowText = SixCharacters(TemperatureText(low, image.DisplayUnits));
@@ -427,7 +433,10 @@ void OpenCurrentImage(Session& session, Progress& progress) {
 
   LoadImageFile(session, progress);
 
-  view.FrameRowVisible = false;
+  // Only a sequence has frames to step through.
+  view.FrameRowVisible = KindEnding(image.CurrentFile) == QLatin1String("RTI") &&
+                         FindNoImage(session.Faults) == nullptr && image.FrameCount > 1;
+  view.FrameText = FrameText(image, session.Words);
   InstallPalette(session);
   view.BottomPanelVisible = true;
   view.ScalePanelVisible = true;
@@ -463,6 +472,7 @@ void CloseImage(Session& session, Progress& progress) {
   view.BottomPanelVisible = false;
   view.ScalePanelVisible = false;
   view.BlankPanelVisible = true;
+  view.FrameRowVisible = false;
   view.HasImage = false;
   view.Comment.clear();
   view.Memo.clear();

@@ -48,6 +48,9 @@ void MakeRasterBuffers(int width, int height, Session& session);
 void ShowLoadingText(const QString& loadingWord, const OpenImage& image, ViewState& view,
                      Progress& progress);
 
+/// "2 of 10": the frame on show.
+QString FrameText(const OpenImage& image, const Strings& strings);
+
 /// Both ends of the range in force as texts in the unit of display; `low`, `high` in degrees
 /// Celsius.
 void SetScaleTexts(double low, double high, OpenImage& image);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QSet>
 #include <QString>
 
 #include "core/application_folder.h"
@@ -36,6 +37,9 @@ struct Session {
   /// False where nobody looks at or listens to what images carry: then nothing is cut out of them.
   bool ExtractsAttachments = true;
   QString PendingCommandFile;  // Exact path from the command line that waits to be opened.
+
+  /// Files written by the running or the last conversion of the open sequence.
+  QSet<QString> ConversionOutputs;
 
   // What the last load found wrong.
   Problems Faults;  // With the file.

@@ -48,6 +48,7 @@ struct ViewState {
   bool BottomPanelVisible = false;  // SSPanel1
   bool ScalePanelVisible = false;   // SSPanel8
   bool BlankPanelVisible = true;    // SSPanel9: nothing is open.
+  QString FrameText;                // Label7: "2 of 10"
   bool FrameRowVisible = false;     // Frame1
   bool HasImage = false;            // The view shows an image, however well it loaded.
   QString PictureTip;               // Tool tip of Picbuf1: the temperature under the cursor.

@@ -56,36 +56,13 @@ void ApplyRange(const ExportOptions& options, Session& session, Progress& progre
   RequireTemperatures(image, "range to choose");
   TemperaturePair range = ImageExtremes(image);
   if (options.Frame != 0) {
-    // A frame from a file of its own leaves the image's extremes alone.
-    const auto cells = image.TempGrid.Cells();
-    const auto [low, high] = std::minmax_element(cells.begin(), cells.end());
-    range = {*low, *high};
+    range = GridExtremes(image);  // A frame from its own file leaves the image's extremes alone.
   }
   if (options.Range.From == ExportRange::Choice::kEntered) {
     range = {static_cast<float>(FromDisplayUnits(options.Range.Low, options.Unit)),
              static_cast<float>(FromDisplayUnits(options.Range.High, options.Unit))};
   }
   ShowInRange(range.Minimum, range.Maximum, PiecesForRendering(session, progress));
-}
-
-/// Shows one frame: from its own file where there is one, else from the open file.
-void ShowChosenFrame(int number, Session& session, Progress& progress) {
-  OpenImage& image = session.Image;
-  if (image.FrameCount == 0) {
-    throw StepFailure("the image has no frames to choose from");
-  }
-  const int slots = std::max(image.SeqHeader.Frames, image.FrameCount);
-  image.CurrentFrame = number;
-  if (ShowFrameFromFile(session, progress)) {
-    return;
-  }
-  if (number < 1 || number > slots) {
-    throw StepFailure("there is no frame " + std::to_string(number) + "; the last one is " +
-                      std::to_string(slots));
-  }
-  if (!ShowFrame(false, session, progress)) {
-    throw StepFailure("frame " + std::to_string(number) + " cannot be read");
-  }
 }
 
 Bytes EncodeTxi(Session& session) {
@@ -175,6 +152,39 @@ std::optional<ExportRange> ParseExportRange(const QString& text) {
   return ExportRange{ExportRange::Choice::kEntered, low, high};
 }
 
+int FrameSlots(const OpenImage& image) {
+  return image.FrameCount == 0 ? 0 : std::max(image.SeqHeader.Frames, image.FrameCount);
+}
+
+TemperaturePair GridExtremes(const OpenImage& image) {
+  const auto cells = image.TempGrid.Cells();
+  if (cells.empty()) {
+    return {};
+  }
+  const auto [low, high] = std::minmax_element(cells.begin(), cells.end());
+  return {*low, *high};
+}
+
+void ShowFrameForExport(int number, Session& session) {
+  OpenImage& image = session.Image;
+  Progress progress;
+  if (FrameSlots(image) == 0) {
+    throw StepFailure("the image has no frames to choose from");
+  }
+  image.CurrentFrame = number;
+  // A frame with a file of its own spreads over its extremes, the others keep the stored scale.
+  if (ShowFrameFromFile(session, progress)) {
+    return;
+  }
+  if (number < 1 || number > FrameSlots(image)) {
+    throw StepFailure("there is no frame " + std::to_string(number) + "; the last one is " +
+                      std::to_string(FrameSlots(image)));
+  }
+  if (!ShowFrame(false, session, progress)) {
+    throw StepFailure("frame " + std::to_string(number) + " cannot be read");
+  }
+}
+
 void PrepareForExport(const ExportOptions& options, const Palettes& palettes, Session& session) {
   session.Palettes = palettes;
   session.ExtractsAttachments =
@@ -197,7 +207,7 @@ void LoadForExport(const QString& path, const ExportOptions& options, Session& s
     throw StepFailure(reason->Text);
   }
   if (options.Frame != 0) {
-    ShowChosenFrame(options.Frame, session, progress);
+    ShowFrameForExport(options.Frame, session);
   }
   ApplyRange(options, session, progress);
 }

@@ -6,6 +6,7 @@
 
 #include "core/session.h"
 #include "formats/byte_writer.h"
+#include "view/range_control.h"
 
 namespace tessa {
 
@@ -46,6 +47,16 @@ void PrepareForExport(const ExportOptions& options, const Palettes& palettes, Se
 /// Loads `path` into a prepared session as the options say. Throws StepFailure with the plain
 /// reason when there is no image in it, or the frame or the range cannot be had.
 void LoadForExport(const QString& path, const ExportOptions& options, Session& session);
+
+/// Shows 1-based frame `number` of a loaded snapshot or sequence. Throws StepFailure when there is
+/// none, or it cannot be read.
+void ShowFrameForExport(int number, Session& session);
+
+/// Frames that the open snapshot or sequence says it has; 0 for other images.
+int FrameSlots(const OpenImage& image);
+
+/// Extremes of the temperatures on show.
+TemperaturePair GridExtremes(const OpenImage& image);
 
 /// The open image's bytes in the format of `ending`: bmp (8-bit indices and palette), png, jpg
 /// (quality 95), csv (temperatures, shortest digits that give the single back), tif (one 32-bit

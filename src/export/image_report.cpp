@@ -10,10 +10,8 @@
 namespace tessa {
 namespace {
 
-/// A single as the double whose shortest text is the single's own shortest text.
 QJsonValue Number(float value) {
-  return std::isfinite(value) ? QJsonValue(ParseLeadingNumber(FormatShortest(value)))
-                              : QJsonValue(QJsonValue::Null);
+  return ShortestNumber(value);
 }
 
 QJsonValue Number(double value) {
@@ -63,6 +61,11 @@ class Listing {
 };
 
 }  // namespace
+
+QJsonValue ShortestNumber(float value) {
+  return std::isfinite(value) ? QJsonValue(ParseLeadingNumber(FormatShortest(value)))
+                              : QJsonValue(QJsonValue::Null);
+}
 
 QJsonObject ReportAsJson(const Session& session) {
   const OpenImage& image = session.Image;

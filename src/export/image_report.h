@@ -12,6 +12,9 @@ namespace tessa {
 /// appear with the fewest digits that give the same 32-bit value back.
 QJsonObject ReportAsJson(const Session& session);
 
+/// A single as the JSON number with the fewest digits that give it back; null when not finite.
+QJsonValue ShortestNumber(float value);
+
 /// The same for people: a few aligned lines, temperatures in the unit of display.
 QString ReportAsText(const Session& session);
 

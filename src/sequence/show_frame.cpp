@@ -123,6 +123,38 @@ std::optional<Frame> TakeSnapshotFrame(OpenImage& image) {
   return DecodeFrameArray(image.SeqFrames[slot], image.SeqHeader.Width, image.SeqHeader.Height);
 }
 
+/// The frame in its own file: one array of the picture's size and nothing else.
+std::optional<Frame> ReadFrameFile(Session& session) {
+  const Picbuf& picture = session.Buffers.Picbuf1;
+  Problems faults;
+  const auto file = RandomFile::Open(
+      FrameFilePath(session.Image.CurrentFilePath, session.Image.CurrentFrame), faults);
+  if (!file) {
+    return std::nullopt;
+  }
+  const FrameArrayHeader header = ReadFrameArrayHeader(file->ReadAt(0, kFrameArrayHeaderSize));
+  if (!header.Describes(picture.BufWidth(), picture.BufHeight()) ||
+      header.ByteSize() != file->Size()) {
+    return std::nullopt;
+  }
+  return DecodeFrameArray(file->ReadAt(0, header.ByteSize()), picture.BufWidth(),
+                          picture.BufHeight());
+}
+
+/// The frame from its own file or from the open one, whose extremes it then brings along.
+std::optional<Frame> FindFrame(Session& session) {
+  auto frame = ReadFrameFile(session);
+  if (!frame) {
+    OpenImage& image = session.Image;
+    frame = image.SeqVersion == kContainerVersion ? ReadContainerFrame(session)
+                                                  : TakeSnapshotFrame(image);
+    if (frame) {
+      TakeExtremes(*frame, image);
+    }
+  }
+  return frame;
+}
+
 /// Degrees and indices of a frame, row by row; without a frame both are zero.
 void RenderFrame(const std::optional<Frame>& frame, const ScalePair& scale, Session& session,
                  Progress& progress) {
@@ -199,34 +231,48 @@ bool ShowFrame(bool useEnteredScale, Session& session, Progress& progress) {
   return frame.has_value();
 }
 
-bool ShowFrameFromFile(Session& session, Progress& progress) {
+bool ShowFrameFile(bool keepScale, Session& session, Progress& progress) {
   OpenImage& image = session.Image;
-  const QString path = FrameFilePath(image.CurrentFilePath, image.CurrentFrame);
-  Problems faults;
-  const auto file = RandomFile::Open(path, faults);
-  if (!file) {
-    return false;
-  }
-  const Picbuf& picture = session.Buffers.Picbuf1;
-  // A frame file holds one array of the picture's size and nothing else.
-  const FrameArrayHeader header = ReadFrameArrayHeader(file->ReadAt(0, kFrameArrayHeaderSize));
-  if (!header.Describes(picture.BufWidth(), picture.BufHeight()) ||
-      header.ByteSize() != file->Size()) {
-    return false;
-  }
-  const auto frame =
-      DecodeFrameArray(file->ReadAt(0, header.ByteSize()), picture.BufWidth(), picture.BufHeight());
-  if (!frame) {
-    return false;
-  }
+  ViewState& view = session.View;
+  Picbuf& picture = session.Buffers.Picbuf1;
+  const bool textShown = view.LoadingTextVisible;
+  const bool progressShown = view.LoadProgressVisible;
+  view.LoadingTextVisible = true;
+  view.LoadProgressVisible = true;
   ShowFrameText(session, progress);
+  picture.FileType = Picbuf::kBmp;
   AllocateFromBuffer(session);
-  const ScalePair extremes = FrameExtremes(*frame);
-  image.ScaleMin = extremes.Low;
-  image.ScaleMax = extremes.High;
-  SetScaleTexts(static_cast<double>(extremes.Low), static_cast<double>(extremes.High), image);
-  RenderFrame(frame, extremes, session, progress);
-  return true;
+  view.FrameText = FrameText(image, session.Words);
+
+  const auto frame = FindFrame(session);
+  ScalePair scale;
+  if (frame) {
+    scale = FrameExtremes(*frame);
+    image.ScaleMin = scale.Low;
+    image.ScaleMax = scale.High;
+  }
+  if (keepScale) {
+    scale = {static_cast<float>(ParseNumber(view.RangeLowText)),
+             static_cast<float>(ParseNumber(view.RangeHighText))};
+    image.ScaleLowText = SixCharacters(FormatTenths(static_cast<double>(scale.Low)));
+    image.ScaleHighText = SixCharacters(FormatTenths(static_cast<double>(scale.High)));
+  } else if (frame) {
+    SetScaleTexts(static_cast<double>(scale.Low), static_cast<double>(scale.High), image);
+  }
+  RenderFrame(frame, scale, session, progress);
+
+  picture.FileType = Picbuf::kBmp;
+  if (session.ConversionOutputs.contains(picture.FileName)) {
+    session.Steps.Run("save shown frame", [&] { picture.SaveFile(); });
+  }
+  view.LoadingTextVisible = textShown;
+  view.LoadProgressVisible = progressShown;
+  view.LoadProgress = 0.0;
+  return frame.has_value();
+}
+
+bool ShowFrameFromFile(Session& session, Progress& progress) {
+  return ReadFrameFile(session).has_value() && ShowFrameFile(false, session, progress);
 }
 
 }  // namespace tessa

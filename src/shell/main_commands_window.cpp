@@ -2,6 +2,7 @@
 
 #include "core/load_image.h"
 #include "export/save_image.h"
+#include "sequence/playback.h"
 #include "shell/main_window.h"
 #include "shell/view_pict_widget.h"
 #include "shell/window_progress_widget.h"
@@ -153,8 +154,12 @@ std::vector<MainWindow::Command> MainWindow::MakeViewCommands() {
     return [this, id, text] { return session_.Words.LangString(id, text); };
   };
   const auto hasImage = [this] { return session_.View.HasImage; };
-  const auto zoomBy = [this](int step) {
-    return [this, step] { view_->SetZoom(view_->ZoomLevel() + step); };
+  const auto zoomBy = [this](int levels) {
+    return [this, levels] { view_->SetZoom(view_->ZoomLevel() + levels); };
+  };
+  const auto hasFrames = [this] { return session_.View.FrameRowVisible; };
+  const auto step = [this](void (*procedure)(Session&, Progress&)) {
+    return [this, procedure] { StepFrame(procedure); };
   };
   return {
       {"btnTrend",
@@ -178,6 +183,36 @@ std::vector<MainWindow::Command> MainWindow::MakeViewCommands() {
        {QKeySequence(Qt::Key_Minus), QKeySequence(Qt::Key_PageDown), QKeySequence::ZoomOut},
        zoomBy(-1),
        hasImage},
+      {"FrameFirst",
+       word(292, "First"),
+       "frame_first",
+       {QKeySequence(Qt::Key_Home)},
+       step(ShowFirstFrame),
+       hasFrames},
+      {"FramePrevious",
+       word(293, "Previous"),
+       "frame_previous",
+       {QKeySequence(Qt::ALT | Qt::Key_Left)},
+       step(ShowPreviousFrame),
+       hasFrames},
+      {"FrameNext",
+       word(294, "Next"),
+       "frame_next",
+       {QKeySequence(Qt::ALT | Qt::Key_Right)},
+       step(ShowNextFrame),
+       hasFrames},
+      {"FrameLast",
+       word(295, "Last"),
+       "frame_last",
+       {QKeySequence(Qt::Key_End)},
+       step(ShowLastFrame),
+       hasFrames},
+      {"FrameSave",
+       word(229, "Save Sequence Frames"),
+       "save_image",
+       {},
+       [this] { SaveFrames(); },
+       hasFrames},
       {"ToolRotation",
        [this] {
          return session_.Words.LangString(220, "Rotate") + QStringLiteral(": ") +

@@ -19,6 +19,7 @@
 #include "core/load_dialog.h"
 #include "core/load_image.h"
 #include "export/visible_window.h"
+#include "sequence/save_sequence_dialog.h"
 #include "shell/about_dialog.h"
 #include "shell/mnemonics_widget.h"
 #include "shell/open_file_dialog.h"
@@ -66,6 +67,8 @@ MainWindow::MainWindow(Session& session, UserSettings& user) : session_(session)
   ShowIcons();
   connect(view_, &ViewPictWidget::ReadoutChanged, this, &MainWindow::ShowStatusPanels);
   connect(view_, &ViewPictWidget::RangeChanged, this, &MainWindow::BringIntoLine);
+  connect(view_, &ViewPictWidget::FrameCommand, this,
+          [this](const char* command) { Action(command)->trigger(); });
   connect(view_, &ViewPictWidget::OpenRequested, openButton_, &QToolButton::click);
   openTimer_.setSingleShot(true);
   connect(&openTimer_, &QTimer::timeout, this, &MainWindow::OpenPendingFile);
@@ -132,6 +135,8 @@ void MainWindow::MakeMenus() {
   viewMenu_ = MakeMenu(nullptr, "mnuView", 285, "View");
   fill(viewMenu_, {"mnuVisible"});
   fill(MakeMenu(nullptr, "mnuZoom", 284, "Zoom"), {"ZoomIn", "ZoomOut", "ZoomFit"});
+  frameMenu_ = MakeMenu(nullptr, "mnuFrame", 287, "Frame");
+  fill(frameMenu_, {"FrameFirst", "FramePrevious", "FrameNext", "FrameLast", "", "FrameSave"});
   fill(MakeMenu(nullptr, "mnuTools", 406, "Tools"), {"ToolRotation", "ToolEdge"});
 }
 
@@ -385,6 +390,7 @@ void MainWindow::EnableActions() {
     Action(id)->setVisible(session_.View.SoundButtonsVisible);
   }
   viewMenu_->setEnabled(hasVisible);
+  frameMenu_->setEnabled(session_.View.FrameRowVisible);
   compositeMenu_->menuAction()->setVisible(hasVisible);
   recentMenu_->setEnabled(!user_.RecentFiles().isEmpty());
 }
@@ -508,6 +514,23 @@ void MainWindow::ShowPreferences() {
 
 void MainWindow::ShowAbout() {
   AboutDialog dialog(session_.Words, this);
+  dialog.exec();
+  Activated();
+}
+
+void MainWindow::StepFrame(void (*procedure)(Session&, Progress&)) {
+  if (session_.Image.ImageBusy) {
+    return;
+  }
+  progress_->Start();
+  procedure(session_, *progress_);
+  session_.Cursor = Readout{};
+  BringIntoLine();
+  view_->RefreshReadout();
+}
+
+void MainWindow::SaveFrames() {
+  SaveSequenceDialog dialog(session_, *progress_, this);
   dialog.exec();
   Activated();
 }

@@ -95,6 +95,8 @@ class MainWindow : public QMainWindow {
   void ChooseUnit(char unit);
   void ShowPreferences();
   void ShowAbout();
+  void StepFrame(void (*procedure)(Session&, Progress&));
+  void SaveFrames();
   void ShowVisible();
   void AskForTool(void (*procedure)(ViewState&, Dialogs&, StepLog&));
   void CloseVisibleWhenGone();
@@ -112,6 +114,7 @@ class MainWindow : public QMainWindow {
   QPointer<VisibleWindow> visible_;  // Deletes itself when closed.
   QMenu* recentMenu_ = nullptr;
   QMenu* viewMenu_ = nullptr;
+  QMenu* frameMenu_ = nullptr;
   QMenu* compositeMenu_ = nullptr;
   QToolBar* toolPanel_ = nullptr;
   QComboBox* paletteList_ = nullptr;

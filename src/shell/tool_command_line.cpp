@@ -12,7 +12,9 @@
 #include "export/image_export.h"
 #include "export/image_report.h"
 #include "shell/tool_export.h"
+#include "shell/tool_frames.h"
 #include "shell/tool_support.h"
+#include "view/units.h"
 
 namespace tessa {
 namespace {
@@ -28,7 +30,41 @@ void PrintOwnMessages(QtMsgType /*type*/, const QMessageLogContext& context,
 struct InfoCall {
   std::vector<std::string> Files;
   bool Json = false;
+  bool Frames = false;  // List the frames of snapshots and sequences as well.
 };
+
+/// Time and extremes of every frame that can be read.
+QJsonArray FrameList(Session& session) {
+  QJsonArray frames;
+  const OpenImage& image = session.Image;
+  for (int frame = 1; frame <= FrameSlots(image); ++frame) {
+    try {
+      ShowFrameForExport(frame, session);
+    } catch (const StepFailure&) {
+      continue;
+    }
+    const TemperaturePair extremes = GridExtremes(image);
+    frames.append(QJsonObject{{QStringLiteral("Frame"), frame},
+                              {QStringLiteral("ImageDate"), image.ImageDate},
+                              {QStringLiteral("ImageTime"), image.ImageTime},
+                              {QStringLiteral("TempMin"), ShortestNumber(extremes.Minimum)},
+                              {QStringLiteral("TempMax"), ShortestNumber(extremes.Maximum)}});
+  }
+  return frames;
+}
+
+void PrintFrames(Session& session) {
+  for (const QJsonValue& value : FrameList(session)) {
+    const QJsonObject frame = value.toObject();
+    const auto text = [&](const char* name) { return frame.value(QLatin1String(name)); };
+    PrintOut(QStringLiteral("  Frame %1  %2 %3  %4 to %5 \u00B0C\n")
+                 .arg(text("Frame").toInt(), -5)
+                 .arg(text("ImageDate").toString(), text("ImageTime").toString(),
+                      FormatTenths(text("TempMin").toDouble()),
+                      FormatTenths(text("TempMax").toDouble()))
+                 .toUtf8());
+  }
+}
 
 int RunInfo(const InfoCall& call) {
   int status = kToolDone;
@@ -44,9 +80,16 @@ int RunInfo(const InfoCall& call) {
       PrintError(path, reason->Text);
       status = kToolFailed;
     } else if (call.Json) {
-      reports.append(ReportAsJson(session));
+      QJsonObject report = ReportAsJson(session);
+      if (call.Frames) {
+        report.insert(QStringLiteral("Frames"), FrameList(session));
+      }
+      reports.append(report);
     } else {
       PrintOut(ReportAsText(session).toUtf8());
+      if (call.Frames) {
+        PrintFrames(session);
+      }
     }
   }
   if (call.Json && !reports.isEmpty()) {
@@ -105,6 +148,7 @@ int RunToolCommandLine(int argc, char** argv) {
   InfoCall info;
   CLI::App* const infoCommand = tool.add_subcommand("info", "Say what is known about images");
   infoCommand->add_option("FILE", info.Files, "Images")->required();
+  infoCommand->add_flag("--frames", info.Frames, "List the frames of snapshots and sequences too");
   infoCommand->add_flag("--json", info.Json, "One JSON object, or an array for several images");
 
   ExportCall exportCall;
@@ -135,6 +179,25 @@ int RunToolCommandLine(int argc, char** argv) {
   exportCommand->add_option("--jobs", exportCall.Jobs, "Images to work on at once")
       ->check(CLI::Range(1, 1024));
 
+  FramesCall frames;
+  CLI::App* const framesCommand =
+      tool.add_subcommand("frames", "Write frames of a snapshot or sequence as single files");
+  framesCommand->add_option("FILE", frames.File, "Snapshot or sequence")->required();
+  framesCommand->add_option("--prefix", frames.Prefix, "Start of the files' names")->required();
+  framesCommand->add_option("--to", frames.To, "Their ending: bmp, txi, csv, tif or png")
+      ->required()
+      ->check(CLI::IsMember({"bmp", "txi", "csv", "tif", "png"}));
+  framesCommand->add_option("--frames", frames.Frames, "Which, such as 1-10,15; all if left out");
+  framesCommand->add_option("--folder", frames.Folder, "Folder to write into");
+  framesCommand->add_option("--palette", frames.Palette, "Palette by name or number");
+  framesCommand->add_flag("--reverse", frames.Reverse, "Turn the palette round");
+  framesCommand->add_option(
+      "--range", frames.Range,
+      "One range for all: stored, image (extremes over all frames) or LOW:HIGH");
+  framesCommand->add_option("--unit", frames.Unit, "C or F, for --range and csv")
+      ->check(CLI::IsMember({"C", "F"}));
+  framesCommand->add_flag("--force", frames.Force, "Replace files that are there already");
+
   VisibleCall visible;
   CLI::App* const visibleCommand =
       tool.add_subcommand("visible", "Write the visible-light JPEG inside a SIT image");
@@ -146,6 +209,9 @@ int RunToolCommandLine(int argc, char** argv) {
     tool.parse(argc, argv);
   } catch (const CLI::ParseError& error) {
     return tool.exit(error) == 0 ? kToolDone : kToolWrongCall;
+  }
+  if (framesCommand->parsed()) {
+    return RunFrames(frames);
   }
   if (visibleCommand->parsed()) {
     return RunVisible(visible);

@@ -1,7 +1,5 @@
 #include "shell/tool_export.h"
 
-#include <unistd.h>
-
 #include <QDir>
 #include <QFileInfo>
 #include <QGuiApplication>
@@ -108,32 +106,6 @@ void ExportOne(const ExportJob& job, const ExportCall& call, const ExportOptions
   WriteWholeFile(job.Target, content, call.Force ? Overwrite::kReplace : Overwrite::kRefuse);
   faults = session.Faults;
 }
-
-/// The one line that tells how far a long export is. Shown on terminals only.
-class ProgressLine {
- public:
-  explicit ProgressLine(std::size_t total)
-      : total_(total), shown_(total > 1 && ::isatty(STDERR_FILENO) == 1) {}
-  ProgressLine(const ProgressLine&) = delete;
-  ProgressLine& operator=(const ProgressLine&) = delete;
-  ~ProgressLine() { Clear(); }
-
-  void Show(std::size_t done) {
-    if (shown_) {
-      std::fprintf(stderr, "\r%zu of %zu", done, total_);
-    }
-  }
-  /// Makes room for a line of its own.
-  void Clear() {
-    if (shown_) {
-      std::fputs("\r\033[K", stderr);
-    }
-  }
-
- private:
-  std::size_t total_;
-  bool shown_;
-};
 
 /// Works through the jobs on several threads; each image has a session of its own, so the results
 /// do not depend on how many there are.

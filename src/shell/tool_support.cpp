@@ -1,6 +1,7 @@
 #include "shell/tool_support.h"
 
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <QFile>
 #include <cstdio>
@@ -24,6 +25,21 @@ ApplicationFolder OwnFolder() {
   std::error_code error;
   const auto executable = std::filesystem::read_symlink("/proc/self/exe", error);
   return ApplicationFolder::ForExecutable(FromArgument(executable.string()));
+}
+
+ProgressLine::ProgressLine(std::size_t total)
+    : total_(total), shown_(total > 1 && ::isatty(STDERR_FILENO) == 1) {}
+
+void ProgressLine::Show(std::size_t done) {
+  if (shown_) {
+    std::fprintf(stderr, "\r%zu of %zu", done, total_);
+  }
+}
+
+void ProgressLine::Clear() {
+  if (shown_) {
+    std::fputs("\r\033[K", stderr);
+  }
 }
 
 bool IsSameFile(const QString& first, const QString& second) {

@@ -26,6 +26,23 @@ void PrintError(const QString& path, const std::string& reason);
 /// The folder of the running program.
 ApplicationFolder OwnFolder();
 
+/// The one line that tells how far a long run is. Shown on terminals only.
+class ProgressLine {
+ public:
+  explicit ProgressLine(std::size_t total);
+  ProgressLine(const ProgressLine&) = delete;
+  ProgressLine& operator=(const ProgressLine&) = delete;
+  ~ProgressLine() { Clear(); }
+
+  void Show(std::size_t done);
+  /// Makes room for a line of its own.
+  void Clear();
+
+ private:
+  std::size_t total_;
+  bool shown_;
+};
+
 /// True when both paths lead to the same existing file.
 bool IsSameFile(const QString& first, const QString& second);
 

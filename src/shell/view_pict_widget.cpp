@@ -38,6 +38,7 @@ ViewPictWidget::ViewPictWidget(Session& session, Progress& progress, QWidget* pa
   auto* const left = new QVBoxLayout;
   left->setSpacing(0);
   left->addWidget(MakeCanvas(), 1);
+  left->addWidget(MakeFrameRow());
   left->addWidget(MakeBottomPanel());
   auto* const layout = new QHBoxLayout(this);
   layout->setContentsMargins(0, 0, 0, 0);
@@ -46,6 +47,7 @@ ViewPictWidget::ViewPictWidget(Session& session, Progress& progress, QWidget* pa
   layout->addWidget(range_);
   ConnectPicture();
   SetWindowLanguage();
+  ShowIcons();
 }
 
 QWidget* ViewPictWidget::MakeCanvas() {
@@ -138,6 +140,60 @@ QWidget* ViewPictWidget::MakeBottomPanel() {
   return bottomPanel_;
 }
 
+namespace {
+
+/// The buttons of the frame row: control, command, icon and words.
+struct FrameButton {
+  const char* Name;
+  const char* Command;
+  const char* Icon;
+  int TextId;
+  const char* DefaultText;
+};
+constexpr std::array<FrameButton, 5> kFrameButtons = {
+    {{"SSCommand5", "FrameFirst", "frame_first", 292, "First"},
+     {"SSCommand6", "FramePrevious", "frame_previous", 293, "Previous"},
+     {"SSCommand7", "FrameNext", "frame_next", 294, "Next"},
+     {"SSCommand8", "FrameLast", "frame_last", 295, "Last"},
+     {"SSCommand9", "FrameSave", "save_image", 229, "Save Sequence Frames"}}};
+
+}  // namespace
+
+QWidget* ViewPictWidget::MakeFrameRow() {
+  frameRow_ = new QWidget(this);
+  frameRow_->setObjectName(QStringLiteral("Frame1"));
+  frameText_ = new QLabel(frameRow_);
+  frameText_->setObjectName(QStringLiteral("Label7"));
+  frameText_->setAlignment(Qt::AlignCenter);
+  frameText_->setMinimumWidth(
+      frameText_->fontMetrics().horizontalAdvance(QStringLiteral("88888 of 88888")));
+  auto* const layout = new QHBoxLayout(frameRow_);
+  layout->setContentsMargins(kMargin, 2, kMargin, 2);
+  layout->addStretch();
+  for (const FrameButton& entry : kFrameButtons) {
+    auto* const button = new QToolButton(frameRow_);
+    button->setObjectName(QString::fromLatin1(entry.Name));
+    button->setAutoRaise(true);
+    connect(button, &QToolButton::clicked, this,
+            [this, command = entry.Command] { Q_EMIT FrameCommand(command); });
+    layout->addWidget(button);
+    frameButtons_.push_back(button);
+    if (frameButtons_.size() == 2) {
+      layout->addWidget(frameText_);
+    }
+  }
+  layout->addStretch();
+  return frameRow_;
+}
+
+void ViewPictWidget::ShowFrameRow() {
+  const OpenImage& image = session_.Image;
+  frameRow_->setVisible(session_.View.FrameRowVisible);
+  frameText_->setText(session_.View.FrameText);
+  frameButtons_[1]->setEnabled(image.CurrentFrame > 1);
+  frameButtons_[2]->setEnabled(image.CurrentFrame < image.FrameCount);
+}
+
 void ViewPictWidget::SetWindowLanguage() {
   const Strings& words = session_.Words;
   const auto name = [](QWidget* widget, const QString& text) { widget->setAccessibleName(text); };
@@ -155,6 +211,9 @@ void ViewPictWidget::SetWindowLanguage() {
   };
   tip(zoomIn_, 401, "Zoom In");
   tip(zoomOut_, 402, "Zoom Out");
+  for (std::size_t i = 0; i < kFrameButtons.size(); ++i) {
+    tip(frameButtons_[i], kFrameButtons[i].TextId, kFrameButtons[i].DefaultText);
+  }
   blankText_->setText(words.LangString(408, "Open an image or drop one here"));
   blankOpen_->setText(words.LangString(179, "Load Image") + QStringLiteral("\u2026"));
   range_->SetWindowLanguage();
@@ -209,6 +268,7 @@ void ViewPictWidget::BringIntoLine() {
   bottomPanel_->setVisible(view.BottomPanelVisible);
   blankPanel_->setVisible(view.BlankPanelVisible);
   picture_->setVisible(view.PictureVisible);
+  ShowFrameRow();
   range_->BringIntoLine();
   const QString comment = view.Comment.simplified();
   comment_->setText(comment);
@@ -352,6 +412,9 @@ void ViewPictWidget::ShowIcons() {
   const QColor ink = palette().color(QPalette::WindowText);
   zoomOut_->setIcon(ToolIcon(QStringLiteral("zoom_out"), ink));
   zoomIn_->setIcon(ToolIcon(QStringLiteral("zoom_in"), ink));
+  for (std::size_t i = 0; i < kFrameButtons.size(); ++i) {
+    frameButtons_[i]->setIcon(ToolIcon(QString::fromLatin1(kFrameButtons[i].Icon), ink));
+  }
   range_->SetWindowLanguage();
 }
 

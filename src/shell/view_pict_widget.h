@@ -46,6 +46,8 @@ class ViewPictWidget : public QWidget {
   void OpenRequested();
   /// The range on show changed.
   void RangeChanged();
+  /// A button of the frame row was pressed; the name is that of its command.
+  void FrameCommand(const char* command);
 
  protected:
   void resizeEvent(QResizeEvent* event) override;
@@ -56,6 +58,8 @@ class ViewPictWidget : public QWidget {
   QWidget* MakeCanvas();
   QWidget* MakeBlankPanel();
   QWidget* MakeBottomPanel();
+  QWidget* MakeFrameRow();
+  void ShowFrameRow();
   void ConnectPicture();
   void PlacePicture();
   void PlaceScrollBars(const QRect& area, int maxX, int maxY);
@@ -82,6 +86,9 @@ class ViewPictWidget : public QWidget {
   QLabel* blankText_ = nullptr;
   QPushButton* blankOpen_ = nullptr;
   QLabel* comment_ = nullptr;
+  QWidget* frameRow_ = nullptr;
+  QLabel* frameText_ = nullptr;
+  std::vector<QToolButton*> frameButtons_;
   QLabel* memo_ = nullptr;
   QLabel* taken_ = nullptr;
   QPointF dragRest_;  // Of a drag, image pixels.
