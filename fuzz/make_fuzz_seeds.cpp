@@ -7,8 +7,12 @@
 #include <string_view>
 
 #include "formats/bmp.h"
+#include "formats/bmp_trailer.h"
+#include "formats/frame_array.h"
 #include "formats/palette_file.h"
+#include "formats/sequence.h"
 #include "formats/sit.h"
+#include "formats/tmp_image.h"
 
 namespace {
 
@@ -71,6 +75,62 @@ Bytes SmallBmp(std::uint16_t bits, std::uint32_t compression, std::int32_t heigh
   return writer.Take();
 }
 
+Bytes Joined(Bytes first, const Bytes& second) {
+  first.insert(first.end(), second.begin(), second.end());
+  return first;
+}
+
+/// Two frames of 3 x 2 pixels: a snapshot of the given version, or a container.
+Bytes SmallSequence(float version) {
+  const std::int16_t pixels[] = {2932, 2933, 2900, 3000, 2999, 2910};
+  const Bytes frame = tessa::EncodeFrameArray(3, 2, pixels);
+  const std::string stamp = "11/12/2013 01:02:03 PM";
+  if (version == tessa::kContainerVersion) {
+    const Bytes both = tessa::EncodeContainerFrame({stamp, 253.2F, 393.2F, 283.2F, 308.7F}, frame);
+    return Joined(tessa::EncodeContainerHeader({version, 2, 16, 3, 2, 0.5F}), Joined(both, both));
+  }
+  tessa::SnapshotFields fields;
+  fields.Header = {version, 38024.25, 2, 3, 2, -10.0F, 320.0F, 10.0F, 35.5F, 0.75F, "a comment"};
+  fields.Frames = {frame, frame};
+  fields.Stamps = {stamp, stamp};
+  return tessa::EncodeSnapshot(fields);
+}
+
+void WriteSequenceSeeds(const std::filesystem::path& folder) {
+  const SeedFolder arrays(folder / "frame_array");
+  const std::int16_t pixels[] = {1, 2, 3, 4, 5, 6};
+  arrays.Write("words", Joined({3, 2}, tessa::EncodeFrameArray(3, 2, pixels)));
+  arrays.Write("bytes", Joined({3, 2}, tessa::EncodeFrameArray(3, 2, pixels, 1)));
+  arrays.Write("empty", Joined({3, 2}, tessa::EncodeEmptyFrameArray()));
+  const SeedFolder sequences(folder / "sequence");
+  sequences.Write("plain", SmallSequence(1.0F));
+  sequences.Write("stamped", SmallSequence(tessa::kStampedVersion));
+  sequences.Write("container", SmallSequence(tessa::kContainerVersion));
+}
+
+/// The first byte of an input for the whole load is the number of the ending.
+void WriteLoadSeeds(const std::filesystem::path& folder, const Bytes& sit) {
+  const SeedFolder tmps(folder / "tmp");
+  const Bytes tmp = tessa::EncodeTmp({});
+  const Bytes legacy = tessa::EncodeLegacyTmp({});
+  tmps.Write("words", tmp);
+  tmps.Write("bytes", legacy);
+  tmps.Write("header", Start(tmp, 1100));
+  const Bytes trailer = tessa::EncodeBmpTrailer({230, 30, 3132, 2932});
+  SeedFolder(folder / "trailer").Write("at_the_end", Joined({18, 0}, trailer));
+  const SeedFolder loads(folder / "load");
+  loads.Write("snapshot", Joined({0}, SmallSequence(tessa::kStampedVersion)));
+  loads.Write("container", Joined({0}, SmallSequence(tessa::kContainerVersion)));
+  const Bytes indices(16, 100);
+  const Bytes bitmap = tessa::EncodeBmp8(4, 4, indices, 4, {}, 28013, 18);
+  loads.Write("trailer", Joined({1}, Joined(bitmap, trailer)));
+  loads.Write("limits", Joined({2}, tessa::EncodeBmp8(4, 4, indices, 4, {}, -200, 1000)));
+  loads.Write("words", Joined({3}, tmp));
+  loads.Write("bytes", Joined({3}, legacy));
+  loads.Write("sit", Joined({4}, sit));
+  loads.Write("raster", Joined({5}, Bytes(2000, 11)));
+}
+
 void WriteAll(const std::filesystem::path& folder) {
   const Bytes sit = SmallSit();
   const SeedFolder sits(folder / "sit");
@@ -95,6 +155,8 @@ void WriteAll(const std::filesystem::path& folder) {
   bmps.Write("core", core);
   bmps.Write("sit", Start(sit, 2000));
 
+  WriteSequenceSeeds(folder);
+  WriteLoadSeeds(folder, sit);
   SeedFolder(folder / "palette").Write("whole", Bytes(tessa::kPaletteFileSize, 0x40));
   const SeedFolder texts(folder / "text");
   int number = 0;

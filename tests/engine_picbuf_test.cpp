@@ -173,15 +173,25 @@ TEST(PicbufCopy, TheDepthOfTheDestinationStays) {
   EXPECT_EQ(palette.BufDepth(), 8);
 }
 
-TEST(PicbufCopy, SelectionsAreCutAtTheEdges) {
+TEST(PicbufCopy, WhatASelectionHasOutsideItsBufferIsPassedOver) {
+  const Picbuf original = Counting(2, 2, 10);  // 10 11 / 12 13
   Picbuf source;
-  source.CreateBuffer(99, 2, 2, 8);
+  source.CopyFrom(false, original, false);
   Picbuf target = Counting(3, 3);
-  Select(target, -1, 2, 3, 9);
-  Select(source, 1, -4, 100, 100);
+  Select(target, -1, 2, 3, 9);  // Two of three columns and one of nine rows lie inside.
+  Select(source, 0, 0, 3, 9);   // In the scale of the uncut selections: one to one.
   target.CopyFrom(true, source, true);
   EXPECT_THAT(Row(target, 1), ElementsAre(3, 4, 5));
-  EXPECT_THAT(Row(target, 2), ElementsAre(99, 99, 8));
+  EXPECT_THAT(Row(target, 2), ElementsAre(11, 7, 8));
+  Select(target, 0, 0, 3, 3);
+  Select(source, -1, -1, 3, 3);
+  target.CopyFrom(true, source, true);
+  EXPECT_THAT(Row(target, 0), ElementsAre(0, 1, 2));
+  EXPECT_THAT(Row(target, 1), ElementsAre(3, 10, 11));
+  EXPECT_THAT(Row(target, 2), ElementsAre(11, 12, 13));
+  Select(target, -2000000000, -3, 2000000000, 2);
+  target.CopyFrom(true, source, true);
+  EXPECT_THAT(Row(target, 0), ElementsAre(0, 1, 2));
 }
 
 TEST(PicbufDrawing, FramesAndLinesAreExactAndStayInside) {

@@ -2,7 +2,6 @@
 
 #include <limits>
 
-#include "core/load_image.h"
 #include "test_files.h"
 #include "view/range_control.h"
 #include "view/render.h"
@@ -60,18 +59,10 @@ TEST(RangeSlider, HoldsValuesBackUntilTheyAreCommitted) {
   EXPECT_NE(slider.ScaleMaxLimit(), 50.0);
   EXPECT_NE(slider.RangeMaxValue(), 40.0);
   EXPECT_TRUE(slider.CommitRange());
+  EXPECT_FALSE(slider.CommitRange());
   EXPECT_EQ(slider.ScaleMaxLimit(), 50.0);
   EXPECT_EQ(slider.MarkMinimum(), 0.0);
-  EXPECT_EQ(slider.RangeMaxValue(), 40.0);
-  EXPECT_FALSE(slider.CommitRange());
-  EXPECT_TRUE(slider.SetRangeValues(true, 30.0, 30.0));
-  EXPECT_EQ(slider.RangeMinValue(), 30.0);
-}
-
-TEST(RangeSlider, RefusesWhatItCannotShowAndKeepsItsValues) {
-  RangeSlider slider;
-  slider.SetScaleLimits(true, 50.0, 10.0);
-  slider.SetRangeValues(true, 40.0, 20.0);
+  // What it cannot show is refused and changes nothing.
   for (const auto& [maximum, minimum] :
        {std::pair{50.5, 20.0}, std::pair{40.0, 9.5}, std::pair{20.0, 40.0},
         std::pair{kNotANumber, 20.0}, std::pair{40.0, kNotANumber}, std::pair{kInfinity, 20.0}}) {
@@ -83,7 +74,8 @@ TEST(RangeSlider, RefusesWhatItCannotShowAndKeepsItsValues) {
   EXPECT_EQ(slider.RangeMaxValue(), 40.0);
   EXPECT_EQ(slider.RangeMinValue(), 20.0);
   EXPECT_EQ(slider.ScaleMaxLimit(), 50.0);
-  EXPECT_TRUE(slider.SetRangeValues(true, 50.0, 10.0));
+  EXPECT_TRUE(slider.SetRangeValues(true, 30.0, 30.0));
+  EXPECT_EQ(slider.RangeMinValue(), 30.0);
 }
 
 class RangeDisplay : public ::testing::Test {
@@ -131,15 +123,13 @@ TEST_F(RangeDisplay, MarkersStandAtTheImagesExtremes) {
     EXPECT_TRUE(view_.ExtremesLine.Visible);
     EXPECT_EQ(view_.ExtremesLine.Y1, c.Top);
     EXPECT_EQ(view_.ExtremesLine.Y2, c.Foot);
-    EXPECT_EQ(view_.MaximumStroke.Visible, c.MaximumStroke != 0);
-    EXPECT_EQ(view_.MinimumStroke.Visible, c.MinimumStroke != 0);
-    if (c.MaximumStroke != 0) {
-      EXPECT_EQ(view_.MaximumStroke.Y1, c.MaximumStroke);
-      EXPECT_EQ(view_.MaximumStroke.Y2, c.MaximumStroke);
-    }
-    if (c.MinimumStroke != 0) {
-      EXPECT_EQ(view_.MinimumStroke.Y1, c.MinimumStroke);
-      EXPECT_EQ(view_.MinimumStroke.Y2, c.MinimumStroke);
+    for (const auto& [stroke, y] : {std::pair{&view_.MaximumStroke, c.MaximumStroke},
+                                    std::pair{&view_.MinimumStroke, c.MinimumStroke}}) {
+      EXPECT_EQ(stroke->Visible, y != 0);
+      if (y != 0) {
+        EXPECT_EQ(stroke->Y1, y);
+        EXPECT_EQ(stroke->Y2, y);
+      }
     }
   }
   for (const auto& [minimum, maximum] : {std::pair{40.1F, 50.0F}, std::pair{10.0F, 19.9F}}) {
@@ -216,7 +206,7 @@ TEST_F(RangeDisplay, EqualEndsKeepAScaleForTemperaturesOnly) {
   EXPECT_EQ(Labels(), std::string(10, ' '));
 }
 
-class RangeOfAnOpenImage : public ::testing::Test {
+class RangeOfAnOpenImage : public LoadTest {
  protected:
   RangeOfAnOpenImage() {
     SitFields fields;  // A hundredth of a degree a count, scale 20 to 60.
@@ -225,14 +215,10 @@ class RangeOfAnOpenImage : public ::testing::Test {
     fields.Counts.assign(76800, 30 * 128);
     fields.Counts[3200 + 10] = 10 * 128;
     fields.Counts[3200 + 20] = 50 * 128;
-    OpenPath(folder_.Write(QStringLiteral("r.sit"), EncodeSit(fields)), session_, progress_);
+    Open("r.sit", EncodeSit(fields));
   }
-  RenderPieces Pieces() { return PiecesForRendering(session_, progress_); }
+  RenderPieces Pieces() { return PiecesForRendering(session_, *progress_); }
   int IndexOf30() const { return session_.Image.RowBuffers.Row(0)[0]; }
-
-  TestFolder folder_;
-  Session session_{BuiltProgramFolder()};
-  Progress progress_;
 };
 
 TEST_F(RangeOfAnOpenImage, ToggleFlipsBetweenStoredScaleAndExtremesAndBack) {

@@ -1,6 +1,5 @@
 #include <gmock/gmock.h>
 
-#include "core/load_image.h"
 #include "test_files.h"
 #include "view/range_control.h"
 #include "view/readout.h"
@@ -9,38 +8,28 @@
 namespace tessa::testing {
 namespace {
 
-TEST(Units, NumbersAreReadUpToTheFirstCharacterThatCannotContinueThem) {
-  const auto parse = [](const char* text) { return ParseNumber(QString::fromUtf8(text)); };
-  EXPECT_EQ(parse("36.5"), 36.5);
-  EXPECT_EQ(parse("36.5 \u00B0C"), 36.5);
-  EXPECT_EQ(parse("36.5\u00B0"), 36.5);
-  EXPECT_EQ(parse("120.5\u00B0 99"), 120.5);
-  EXPECT_EQ(parse("-40"), -40.0);
-  EXPECT_EQ(parse("  7 "), 7.0);
-  EXPECT_EQ(parse("+.25"), 0.25);
-  EXPECT_EQ(parse("-5."), -5.0);
-  EXPECT_EQ(parse("12 apples"), 12.0);
-  EXPECT_EQ(parse("1.2.3"), 1.2);
-  EXPECT_EQ(parse("1e2"), 100.0);
-  EXPECT_EQ(parse("1,234"), 1.0);
-  for (const char* text : {"", "abc", "\u00B0", "-", ".", "\u00B05", "inf", "nan", "1e999"}) {
-    EXPECT_EQ(parse(text), 0.0) << text;
+TEST(Units, NumbersEndAtTheDegreeSign) {
+  const std::pair<const char*, double> numbers[] = {
+      {"36.5 \u00B0C", 36.5}, {"120.5\u00B0 99", 120.5}, {"-40", -40.0},
+      {"1,234", 1.0},         {"\u00B05", 0.0},          {"abc", 0.0}};
+  for (const auto& [text, number] : numbers) {
+    EXPECT_EQ(ParseNumber(QString::fromUtf8(text)), number) << text;
   }
 }
 
 TEST(Units, ConversionFormsItsQuotientFirst) {
-  EXPECT_EQ(CelsiusToFahrenheit(-40.0), -40.0);
-  EXPECT_EQ(FahrenheitToCelsius(-40.0), -40.0);
-  EXPECT_EQ(CelsiusToFahrenheit(100.0), 212.0);
-  EXPECT_EQ(FahrenheitToCelsius(32.0), 0.0);
   // 7 x 5 / 9 and 3.6 x 9 / 5 + 32 from left to right would end in other digits.
+  for (const auto& [celsius, fahrenheit] :
+       {std::pair{-40.0, -40.0}, std::pair{100.0, 212.0}, std::pair{3.6, 38.480000000000004}}) {
+    EXPECT_EQ(CelsiusToFahrenheit(celsius), fahrenheit);
+  }
+  EXPECT_EQ(FahrenheitToCelsius(-40.0), -40.0);
   EXPECT_EQ(FahrenheitToCelsius(39.0), 3.8888888888888893);
-  EXPECT_EQ(CelsiusToFahrenheit(3.6), 38.480000000000004);
   EXPECT_EQ(TemperatureText(-17.8, 'F').toStdString(), "0.0");
   EXPECT_EQ(TemperatureText(-0.04, 'C').toStdString(), "0.0");
 }
 
-class OpenSit : public ::testing::Test {
+class OpenSit : public LoadTest {
  protected:
   OpenSit() {
     SitFields fields;
@@ -57,9 +46,6 @@ class OpenSit : public ::testing::Test {
   }
   static std::int16_t Count(double celsius) {
     return static_cast<std::int16_t>((celsius + 20.0) * 64.0);
-  }
-  void Open(const char* name, const Bytes& bytes) {
-    OpenPath(folder_.Write(QString::fromLatin1(name), bytes), session_, progress_);
   }
   void OpenBitmap() {
     std::vector<std::uint8_t> indices(64);
@@ -85,43 +71,33 @@ class OpenSit : public ::testing::Test {
         .toStdString();
   }
 
-  TestFolder folder_;
-  Session session_{BuiltProgramFolder()};
-  Progress progress_;
   OpenImage& image_ = session_.Image;
   ViewState& view_ = session_.View;
-  Picbuf& picture_ = session_.Buffers.Picbuf1;
 };
 
 TEST_F(OpenSit, SwitchingTheUnitRewritesEveryTextAndNothingElse) {
   image_.SpotTemperatures[0] = {100.0F, 1};
   const double limit = session_.Range.ScaleMaxLimit();
-  ToFahrenheit();
-  EXPECT_EQ(image_.DisplayUnits, 'F');
-  EXPECT_EQ(image_.FileUnits, 'F');
-  EXPECT_TRUE(view_.FahrenheitSelected && !view_.CelsiusSelected);
-  EXPECT_EQ(image_.ScaleLowText.toStdString(), "68.0");
-  EXPECT_EQ(image_.ScaleHighText.toStdString(), "104.0");
-  EXPECT_EQ(view_.RangeHighText.toStdString(), "104.0");
-  EXPECT_EQ(view_.ScaleLabel[1].toStdString(), "86.0");
-  EXPECT_EQ(view_.StatusPanel[5].toStdString(), "Range: -40.0 to 248.0");
-  EXPECT_EQ(view_.LimitMinText.toStdString(), "59.0");  // 15 and 45 degrees Celsius.
-  EXPECT_EQ(view_.LimitMaxText.toStdString(), "113.0");
-  EXPECT_EQ(image_.SpotTemperatures[0].Value, 212.0F);
-  EXPECT_EQ(image_.SpotTemperatures[1].Value, 0.0F);
-  EXPECT_EQ(session_.Range.ScaleMaxLimit(), limit);
-  EXPECT_EQ(image_.SitScaleMax, 40.0F);
-  ToFahrenheit();
-  EXPECT_EQ(image_.ScaleHighText.toStdString(), "104.0");
-  EXPECT_EQ(image_.SpotTemperatures[0].Value, 212.0F);
-  ToCelsius();
-  EXPECT_EQ(image_.DisplayUnits, 'C');
-  EXPECT_TRUE(view_.CelsiusSelected && !view_.FahrenheitSelected);
-  EXPECT_EQ(image_.ScaleHighText.toStdString(), "40.0");
-  EXPECT_EQ(view_.LimitMinText.toStdString(), "15.0");
-  EXPECT_EQ(view_.LimitMaxText.toStdString(), "45.0");
-  EXPECT_EQ(view_.StatusPanel[5].toStdString(), "Range: -40.0 to 120.0");
-  EXPECT_EQ(image_.SpotTemperatures[0].Value, 100.0F);
+  for (const char unit : {'F', 'F', 'C'}) {  // Twice makes no difference.
+    const bool fahrenheit = unit == 'F';
+    fahrenheit ? ToFahrenheit() : ToCelsius();
+    EXPECT_EQ(image_.DisplayUnits, unit);
+    EXPECT_EQ(image_.FileUnits, unit);
+    EXPECT_EQ(view_.FahrenheitSelected, fahrenheit);
+    EXPECT_EQ(view_.CelsiusSelected, !fahrenheit);
+    if (fahrenheit) {
+      ExpectScaleTexts("68.0", "104.0", "59.0", "113.0");  // The limits are 15 and 45.
+    } else {
+      ExpectScaleTexts("20.0", "40.0", "15.0", "45.0");
+    }
+    EXPECT_EQ(view_.ScaleLabel[1].toStdString(), fahrenheit ? "86.0" : "30.0");
+    EXPECT_EQ(view_.StatusPanel[5].toStdString(),
+              fahrenheit ? "Range: -40.0 to 248.0" : "Range: -40.0 to 120.0");
+    EXPECT_EQ(image_.SpotTemperatures[0].Value, fahrenheit ? 212.0F : 100.0F);
+    EXPECT_EQ(image_.SpotTemperatures[1].Value, 0.0F);
+    EXPECT_EQ(session_.Range.ScaleMaxLimit(), limit);
+    EXPECT_EQ(image_.SitScaleMax, 40.0F);
+  }
 }
 
 TEST_F(OpenSit, RangeTextsAreCutToSixCharacters) {

@@ -1,14 +1,8 @@
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
-#include <algorithm>
-#include <string>
-#include <string_view>
-#include <tuple>
+#include "test_images.h"
 
-#include "formats/bmp.h"
-
-namespace tessa {
+namespace tessa::testing {
 namespace {
 
 using ::testing::ElementsAre;
@@ -17,16 +11,14 @@ using ::testing::IsEmpty;
 /// Bytes written as pairs of hexadecimal digits, blanks between them as they please.
 Bytes Hex(std::string_view digits) {
   Bytes bytes;
-  bool second = false;
+  std::string text;
   for (const char digit : digits) {
     if (digit != ' ') {
-      const int value = digit <= '9' ? digit - '0' : digit - 'A' + 10;
-      if (!second) {
-        bytes.push_back(0);
-      }
-      bytes.back() = static_cast<std::uint8_t>(bytes.back() * 16 + value);
-      second = !second;
+      text += digit;
     }
+  }
+  for (std::size_t i = 0; i + 1 < text.size(); i += 2) {
+    bytes.push_back(static_cast<std::uint8_t>(std::stoi(text.substr(i, 2), nullptr, 16)));
   }
   return bytes;
 }
@@ -123,20 +115,10 @@ BmpParts IndexParts(int bits, bool topDown = false, int colours = -1) {
           .Pixels = packed};
 }
 
-using FaultFacts = std::tuple<ProblemKind, std::uint64_t, std::string, bool>;
-std::vector<FaultFacts> FactsOf(const Problems& faults) {
-  std::vector<FaultFacts> facts;
-  for (const Problem& fault : faults) {
-    facts.emplace_back(fault.Kind, fault.Offset, fault.Field, fault.NoImage);
-  }
-  return facts;
-}
-
 void ExpectRefused(const Bytes& file, const FaultFacts& fault, const std::string& what) {
   const BmpPicture picture = DecodeBmp(file);
   EXPECT_THAT(FactsOf(picture.Faults), ElementsAre(fault)) << what;
-  EXPECT_EQ(picture.Width, 0) << what;
-  EXPECT_EQ(picture.Height, 0) << what;
+  EXPECT_EQ(picture.Width + picture.Height, 0) << what;
   EXPECT_THAT(picture.Pixels, IsEmpty()) << what;
 }
 
@@ -213,8 +195,7 @@ TEST(BmpReader, OlderAndNewerHeadersAreRead) {
 
 TEST(BmpReader, MissingPaletteEntriesAreBlackAndReported) {
   const BmpPicture picture = DecodeBmp(Build(IndexParts(8, false, 3)));
-  EXPECT_THAT(FactsOf(picture.Faults),
-              ElementsAre(FaultFacts(ProblemKind::kBadValue, 46, "ClrUsed", false)));
+  EXPECT_THAT(FactsOf(picture.Faults), ElementsAre(BadValue(46, "ClrUsed")));
   EXPECT_EQ(picture.Palette[2], PaletteEntry(2));
   EXPECT_EQ(picture.Palette[3], 0U);
   EXPECT_EQ(picture.Pixels, IndexPixels(8));
@@ -274,7 +255,7 @@ TEST(BmpReader, RunLengthCodedRowsAreUnpacked) {
     parts.ClrUsed = 16;
     const BmpPicture picture = DecodeBmp(Build(parts));
     EXPECT_EQ(picture.Pixels, pixels) << test.What;
-    const FaultFacts noEnd(ProblemKind::kTruncated, 118 + parts.Pixels.size(), "Pixels", false);
+    const FaultFacts noEnd = Truncated(118 + parts.Pixels.size(), "Pixels", false);
     EXPECT_EQ(FactsOf(picture.Faults),
               test.Ends ? std::vector<FaultFacts>() : std::vector<FaultFacts>{noEnd})
         << test.What;
@@ -325,8 +306,7 @@ TEST(BmpReader, HeadersThatCannotBeMeantAreRefusedWithTheirField) {
   }
   Bytes planes = good;
   planes[26] = 3;
-  EXPECT_THAT(FactsOf(DecodeBmp(planes).Faults),
-              ElementsAre(FaultFacts(ProblemKind::kBadValue, 26, "Planes", false)));
+  EXPECT_THAT(FactsOf(DecodeBmp(planes).Faults), ElementsAre(BadValue(26, "Planes")));
   EXPECT_EQ(DecodeBmp(planes).Pixels, IndexPixels(8));
 
   // The fields of the oldest header lie elsewhere.
@@ -336,8 +316,7 @@ TEST(BmpReader, HeadersThatCannotBeMeantAreRefusedWithTheirField) {
   old.Bits = 3;
   ExpectRefused(Build(old), {ProblemKind::kBadValue, 24, "BitCount", true}, "old bit count");
   old.Bits = 8;
-  EXPECT_THAT(FactsOf(DecodeBmp(Build(old)).Faults),
-              ElementsAre(FaultFacts(ProblemKind::kBadValue, 26, "Palette", false)));
+  EXPECT_THAT(FactsOf(DecodeBmp(Build(old)).Faults), ElementsAre(BadValue(26, "Palette")));
 
   const FaultFacts badMasks(ProblemKind::kBadValue, 54, "Masks", true);
   BmpParts masked{.Width = 1, .Height = 1, .Bits = 32, .Compression = 3, .Pixels = Bytes(4)};
@@ -355,17 +334,14 @@ TEST(BmpReader, AFileCutAtAnyLengthShowsNoPicture) {
   // The padding of the last row may be left out.
   const std::size_t needed = whole.size() - 3;
   for (std::size_t length = 0; length < needed; ++length) {
-    const Bytes cut(whole.begin(), whole.begin() + static_cast<std::ptrdiff_t>(length));
-    const FaultFacts expected =
-        length < 2           ? FaultFacts(ProblemKind::kWrongKind, 0, "Type", true)
-        : length < 54        ? FaultFacts(ProblemKind::kTruncated, length, "BmpInfoHeader", true)
-        : length <= kOffBits ? FaultFacts(ProblemKind::kTruncated, 10, "OffBits", true)
-                             : FaultFacts(ProblemKind::kTruncated, length, "Pixels", true);
-    ExpectRefused(cut, expected, std::to_string(length) + " bytes");
+    const FaultFacts expected = length < 2    ? FaultFacts(ProblemKind::kWrongKind, 0, "Type", true)
+                                : length < 54 ? Truncated(length, "BmpInfoHeader", true)
+                                : length <= kOffBits ? Truncated(10, "OffBits", true)
+                                                     : Truncated(length, "Pixels", true);
+    ExpectRefused(First(whole, length), expected, std::to_string(length) + " bytes");
   }
   for (std::size_t length = needed; length <= whole.size(); ++length) {
-    const Bytes cut(whole.begin(), whole.begin() + static_cast<std::ptrdiff_t>(length));
-    ASSERT_EQ(DecodeBmp(cut).Pixels, IndexPixels(8)) << length;
+    ASSERT_EQ(DecodeBmp(First(whole, length)).Pixels, IndexPixels(8)) << length;
   }
 }
 
@@ -388,7 +364,7 @@ TEST(BmpWriter, EightBitFileIsTheSameByteForByte) {
       Hex("424D 3E040000 FEFF 3412 36040000 28000000 03000000 02000000 0100 0800 00000000 08000000"
           "00000000 00000000 00000000 00000000");
   ASSERT_EQ(file.size(), 1086U);
-  EXPECT_EQ(Bytes(file.begin(), file.begin() + 54), headers);
+  EXPECT_EQ(First(file, 54), headers);
   EXPECT_EQ(Bytes(file.begin() + 54, file.begin() + 59), Hex("03020100 00"));
   EXPECT_EQ(Bytes(file.begin() + 1073, file.end()), Hex("00 FFFEFD00 0C162000 0B151F00"));
 
@@ -411,4 +387,4 @@ TEST(BmpWriter, TrueColourFileIsTheSameByteForByte) {
 }
 
 }  // namespace
-}  // namespace tessa
+}  // namespace tessa::testing

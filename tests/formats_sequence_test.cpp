@@ -1,32 +1,19 @@
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include <limits>
-#include <string>
-#include <tuple>
+#include <optional>
 
 #include "formats/frame_array.h"
 #include "formats/sequence.h"
+#include "test_images.h"
 
-namespace tessa {
+namespace tessa::testing {
 namespace {
 
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 using State = FrameArrayHeader::State;
 using std::string_view_literals::operator""sv;
-
-Bytes ToBytes(std::string_view text) {
-  return {text.begin(), text.end()};
-}
-
-void Put(Bytes& file, std::size_t at, std::string_view text) {
-  std::copy(text.begin(), text.end(), file.begin() + static_cast<std::ptrdiff_t>(at));
-}
-
-Bytes First(const Bytes& bytes, std::size_t size) {
-  return {bytes.begin(), bytes.begin() + static_cast<std::ptrdiff_t>(size)};
-}
 
 /// Two columns of three rows: 0x0100 to 0x0102 down the left one, 0xFF00 to 0xFF02 down the right.
 const Bytes kTwoByThree = ToBytes(
@@ -45,35 +32,17 @@ Bytes With(std::size_t at, std::string_view text) {
   return bytes;
 }
 
-std::int16_t PixelAt(int column, int row) {
-  return static_cast<std::int16_t>(column * 251 + row - 9000);
-}
-
-std::vector<std::int16_t> Picture(int width, int height) {
-  std::vector<std::int16_t> pixels;
-  for (int row = 0; row < height; ++row) {
-    for (int column = 0; column < width; ++column) {
-      pixels.push_back(PixelAt(column, row));
-    }
-  }
-  return pixels;
-}
-
 TEST(FrameArray, TheRowRunsFastest) {
-  const auto frame = DecodeFrameArray(kTwoByThree, 2, 3);
-  ASSERT_TRUE(frame.has_value());
-  EXPECT_EQ(frame->Width, 2);
-  EXPECT_EQ(frame->Height, 3);
-  EXPECT_THAT(frame->Pixels, kTwoByThreePixels);
-  EXPECT_EQ(EncodeFrameArray(2, 3, frame->Pixels), kTwoByThree);
-}
-
-TEST(FrameArray, EitherCountMayBeTheRowsAndLowerBoundsDoNotMatter) {
+  EXPECT_THAT(DecodeFrameArray(kTwoByThree, 2, 3)->Pixels, kTwoByThreePixels);
+  const std::int16_t pixels[] = {256, -256, 257, -255, 258, -254};
+  EXPECT_EQ(EncodeFrameArray(2, 3, pixels), kTwoByThree);
+  // Either count may be the rows, and lower bounds do not matter.
   const Bytes swapped = With(4, "\x02\0\0\0\0\0\0\0\x03\0\0\0\0\0\0\0"sv);
   const Bytes bounds = With(4, "\x03\0\0\0\x01\0\0\0\x02\0\0\0\xFF\xFF\xFF\xFF"sv);
   for (const Bytes& array : {swapped, bounds}) {
     const auto frame = DecodeFrameArray(array, 2, 3);
     ASSERT_TRUE(frame.has_value());
+    EXPECT_EQ(frame->Width * 10 + frame->Height, 23);
     EXPECT_THAT(frame->Pixels, kTwoByThreePixels);
   }
   // As three columns of two rows the same elements stand elsewhere.
@@ -98,33 +67,31 @@ TEST(FrameArray, FramesOfManySizesComeBackPixelForPixel) {
   for (const auto& [width, height] :
        {std::pair{1, 1}, std::pair{1, 300}, std::pair{300, 1}, std::pair{32, 32}, std::pair{33, 31},
         std::pair{127, 65}, std::pair{64, 64}}) {
-    const Bytes array = EncodeFrameArray(width, height, Picture(width, height));
-    const auto frame = DecodeFrameArray(array, width, height);
+    std::vector<std::int16_t> pixels;
+    for (int i = 0; i < width * height; ++i) {
+      pixels.push_back(static_cast<std::int16_t>(i % width * 251 + i / width - 9000));
+    }
+    const auto frame = DecodeFrameArray(EncodeFrameArray(width, height, pixels), width, height);
     ASSERT_TRUE(frame.has_value()) << width << " x " << height;
-    ASSERT_EQ(frame->Pixels, Picture(width, height)) << width << " x " << height;
+    ASSERT_EQ(frame->Pixels, pixels) << width << " x " << height;
   }
 }
 
 TEST(FrameArray, TheTypeWordTellsEmptyAndForeignArraysApart) {
-  struct Case {
-    std::string_view Start;
-    State What;
-    int BytesPerElement;
-  };
-  for (const Case& c :
-       {Case{"\x02\x20"sv, State::kPixels, 2}, Case{"\x02\x00"sv, State::kPixels, 2},
-        Case{"\x11\xE0"sv, State::kPixels, 1}, Case{"\x00\x00"sv, State::kEmpty, 0},
-        Case{"\x00\x20"sv, State::kForeign, 0}, Case{"\x03\x20"sv, State::kForeign, 0},
-        Case{"\x20\x02"sv, State::kForeign, 0}, Case{"\xFF\xFF"sv, State::kForeign, 0},
-        Case{"\x02\x20\x01\x00"sv, State::kForeign, 0},
-        Case{"\x02\x20\x03\x00"sv, State::kForeign, 0},
-        Case{"\x02\x20\x02\x01"sv, State::kForeign, 0}}) {
-    const Bytes array = With(0, c.Start);
+  const std::tuple<std::string_view, State, int> cases[] = {
+      {"\x02\x20"sv, State::kPixels, 2},          {"\x02\x00"sv, State::kPixels, 2},
+      {"\x11\xE0"sv, State::kPixels, 1},          {"\x00\x00"sv, State::kEmpty, 0},
+      {"\x00\x20"sv, State::kForeign, 0},         {"\x03\x20"sv, State::kForeign, 0},
+      {"\x20\x02"sv, State::kForeign, 0},         {"\xFF\xFF"sv, State::kForeign, 0},
+      {"\x02\x20\x01\x00"sv, State::kForeign, 0}, {"\x02\x20\x03\x00"sv, State::kForeign, 0},
+      {"\x02\x20\x02\x01"sv, State::kForeign, 0}};
+  for (const auto& [start, what, bytesPerElement] : cases) {
+    const Bytes array = With(0, start);
     const FrameArrayHeader header = ReadFrameArrayHeader(array);
-    EXPECT_EQ(header.What, c.What) << ::testing::PrintToString(c.Start);
-    EXPECT_EQ(header.BytesPerElement, c.BytesPerElement);
-    EXPECT_EQ(header.Describes(2, 3), c.What == State::kPixels);
-    EXPECT_EQ(DecodeFrameArray(array, 2, 3).has_value(), c.What == State::kPixels);
+    EXPECT_EQ(header.What, what) << ::testing::PrintToString(start);
+    EXPECT_EQ(header.BytesPerElement, bytesPerElement);
+    EXPECT_EQ(header.Describes(2, 3), what == State::kPixels);
+    EXPECT_EQ(DecodeFrameArray(array, 2, 3).has_value(), what == State::kPixels);
   }
   EXPECT_EQ(ReadFrameArrayHeader(With(0, "\0\0"sv)).ByteSize(), 2U);
   EXPECT_EQ(ReadFrameArrayHeader(With(0, "\3\0"sv)).ByteSize(), 0U);
@@ -190,21 +157,16 @@ TEST(Snapshot, TrailerFieldsAreReadFromTheirPlaces) {
   EXPECT_EQ(header.Version, 2.1F);
   EXPECT_EQ(header.Version, kStampedVersion);
   EXPECT_EQ(header.Taken, 37954.5);
-  EXPECT_EQ(header.Frames, 3);
-  EXPECT_EQ(header.Width, 320);
-  EXPECT_EQ(header.Height, 240);
-  EXPECT_EQ(header.RangeMin, -10.0F);
-  EXPECT_EQ(header.RangeMax, 320.0F);
-  EXPECT_EQ(header.ScaleMin, 20.5F);
-  EXPECT_EQ(header.ScaleMax, 40.5F);
-  EXPECT_EQ(header.Emissivity, 0.875F);
+  EXPECT_THAT((std::vector{header.Frames, header.Width, header.Height}), ElementsAre(3, 320, 240));
+  EXPECT_THAT((std::vector{header.RangeMin, header.RangeMax, header.ScaleMin, header.ScaleMax,
+                           header.Emissivity}),
+              ElementsAre(-10.0F, 320.0F, 20.5F, 40.5F, 0.875F));
   ASSERT_EQ(header.Comment.size(), 760U);
   EXPECT_EQ(SeqComment(header), "boiler room" + std::string(747, ' ') + "z");
   Bytes negative = HandMadeTrailer();
   Put(negative, 14, "\xFF\xFF\xFE\xFF\x00\x80"sv);
-  EXPECT_EQ(DecodeSeqTrailer(negative).Frames, -1);
-  EXPECT_EQ(DecodeSeqTrailer(negative).Width, -2);
-  EXPECT_EQ(DecodeSeqTrailer(negative).Height, -32768);
+  const SeqHeader below = DecodeSeqTrailer(negative);
+  EXPECT_THAT((std::vector{below.Frames, below.Width, below.Height}), ElementsAre(-1, -2, -32768));
 }
 
 TEST(Snapshot, AMarkAtCharacter701EndsTheComment) {
@@ -229,37 +191,27 @@ TEST(Snapshot, AMarkAtCharacter701EndsTheComment) {
 }
 
 TEST(Snapshot, ATrailerThatCannotBeTrueIsRefusedWithItsReason) {
-  struct Case {
-    std::size_t At;
-    std::string_view Text;
-    ProblemKind Kind;
-    std::uint64_t Offset;
-    const char* Field;
-  };
   constexpr std::uint64_t kFileSize = 5000 + 810;
   Bytes sound = HandMadeTrailer();
   Put(sound, 16, "\x0A\x00\x14\x00"sv);  // 10 x 20.
   Problems none;
   EXPECT_TRUE(CheckSeqTrailer(DecodeSeqTrailer(sound), kFileSize, none));
-  EXPECT_THAT(none, IsEmpty());
   using Kind = ProblemKind;
-  for (const Case& c : {Case{0, "\x00\x00\xA0\x40"sv, Kind::kUnsupported, 0, "Version"},
-                        Case{14, "\x00\x00"sv, Kind::kBadValue, 14, "Frames"},
-                        Case{14, "\xFF\xFF"sv, Kind::kBadValue, 14, "Frames"},
-                        Case{16, "\x00\x00"sv, Kind::kBadValue, 16, "Width"},
-                        Case{16, "\xFF\xFF\xFF\xFF"sv, Kind::kBadValue, 16, "Width"},
-                        Case{18, "\x00\x80"sv, Kind::kBadValue, 18, "Height"},
-                        Case{16, "\xFF\x7F\xFF\x7F"sv, Kind::kBadValue, 14, "Frames"},
-                        Case{14, "\xFF\x7F"sv, Kind::kBadValue, 14, "Frames"}}) {
+  const std::tuple<std::size_t, std::string_view, FaultFacts> cases[] = {
+      {0, "\x00\x00\xA0\x40"sv, {Kind::kUnsupported, 5000, "Version", true}},
+      {14, "\x00\x00"sv, {Kind::kBadValue, 5014, "Frames", true}},
+      {14, "\xFF\xFF"sv, {Kind::kBadValue, 5014, "Frames", true}},
+      {16, "\x00\x00"sv, {Kind::kBadValue, 5016, "Width", true}},
+      {16, "\xFF\xFF\xFF\xFF"sv, {Kind::kBadValue, 5016, "Width", true}},
+      {18, "\x00\x80"sv, {Kind::kBadValue, 5018, "Height", true}},
+      {16, "\xFF\x7F\xFF\x7F"sv, {Kind::kBadValue, 5014, "Frames", true}},
+      {14, "\xFF\x7F"sv, {Kind::kBadValue, 5014, "Frames", true}}};
+  for (const auto& [at, text, fault] : cases) {
     Bytes trailer = sound;
-    Put(trailer, c.At, c.Text);
+    Put(trailer, at, text);
     Problems faults;
-    EXPECT_FALSE(CheckSeqTrailer(DecodeSeqTrailer(trailer), kFileSize, faults)) << c.Offset;
-    ASSERT_EQ(faults.size(), 1U);
-    EXPECT_EQ(faults[0].Kind, c.Kind);
-    EXPECT_EQ(faults[0].Offset, 5000 + c.Offset);
-    EXPECT_EQ(faults[0].Field, c.Field);
-    EXPECT_TRUE(faults[0].NoImage);
+    EXPECT_FALSE(CheckSeqTrailer(DecodeSeqTrailer(trailer), kFileSize, faults)) << at;
+    EXPECT_THAT(FactsOf(faults), ElementsAre(fault));
   }
   for (const float other :
        {4.9999995F, 5.0000005F, 0.0F, -5.0F, std::numeric_limits<float>::quiet_NaN()}) {
@@ -267,6 +219,7 @@ TEST(Snapshot, ATrailerThatCannotBeTrueIsRefusedWithItsReason) {
     header.Version = other;
     EXPECT_TRUE(CheckSeqTrailer(header, kFileSize, none)) << other;
   }
+  EXPECT_THAT(none, IsEmpty());
 }
 
 TEST(Snapshot, EncoderPutsFramesFirstAndStampsInVersion21Alone) {
@@ -277,12 +230,9 @@ TEST(Snapshot, EncoderPutsFramesFirstAndStampsInVersion21Alone) {
   Bytes trailer = HandMadeTrailer();
   Put(trailer, 12, "\0\0"sv);
   Put(trailer, 800, std::string(10, '\0'));
-  Bytes expected = ToBytes("01/02/2003 4:05:06 PM ");
-  expected.insert(expected.end(), kTwoByThree.begin(), kTwoByThree.end());
-  const Bytes second = ToBytes("11/12/2013 10:15:16 AM\0\0"sv);
-  expected.insert(expected.end(), second.begin(), second.end());
-  expected.insert(expected.end(), trailer.begin(), trailer.end());
-  EXPECT_EQ(EncodeSnapshot(fields), expected);
+  Bytes expected = Joined(ToBytes("01/02/2003 4:05:06 PM "), kTwoByThree);
+  expected = Joined(std::move(expected), ToBytes("11/12/2013 10:15:16 AM\0\0"sv));
+  EXPECT_EQ(EncodeSnapshot(fields), Joined(std::move(expected), trailer));
 
   fields.Header.Version = 2.0F;
   const Bytes plain = EncodeSnapshot(fields);
@@ -291,48 +241,29 @@ TEST(Snapshot, EncoderPutsFramesFirstAndStampsInVersion21Alone) {
 }
 
 TEST(Container, HeaderAndFramesAreReadFromTheirPlaces) {
-  Bytes start(800, 0xEE);
+  Bytes start(800);
   Put(start, 0, "\x00\x00\x40\x40"sv);
-  Put(start, 14, "\xFF\x7F"sv);
-  Put(start, 16, "\x08\x00"sv);
-  Put(start, 18, "\x40\x01"sv);
-  Put(start, 20, "\xF0\x00"sv);
+  Put(start, 14, "\xFF\x7F\x08\x00\x40\x01\xF0\x00"sv);
   Put(start, 22, "\x00\x00\x40\x3F"sv);  // 0.75
   const ContainerHeader header = DecodeContainerHeader(start);
   EXPECT_EQ(header.Version, kContainerVersion);
-  EXPECT_EQ(header.Frames, 32767);
-  EXPECT_EQ(header.Depth, 8);
-  EXPECT_EQ(header.Width, 320);
-  EXPECT_EQ(header.Height, 240);
+  EXPECT_THAT((std::vector{header.Frames, header.Depth, header.Width, header.Height}),
+              ElementsAre(32767, 8, 320, 240));
   EXPECT_EQ(header.Emissivity, 0.75F);
-  Bytes expected(800);
-  std::copy_n(start.begin(), 4, expected.begin());
-  std::copy_n(start.begin() + 14, 12, expected.begin() + 14);
-  EXPECT_EQ(EncodeContainerHeader(header), expected);
+  EXPECT_EQ(EncodeContainerHeader(header), start);
 
-  Bytes frame = ToBytes("11/12/2013 10:15:16 AM");
-  for (const std::string_view single :
-       {"\x00\x80\x74\x43"sv, "\x00\x80\xC4\x43"sv, "\x00\x00\x92\x43"sv, "\x00\x00\x9C\x43"sv}) {
-    frame.insert(frame.end(), single.begin(), single.end());
-  }
-  ASSERT_EQ(frame.size(), 38U);
+  const Bytes frame = ToBytes(
+      "11/12/2013 10:15:16 AM\x00\x80\x74\x43\x00\x80\xC4\x43\x00\x00\x92\x43\x00\x00\x9C\x43"sv);
   const ContainerFrameHeader facts = DecodeContainerFrameHeader(frame);
-  EXPECT_EQ(facts.RangeLow, 244.5F);
-  EXPECT_EQ(facts.RangeHigh, 393.0F);
-  EXPECT_EQ(facts.ScaleLow, 292.0F);
-  EXPECT_EQ(facts.ScaleHigh, 312.0F);
+  EXPECT_THAT((std::vector{facts.RangeLow, facts.RangeHigh, facts.ScaleLow, facts.ScaleHigh}),
+              ElementsAre(244.5F, 393.0F, 292.0F, 312.0F));
   EXPECT_EQ(StampDate(facts.Stamp), "11/12/2013");
   EXPECT_EQ(StampTime(facts.Stamp), "10:15:16 AM");
-  frame.insert(frame.end(), kTwoByThree.begin(), kTwoByThree.end());
-  EXPECT_EQ(EncodeContainerFrame(facts, kTwoByThree), frame);
-}
-
-TEST(Container, LeadingVersionNeedsFourBytes) {
-  EXPECT_EQ(LeadingVersion(ToBytes("\x00\x00\x40\x40"sv)), 3.0F);
-  EXPECT_NE(LeadingVersion(ToBytes("\x01\x00\x40\x40"sv)), 3.0F);
-  EXPECT_EQ(LeadingVersion(ToBytes("\x00\x00\x40"sv)), 0.0F);
+  EXPECT_EQ(EncodeContainerFrame(facts, kTwoByThree), Joined(frame, kTwoByThree));
+  EXPECT_EQ(LeadingVersion(First(start, 4)), 3.0F);
+  EXPECT_EQ(LeadingVersion(First(start, 3)), 0.0F) << "a version needs four bytes";
   EXPECT_EQ(StampTime("short"), "short");
 }
 
 }  // namespace
-}  // namespace tessa
+}  // namespace tessa::testing

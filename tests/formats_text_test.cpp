@@ -110,15 +110,11 @@ TEST(ParseLeadingNumber, StopsAtTheFirstCharacterThatCannotContinueANumber) {
 }
 
 TEST(FormatShortest, GivesTheSameValueBackAndNoDigitMore) {
-  EXPECT_EQ(FormatShortest(0.1F), "0.1");
-  EXPECT_EQ(FormatShortest(36.65F), "36.65");
-  EXPECT_EQ(FormatShortest(-40.0F), "-40");
-  EXPECT_EQ(FormatShortest(16777216.0F), "16777216");
-  EXPECT_EQ(FormatShortest(0.0001F), "0.0001");
-  EXPECT_EQ(FormatShortest(1e10F), "10000000000");
+  for (const char* text : {"0.1", "36.65", "-40", "16777216", "0.0001", "10000000000"}) {
+    EXPECT_EQ(FormatShortest(std::strtof(text, nullptr)), text);
+  }
   EXPECT_NE(FormatShortest(1e30F).find('e'), std::string::npos);
   EXPECT_NE(FormatShortest(1e-30F).find('e'), std::string::npos);
-
   std::mt19937 random(7);
   for (int i = 0; i < 200'000; ++i) {
     const auto value = std::bit_cast<float>(static_cast<std::uint32_t>(random()));
@@ -130,36 +126,27 @@ TEST(FormatShortest, GivesTheSameValueBackAndNoDigitMore) {
   }
 }
 
-TEST(AnsiText, AllBytesOfTheCodePageSurviveARoundTrip) {
+TEST(AnsiText, BytesAreTheCharactersOfTheCodePage) {
   std::string all;
   for (int byte = 0; byte < 256; ++byte) {
     all.push_back(static_cast<char>(byte));
   }
   EXPECT_EQ(Utf8ToAnsi(AnsiToUtf8(all)), all);
-  EXPECT_EQ(AnsiToUtf8(std::string_view(all).substr(0, 128)), all.substr(0, 128));
-}
-
-TEST(AnsiText, HighBytesAreTheCharactersOfTheCodePage) {
-  EXPECT_EQ(AnsiToUtf8("36.5 \xB0\x43"), "36.5 °C");
-  EXPECT_EQ(AnsiToUtf8("\x80\x82\x8A\x8E\x99\x9F\xA0\xE4\xFF"), "€‚ŠŽ™Ÿ\u00A0äÿ");
+  EXPECT_EQ(AnsiToUtf8(all.substr(0, 128)), all.substr(0, 128));
+  EXPECT_EQ(AnsiToUtf8("\x80\x82\x8A\x8E\x99\x9F\xA0\xB0\xE4\xFF"), "€‚ŠŽ™Ÿ\u00A0°äÿ");
   EXPECT_EQ(AnsiToUtf8("\x81\x8D\x8F\x90\x9D"), "\xC2\x81\xC2\x8D\xC2\x8F\xC2\x90\xC2\x9D");
+  EXPECT_EQ(WithoutZeroBytes(std::string_view("\0ab\0\0c \0", 8)), "abc ");
 }
 
 TEST(AnsiText, WhatHasNoPlaceInTheCodePageBecomesOneQuestionMark) {
-  EXPECT_EQ(Utf8ToAnsi("Ωhm"), "?hm");
-  EXPECT_EQ(Utf8ToAnsi("a😀b"), "a?b");
-  EXPECT_EQ(Utf8ToAnsi("\u0080\u0099"), "??") << "control codes whose bytes mean other characters";
-  EXPECT_EQ(Utf8ToAnsi("\u0100\uFFFD"), "??");
-  // Sequences that break off, and bytes that begin none, spoil nothing behind them.
-  EXPECT_EQ(Utf8ToAnsi("\xC3"), "?");
-  EXPECT_EQ(Utf8ToAnsi("\xE2\x82|"), "?|");
-  EXPECT_EQ(Utf8ToAnsi("\xC3\xC3\xA4"), "?\xE4");
-  EXPECT_EQ(Utf8ToAnsi("\xA4x\xFFy"), "?x?y");
-}
-
-TEST(AnsiText, ZerosInsideAFieldDoNotEndItsText) {
-  EXPECT_EQ(WithoutZeroBytes(std::string_view("\0ab\0\0c \0", 8)), "abc ");
-  EXPECT_EQ(WithoutZeroBytes(std::string_view("\0\0", 2)), "");
+  // Control codes whose bytes mean other characters, sequences that break off, and bytes that
+  // begin none: none of them spoils what stands behind.
+  const std::pair<const char*, const char*> cases[] = {
+      {"Ωhm", "?hm"}, {"a😀b", "a?b"},      {"\u0080\u0099", "??"},    {"\u0100\uFFFD", "??"},
+      {"\xC3", "?"},  {"\xE2\x82|", "?|"}, {"\xC3\xC3\xA4", "?\xE4"}, {"\xA4x\xFFy", "?x?y"}};
+  for (const auto& [text, ansi] : cases) {
+    EXPECT_EQ(Utf8ToAnsi(text), ansi) << text;
+  }
 }
 
 }  // namespace

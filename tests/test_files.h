@@ -4,11 +4,17 @@
 
 #include <QDir>
 #include <QFile>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QProcess>
 #include <QString>
 #include <QTemporaryDir>
 #include <span>
 
-#include "core/session.h"
+#include "core/load_image.h"
+#include "export/image_report.h"
+#include "test_images.h"
 
 namespace tessa::testing {
 
@@ -43,5 +49,120 @@ inline ApplicationFolder BuiltProgramFolder() {
   const QString folder = QStringLiteral(TESSA_BINARY_FOLDER);
   return {folder, folder};
 }
+
+/// Every fact of the JSON object `facts` stands in the report.
+inline void ExpectFacts(const QJsonObject& report, const QByteArray& facts) {
+  const QJsonObject expected = QJsonDocument::fromJson(facts).object();
+  EXPECT_FALSE(expected.isEmpty()) << "no JSON: " << facts.toStdString();
+  for (const QString& key : expected.keys()) {
+    EXPECT_EQ(QJsonDocument(QJsonObject{{key, report.value(key)}}).toJson().toStdString(),
+              QJsonDocument(QJsonObject{{key, expected.value(key)}}).toJson().toStdString());
+  }
+}
+
+/// A session that opens files of its own folder.
+class LoadTest : public ::testing::Test {
+ protected:
+  LoadTest() { PrepareSession(session_); }
+
+  static QString Name(const char* name) { return QString::fromLatin1(name); }
+  void OpenAt(const QString& path) {
+    OpenPath(path, session_, *progress_);
+    EXPECT_TRUE(view_.PictureVisible && view_.HasImage && view_.ScalePanelVisible);
+    EXPECT_FALSE(view_.BlankPanelVisible || view_.LoadProgressVisible || view_.LoadingTextVisible ||
+                 view_.BusyPointer || view_.SuppressEvents || image_.ImageBusy);
+    EXPECT_EQ(image_.ImageWidth, picture_.BufWidth());
+    EXPECT_EQ(image_.ImageHeight, picture_.BufHeight());
+  }
+  void Open(const char* name, std::span<const std::uint8_t> content) {
+    OpenAt(folder_.Write(Name(name), content));
+  }
+  /// Row of the buffer; the row buffer is checked to hold the same.
+  std::vector<std::uint8_t> Row(int row) {
+    const auto indices = picture_.IndexRow(row);
+    const auto cells = image_.RowBuffers.Row(row);
+    EXPECT_TRUE(std::equal(cells.begin(), cells.end(), indices.begin(), indices.end())) << row;
+    return {indices.begin(), indices.end()};
+  }
+  void ExpectNoFaults() const {
+    EXPECT_EQ(FactsOf(session_.Faults), std::vector<FaultFacts>());
+    EXPECT_TRUE(session_.Steps.Failures().empty());
+  }
+  void ExpectOneFault(ProblemKind kind, std::uint64_t offset, const char* field, bool noImage) {
+    EXPECT_EQ(FactsOf(session_.Faults), (std::vector<FaultFacts>{{kind, offset, field, noImage}}));
+  }
+  /// What the report and the texts of the view say.
+  void ExpectReport(const QByteArray& facts) const {
+    QJsonObject report = ReportAsJson(session_);
+    report[Name("RangeLowText")] = view_.RangeLowText;
+    report[Name("RangeHighText")] = view_.RangeHighText;
+    report[Name("LimitMinText")] = view_.LimitMinText;
+    report[Name("LimitMaxText")] = view_.LimitMaxText;
+    report[Name("LoadButtonTip")] = view_.LoadButtonTip;
+    report[Name("RangeToggleVisible")] = view_.RangeToggleVisible;
+    ExpectFacts(report, facts);
+  }
+  void ExpectScaleTexts(const char* low, const char* high, const char* limitMin,
+                        const char* limitMax) const {
+    EXPECT_EQ(image_.ScaleLowText.toStdString(), low);
+    EXPECT_EQ(image_.ScaleHighText.toStdString(), high);
+    EXPECT_EQ(view_.RangeLowText.toStdString(), low);
+    EXPECT_EQ(view_.RangeHighText.toStdString(), high);
+    EXPECT_EQ(view_.LimitMinText.toStdString(), limitMin);
+    EXPECT_EQ(view_.LimitMaxText.toStdString(), limitMax);
+  }
+
+  TestFolder folder_;
+  Session session_{BuiltProgramFolder()};
+  Progress plain_;
+  Progress* progress_ = &plain_;
+  Picbuf& picture_ = session_.Buffers.Picbuf1;
+  const OpenImage& image_ = session_.Image;
+  const ViewState& view_ = session_.View;
+};
+
+struct Outcome {
+  int Status = -1;
+  std::string Out;
+  std::string Error;
+};
+
+inline Outcome RunProgram(const char* program, const QStringList& arguments) {
+  QProcess process;
+  process.start(QStringLiteral(TESSA_BINARY_FOLDER "/") + QString::fromLatin1(program), arguments);
+  EXPECT_TRUE(process.waitForFinished(60000)) << process.errorString().toStdString();
+  EXPECT_EQ(process.exitStatus(), QProcess::NormalExit);
+  return {process.exitCode(), process.readAllStandardOutput().toStdString(),
+          process.readAllStandardError().toStdString()};
+}
+
+/// Runs the tool on files of a folder of its own.
+class ToolTest : public ::testing::Test {
+ protected:
+  QString Path(const char* name) const { return folder_.Path(QString::fromLatin1(name)); }
+  void Write(const char* name, const Bytes& bytes) const {
+    folder_.Write(QString::fromLatin1(name), bytes);
+  }
+  /// Arguments that name a file of the folder begin with "@".
+  Outcome Run(const std::vector<const char*>& words) const {
+    QStringList arguments;
+    for (const char* word : words) {
+      arguments += *word == '@' ? Path(word + 1) : QString::fromUtf8(word);
+    }
+    return RunProgram("tessatool", arguments);
+  }
+  /// An export that has to succeed without a word; returns what it wrote.
+  QByteArray Export(const char* source, const char* target,
+                    const std::vector<const char*>& options = {}) const {
+    std::vector<const char*> words = {"export", source, "-o", target, "--force"};
+    words.insert(words.end(), options.begin(), options.end());
+    const Outcome outcome = Run(words);
+    EXPECT_EQ(outcome.Status, 0) << source;
+    EXPECT_EQ(outcome.Out + outcome.Error, "") << source;
+    return ReadAll(Path(target + 1));
+  }
+
+  TestFolder folder_;
+};
 
 }  // namespace tessa::testing

@@ -1,10 +1,5 @@
 #include <gmock/gmock.h>
 
-#include <QJsonArray>
-#include <QJsonDocument>
-#include <QJsonObject>
-#include <QProcess>
-
 #include "formats/bin_raster.h"
 #include "formats/frame_array.h"
 #include "formats/tmp_image.h"
@@ -16,12 +11,6 @@ namespace {
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
 using ::testing::StartsWith;
-
-struct Outcome {
-  int Status = -1;
-  std::string Out;
-  std::string Error;
-};
 
 template <typename Value>
 std::vector<Value> Filled(int count, int start) {
@@ -47,14 +36,8 @@ Bytes Tmp() {
 
 /// A 4 x 2 bitmap of the indices 0, 51, 85, 102 and 255, 100, 230, 30.
 Bytes Bitmap(std::int16_t lowWord, std::int16_t highWord, const Bytes& end = {}) {
-  ColourTable grey{};
-  for (std::uint32_t i = 0; i < 256; ++i) {
-    grey[i] = i * 0x010101;
-  }
-  Bytes file =
-      EncodeBmp8(4, 2, Bytes{0, 51, 85, 102, 255, 100, 230, 30}, 4, grey, lowWord, highWord);
-  file.insert(file.end(), end.begin(), end.end());
-  return file;
+  const Bytes indices = {0, 51, 85, 102, 255, 100, 230, 30};
+  return Joined(EncodeBmp8(4, 2, indices, 4, Ramp(false), lowWord, highWord), end);
 }
 
 /// Frame `number` from 0: 20 degrees and `number` more, 3 x 2.
@@ -77,9 +60,8 @@ Bytes Snapshot(const std::vector<Bytes>& frames) {
 Bytes Container(int frames) {
   Bytes file = EncodeContainerHeader({3.0F, frames, 16, 3, 2, 0.5F});
   for (int i = 0; i < frames; ++i) {
-    const Bytes frame =
-        EncodeContainerFrame({"11/12/2013 01:02:03 PM", 253.2F, 393.2F, 283.2F, 308.7F}, Frame(i));
-    file.insert(file.end(), frame.begin(), frame.end());
+    file = Joined(file, EncodeContainerFrame(
+                            {"11/12/2013 01:02:03 PM", 253.2F, 393.2F, 283.2F, 308.7F}, Frame(i)));
   }
   return file;
 }
@@ -90,40 +72,12 @@ Bytes SitWithVisible(char code) {
   SitFields fields;
   fields.SoundExt = std::string("WA") + code;
   fields.Counts.assign(76800, 2000);
-  fields.Attachment.assign(8, 0);
-  fields.Attachment.insert(fields.Attachment.end(), kJpeg.begin(), kJpeg.end());
+  fields.Attachment = Joined(Bytes(8), kJpeg);
   return EncodeSit(fields);
 }
 
-class ToolKinds : public ::testing::Test {
+class ToolKinds : public ToolTest {
  protected:
-  void Write(const char* name, const Bytes& bytes) const {
-    folder_.Write(QString::fromLatin1(name), bytes);
-  }
-  QString Path(const char* name) const { return folder_.Path(QString::fromLatin1(name)); }
-  /// Runs the tool; arguments that name a file of the folder begin with "@".
-  Outcome Run(const std::vector<const char*>& words) const {
-    QStringList arguments;
-    for (const char* word : words) {
-      arguments += *word == '@' ? Path(word + 1) : QString::fromUtf8(word);
-    }
-    QProcess process;
-    process.start(QStringLiteral(TESSA_BINARY_FOLDER "/tessatool"), arguments);
-    EXPECT_TRUE(process.waitForFinished(60000));
-    EXPECT_EQ(process.exitStatus(), QProcess::NormalExit);
-    return {process.exitCode(), process.readAllStandardOutput().toStdString(),
-            process.readAllStandardError().toStdString()};
-  }
-  /// An export that has to succeed without a word; returns what it wrote.
-  QByteArray Export(const char* source, const char* target,
-                    const std::vector<const char*>& options = {}) const {
-    std::vector<const char*> words = {"export", source, "-o", target, "--force"};
-    words.insert(words.end(), options.begin(), options.end());
-    const Outcome outcome = Run(words);
-    EXPECT_EQ(outcome.Status, 0) << source;
-    EXPECT_THAT(outcome.Out + outcome.Error, IsEmpty()) << source;
-    return ReadAll(Path(target + 1));
-  }
   QJsonObject Info(const char* source) const {
     const Outcome outcome = Run({"info", "--json", source});
     EXPECT_EQ(outcome.Status, 0) << outcome.Error;
@@ -138,8 +92,6 @@ class ToolKinds : public ::testing::Test {
     EXPECT_EQ(std::count(outcome.Error.begin(), outcome.Error.end(), '\n'), 1) << outcome.Error;
     EXPECT_EQ(folder_.Names(), before);
   }
-
-  TestFolder folder_;
 };
 
 TEST_F(ToolKinds, EveryKindGivesItsFactsAndItsExactTemperatures) {
@@ -158,38 +110,28 @@ TEST_F(ToolKinds, EveryKindGivesItsFactsAndItsExactTemperatures) {
     int Columns, Rows;
   };
   const Case cases[] = {
-      {"t.tmp", Tmp(), R"({"Kind": "TMP", "ImageWidth": 255, "IsLegacy8Bit": false, "TempMin": -10,
-        "TempMax": -6.03125, "ScaleMax": 15.5, "ImageDate": "1/15/2026", "Emissivity": 0.95})",
+      {"t.tmp", Tmp(), R"({"Kind": "TMP", "IsLegacy8Bit": false, "TempMax": -6.03125})",
        "-10,-9.984375,-9.96875,", ",-6.046875,-6.03125\n", 255, 223},
-      {"l.tmp", EncodeLegacyTmp(legacy), R"({"Kind": "TMP", "ImageHeight": 207, "PixelGain": 2,
-        "IsLegacy8Bit": true, "TempMin": -3.5, "TempMax": 46.25, "ScaleMin": 13.5,
-        "CalRangeMax": 120, "ImageDate": "4/12/1996", "ImageTime": "10:15:30 AM"})",
-       "-3.5,-3.25,-3,", ",42.5\n", 255, 207},
-      {"b.bin", EncodeBin(Filled<std::int16_t>(76800, 2732)), R"({"Kind": "SIT", "ImageKind": 3,
-        "SitTempMin": 0, "SitTempMax": 19.9, "SitScaleMax": 19.9, "CurrentFileName": "B.BIN"})",
+      {"l.tmp", EncodeLegacyTmp(legacy),
+       R"({"IsLegacy8Bit": true, "PixelGain": 2, "TempMax": 46.25})", "-3.5,-3.25,-3,", ",42.5\n",
+       255, 207},
+      {"b.bin", EncodeBin(Filled<std::int16_t>(76800, 2732)), R"({"Kind": "SIT", "SitTempMax": 19.9,
+        "CurrentFileName": "B.BIN"})",
        "0,0.1,0.2,", ",19.8,19.9\n", 320, 240},
-      {"m.bmp", Bitmap(28013, 18, trailer), R"({"Kind": "BMP", "HasTemperature": true,
-        "PaletteTempAt0": 17, "PaletteTempAt255": 42.5, "TempMin": 17, "PaletteIndexLow": 30})",
+      {"m.bmp", Bitmap(28013, 18, trailer), R"({"PaletteTempAt255": 42.5, "TempMin": 17})",
        "17,22.1,25.5,27.2\n", ",27,40,20\n", 4, 2},
-      {"x.txi", Bitmap(-200, 1000), R"({"Kind": "TXI", "ScaleMin": -20, "TempMax": 100,
-        "ScaleLowText": "-20.0", "HasTemperature": true, "Comment": ""})",
-       "-20,4,20,28\n100,", "\n", 4, 2},
-      {"s.rti", Snapshot({Frame(0), Frame(1)}), R"({"Kind": "RTI", "FrameCount": 2, "Comment": "C",
-        "CurrentFrame": 1, "TempMin": 16.8, "TempMax": 26.8, "ScaleMax": 35.5, "Memo": "2",
-        "ImageDate": "02/07/2004", "CalRangeMin": -10})",
+      {"x.txi", Bitmap(-200, 1000), R"({"Kind": "TXI", "ScaleMin": -20})", "-20,4,20,28\n100,",
+       "\n", 4, 2},
+      {"s.rti", Snapshot({Frame(0), Frame(1)}), R"({"Kind": "RTI", "FrameCount": 2,
+        "CurrentFrame": 1, "TempMin": 16.8, "Memo": "2"})",
        "20,20.1,16.8\n", "26.8,26.7,17.8\n", 3, 2},
-      {"c.rti", Container(4), R"({"Kind": "RTI", "FrameCount": 4, "ImageDate": "11/12/2013",
-        "ImageTime": "01:02:03 PM", "Emissivity": 0.5, "ScaleHighText": "35.5"})",
-       "20,20.1,16.8\n", "26.8,26.7,17.8\n", 3, 2}};
+      {"c.rti", Container(4), R"({"FrameCount": 4, "ImageTime": "01:02:03 PM"})", "20,20.1,16.8\n",
+       "26.8,26.7,17.8\n", 3, 2}};
   for (const Case& c : cases) {
     Write(c.Name, c.Content);
     const std::string name = std::string("@") + c.Name;
-    const QJsonObject expected = QJsonDocument::fromJson(c.Facts).object();
-    ASSERT_GT(expected.size(), 4) << c.Name;
     const QJsonObject report = Info(name.c_str());
-    for (const QString& key : expected.keys()) {
-      EXPECT_EQ(report.value(key), expected.value(key)) << c.Name << " " << key.toStdString();
-    }
+    ExpectFacts(report, c.Facts);
     EXPECT_EQ(report.value(QStringLiteral("Problems")), QJsonValue(QJsonArray()));
     const QByteArray csv = Export(name.c_str(), "@t.csv");
     EXPECT_THAT(csv.toStdString(), StartsWith(c.FirstCells)) << c.Name;
@@ -283,7 +225,6 @@ TEST_F(ToolKinds, TheNumberOfJobsDoesNotChangeTheOutput) {
     EXPECT_GT(alone.size(), 1078) << i;
     EXPECT_EQ(alone, ReadAll(Path(("out7" + name).c_str()))) << i;
   }
-  EXPECT_EQ(Run({"export", names[0].c_str(), "-o", "@x.bmp", "--jobs", "0"}).Status, 2);
 }
 
 TEST_F(ToolKinds, TheVisiblePictureComesOutByteForByte) {
@@ -308,11 +249,13 @@ TEST_F(ToolKinds, WhatHoldsNoImageIsRefusedWithAPlainReason) {
   Write("text.tmp", text);
   Write("text.bin", text);
   Write("jpeg.sit", kJpeg);
+  Write("jpeg.rti", Joined(kJpeg, Bytes(5000)));
   Write("cut.rti", Bytes(500));
   Write("far.bmp", Bitmap(28013, -18));
   ExpectRefused({"info", "@text.tmp"}, "/text.tmp: the file is text, not a TMP image");
   ExpectRefused({"export", "@text.bin", "-o", "@x.png"}, "the file is text, not a BIN image");
   ExpectRefused({"export", "@jpeg.sit", "-o", "@x.png"}, "the file is a JPEG picture");
+  ExpectRefused({"info", "@jpeg.rti"}, "the file is a JPEG picture, not a snapshot");
   ExpectRefused({"info", "@cut.rti"}, "shorter than the trailer");
   const Outcome outcome = Run({"export", "@far.bmp", "-o", "@far.png"});
   EXPECT_EQ(outcome.Status, 0);

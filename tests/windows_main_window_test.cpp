@@ -7,6 +7,7 @@
 #include <QFileInfo>
 #include <QLabel>
 #include <QLineEdit>
+#include <QListWidget>
 #include <QMenu>
 #include <QMimeData>
 #include <QMouseEvent>
@@ -21,7 +22,10 @@
 #include <functional>
 #include <map>
 
+#include "formats/frame_array.h"
+#include "formats/sequence.h"
 #include "formats/sit.h"
+#include "sequence/save_sequence_dialog.h"
 #include "shell/main_window.h"
 #include "shell/view_pict_widget.h"
 #include "test_files.h"
@@ -100,6 +104,7 @@ class MainWindowTest : public ::testing::Test {
   TestFolder folder_;
   Session session_;
   UserSettings user_;
+  Progress quiet_;
   std::unique_ptr<MainWindow> window_;
   QString scene_;
 };
@@ -400,6 +405,51 @@ TEST_F(MainWindowTest, TypedTextStaysUntilItIsAppliedOrTheRangeChanges) {
   window_->OpenFile(scene_);
   Find<QPushButton>("Command2").click();
   EXPECT_EQ(maximum.text(), QStringLiteral("55.0"));
+}
+
+TEST_F(MainWindowTest, ASequenceIsSteppedByButtonsKeysAndTheDialogConvertsIt) {
+  SnapshotFields fields;
+  fields.Header.Version = 1.0F;
+  fields.Header.Frames = 3;
+  fields.Header.Width = 8;
+  fields.Header.Height = 8;
+  fields.Header.ScaleMax = 50.0F;
+  for (int frame = 1; frame <= 3; ++frame) {
+    std::vector<std::int16_t> tenths(64, static_cast<std::int16_t>(2732 + 100 * frame));
+    tenths[0] = 2732;
+    fields.Frames.push_back(EncodeFrameArray(8, 8, tenths));
+  }
+  window_->OpenFile(folder_.Write(QStringLiteral("steps.rti"), EncodeSnapshot(fields)));
+  EXPECT_TRUE(Find<QWidget>("Frame1").isVisible());
+  auto& text = Find<QLabel>("Label7");
+  EXPECT_EQ(text.text(), QStringLiteral("1 of 3"));
+  EXPECT_FALSE(Find<QToolButton>("SSCommand6").isEnabled());
+  Find<QToolButton>("SSCommand7").click();
+  EXPECT_EQ(text.text(), QStringLiteral("2 of 3"));
+  Trigger("FrameLast");
+  EXPECT_EQ(text.text(), QStringLiteral("3 of 3"));
+  EXPECT_FALSE(Find<QToolButton>("SSCommand7").isEnabled());
+  EXPECT_FLOAT_EQ(session_.Image.TempGrid.At(5, 5), 30.0F);
+
+  SaveSequenceDialog dialog(session_, quiet_, window_.get());
+  dialog.show();
+  auto* const prefix = dialog.findChild<QLineEdit*>(QStringLiteral("Text1"));
+  auto* const names = dialog.findChild<QListWidget*>(QStringLiteral("List1"));
+  auto* const convert = dialog.findChild<QPushButton*>(QStringLiteral("SSCommand9"));
+  EXPECT_FALSE(names->isEnabled());
+  QTest::keyClicks(prefix, QStringLiteral("Z"));
+  QTest::keyClick(prefix, Qt::Key_Return);
+  ASSERT_EQ(names->count(), 3);
+  EXPECT_FALSE(convert->isVisible());
+  dialog.findChild<QRadioButton*>(QStringLiteral("Option2"))->click();
+  EXPECT_EQ(names->item(2)->text(), QStringLiteral("Z003.TXI"));
+  dialog.findChild<QPushButton*>(QStringLiteral("SSCommand2"))->click();
+  EXPECT_TRUE(convert->isVisible());
+  convert->click();
+  EXPECT_TRUE(QFile::exists(folder_.Path(QStringLiteral("Z003.TXI"))));
+  EXPECT_FALSE(dialog.isVisible());
+  window_->OpenFile(scene_);
+  EXPECT_FALSE(Find<QWidget>("Frame1").isVisible());
 }
 
 TEST_F(MainWindowTest, TheLoadButtonOffersTheKindOfTheOpenImage) {

@@ -35,10 +35,13 @@ ApplicationFolder::ApplicationFolder(QString writable, QString installed)
 
 ApplicationFolder ApplicationFolder::ForExecutable(const QString& executablePath) {
   const QString own = QFileInfo(executablePath).absolutePath();
-  const QString installed = QDir::cleanPath(own + QStringLiteral("/../share/tessaview"));
+  // The data stand beside the program where it was built, and in a folder of their own where it was
+  // installed.
+  const bool dataBeside = QFile::exists(own + QStringLiteral("/palette.dta"));
+  const QString installed =
+      dataBeside ? own : QDir::cleanPath(own + QStringLiteral("/../share/tessaview"));
   if (QFileInfo(own).isWritable()) {
-    const bool dataBeside = QFile::exists(own + QStringLiteral("/palette.dta"));
-    return {own, dataBeside ? own : installed};
+    return {own, installed};
   }
   const QString users = QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) +
                         QStringLiteral("/tessaview");

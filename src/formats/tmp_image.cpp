@@ -137,6 +137,13 @@ LegacyHeader ReadLegacyHeader(ByteSpan start, Problems& faults) {
   header.StampText = TextAt(header.Record, kStampAt, kStampDigits);
   header.Comment = TextAt(header.Record, kLegacyCommentAt, kLegacyCommentSize);
   header.Memo = TextAt(header.Record, kLegacyMemoAt, kMemoSize);
+  if (FindNoImage(faults) == nullptr && !HasLegacyStamp(start)) {
+    faults.push_back(
+        {ProblemKind::kBadValue, kStampAt, "StampText",
+         "the date and time are not made of twelve digits; a 16-bit image that was cut "
+         "looks like this",
+         false});
+  }
   return header;
 }
 

@@ -62,6 +62,7 @@ void SaveSequenceDialog::MakeControls() {
   close_ = button("SSCommand1", words.LangString(114, "Close"));
   status_ = new QLabel(this);
   status_->setObjectName(QStringLiteral("Label1"));
+  connect(prefix_, &QLineEdit::returnPressed, this, &SaveSequenceDialog::FillNames);
   connect(toBmp_, &QRadioButton::clicked, this, &SaveSequenceDialog::OptionChosen);
   connect(toTxi_, &QRadioButton::clicked, this, &SaveSequenceDialog::OptionChosen);
   connect(names_, &QListWidget::itemSelectionChanged, this, &SaveSequenceDialog::SelectionChanged);
@@ -97,13 +98,13 @@ void SaveSequenceDialog::Arrange() {
   layout->addLayout(ending);
 }
 
-/// Enter in the prefix makes the names; it never leaves the dialog.
+/// Enter makes the names or presses the button in focus; it never leaves the dialog.
 void SaveSequenceDialog::keyPressEvent(QKeyEvent* event) {
-  if ((event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) && prefix_->hasFocus()) {
-    FillNames();
-    return;
+  if (event->key() != Qt::Key_Return && event->key() != Qt::Key_Enter) {
+    QDialog::keyPressEvent(event);
+  } else if (auto* const button = qobject_cast<QPushButton*>(focusWidget())) {
+    button->click();
   }
-  QDialog::keyPressEvent(event);
 }
 
 void SaveSequenceDialog::OptionChosen() {

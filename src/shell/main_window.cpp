@@ -177,15 +177,16 @@ void MainWindow::MakeToolPanel() {
   toolPanel_->addAction(Action("btnDWNLoad"));
   toolPanel_->addSeparator();
   toolPanel_->addAction(Action("btnTrend"));
-  toolPanel_->addAction(Action("btnPlaysound"));
-  toolPanel_->addAction(Action("btnEmbedSound"));
-  toolPanel_->addAction(Action("btnViewVis"));
   toolPanel_->addSeparator();
   for (const char* id : {"ZoomOut", "ZoomIn", "ZoomFit"}) {
     toolPanel_->addAction(Action(id));
   }
   toolPanel_->addSeparator();
   toolPanel_->addAction(Action("SSCommand1"));
+  // These come and go with the image, so they stand where they move nothing else.
+  toolPanel_->addAction(Action("btnViewVis"));
+  toolPanel_->addAction(Action("btnPlaysound"));
+  toolPanel_->addAction(Action("btnEmbedSound"));
   auto* const gap = new QWidget(toolPanel_);
   gap->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Preferred);
   toolPanel_->addWidget(gap);

@@ -171,7 +171,7 @@ int RunToolCommandLine(int argc, char** argv) {
   exportCommand->add_option("--range", exportCall.Range,
                             "Temperatures that span the palette: stored, image or LOW:HIGH");
   exportCommand->add_option("--unit", exportCall.Unit, "C or F, for --range and csv")
-      ->check(CLI::IsMember({"C", "F"}));
+      ->transform(CLI::IsMember({"C", "F"}, CLI::ignore_case));
   exportCommand->add_flag("--force", exportCall.Force, "Replace files that are there already");
 
   exportCommand->add_option("--frame", exportCall.Frame, "Frame of a snapshot or sequence, from 1")
@@ -195,7 +195,7 @@ int RunToolCommandLine(int argc, char** argv) {
       "--range", frames.Range,
       "One range for all: stored, image (extremes over all frames) or LOW:HIGH");
   framesCommand->add_option("--unit", frames.Unit, "C or F, for --range and csv")
-      ->check(CLI::IsMember({"C", "F"}));
+      ->transform(CLI::IsMember({"C", "F"}, CLI::ignore_case));
   framesCommand->add_flag("--force", frames.Force, "Replace files that are there already");
 
   VisibleCall visible;

@@ -26,6 +26,12 @@ struct ExportJob {
   QString Target;
 };
 
+/// "png" for "png", ".png" and "PNG".
+QString EndingOf(const std::string& argument) {
+  QString ending = FromArgument(argument).toLower();
+  return ending.startsWith(QLatin1Char('.')) ? ending.mid(1) : ending;
+}
+
 /// The target of every source, or nothing after a report when the call makes no sense.
 std::optional<std::vector<ExportJob>> PlanExport(const ExportCall& call) {
   const bool oneTarget = !call.Out.empty();
@@ -45,7 +51,7 @@ std::optional<std::vector<ExportJob>> PlanExport(const ExportCall& call) {
     if (!oneTarget) {
       target = QDir(FromArgument(call.Folder))
                    .filePath(QFileInfo(source).completeBaseName() + QLatin1Char('.') +
-                             FromArgument(call.To).toLower());
+                             EndingOf(call.To));
     }
     if (!ExportEndings().contains(QFileInfo(target).suffix().toLower())) {
       PrintError(target, "the ending must be one of " +
@@ -126,18 +132,22 @@ class ExportRun {
     const auto wanted = drawsTexts       ? std::size_t{1}
                         : call_.Jobs > 0 ? static_cast<std::size_t>(call_.Jobs)
                                          : std::size_t{processors};
+    StopAfterThisFile();
     std::vector<std::jthread> threads;
     for (std::size_t i = 1; i < std::min(wanted, jobs_.size()); ++i) {
       threads.emplace_back([this] { Work(); });
     }
     Work();
     threads.clear();  // Waits for them.
+    if (Interrupted()) {
+      return kToolInterrupted;
+    }
     return failed_ ? kToolFailed : kToolDone;
   }
 
  private:
   void Work() {
-    for (std::size_t at = next_++; at < jobs_.size(); at = next_++) {
+    for (std::size_t at = next_++; at < jobs_.size() && !Interrupted(); at = next_++) {
       Problems faults;
       std::string failure;
       try {

@@ -84,7 +84,11 @@ int WriteFrames(const FramesCall& call, const ExportOptions& options,
   ProgressLine line(frames.size());
   std::size_t done = 0;
   int status = kToolDone;
+  StopAfterThisFile();
   for (const int frame : frames) {
+    if (Interrupted()) {
+      return kToolInterrupted;
+    }
     const QString path = FramePath(call, frame);
     try {
       if (IsSameFile(session.Image.CurrentFilePath, path)) {

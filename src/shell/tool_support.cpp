@@ -4,10 +4,25 @@
 #include <unistd.h>
 
 #include <QFile>
+#include <csignal>
 #include <cstdio>
 #include <filesystem>
 
 namespace tessa {
+namespace {
+
+/// A signal can leave its mark nowhere else.
+volatile std::sig_atomic_t interruptSeen = 0;
+
+}  // namespace
+
+void StopAfterThisFile() {
+  std::signal(SIGINT, [](int /*signal*/) { interruptSeen = 1; });
+}
+
+bool Interrupted() {
+  return interruptSeen != 0;
+}
 
 QString FromArgument(const std::string& argument) {
   return QFile::decodeName(QByteArray::fromStdString(argument));

@@ -14,6 +14,7 @@ namespace tessa {
 inline constexpr int kToolDone = 0;
 inline constexpr int kToolFailed = 1;     // Something could not be read or written.
 inline constexpr int kToolWrongCall = 2;  // The arguments make no sense.
+inline constexpr int kToolInterrupted = 130;
 
 /// A path or text from the command line.
 QString FromArgument(const std::string& argument);
@@ -25,6 +26,12 @@ void PrintError(const QString& path, const std::string& reason);
 
 /// The folder of the running program.
 ApplicationFolder OwnFolder();
+
+/// From now on Ctrl+C ends a run after the file that is being written, so that only whole files are
+/// left, instead of ending the process at once.
+void StopAfterThisFile();
+/// True once Ctrl+C was pressed.
+bool Interrupted();
 
 /// The one line that tells how far a long run is. Shown on terminals only.
 class ProgressLine {

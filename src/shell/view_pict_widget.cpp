@@ -1,5 +1,6 @@
 #include "shell/view_pict_widget.h"
 
+#include <QApplication>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QPushButton>
@@ -65,6 +66,11 @@ QWidget* ViewPictWidget::MakeCanvas() {
   horizontalScroll_->setObjectName(QStringLiteral("HScroll1"));
   verticalScroll_ = new QScrollBar(Qt::Vertical, canvas_);
   verticalScroll_->setObjectName(QStringLiteral("VScroll1"));
+  for (QScrollBar* const bar : {horizontalScroll_, verticalScroll_}) {
+    bar->setPalette(QApplication::palette());  // Not the dark one of the surround.
+    connect(bar, &QScrollBar::actionTriggered, this, &ViewPictWidget::RememberPan,
+            Qt::QueuedConnection);
+  }
   blankPanel_ = MakeBlankPanel();
   return canvas_;
 }
@@ -250,6 +256,7 @@ void ViewPictWidget::ConnectPicture() {
     const QPoint whole(wholePart(dragRest_.x()), wholePart(dragRest_.y()));
     dragRest_ -= whole;
     PanTo(horizontalScroll_->value() - whole.x(), verticalScroll_->value() - whole.y());
+    RememberPan();
   });
   connect(horizontalScroll_, &QScrollBar::valueChanged, this, [this](int value) {
     session_.Buffers.Picbuf1.Xpan = value;
@@ -391,6 +398,20 @@ void ViewPictWidget::ZoomToFit() {
     level = candidate;
   }
   SetZoom(level);
+}
+
+/// What the user panned to is the centre of the next zoom.
+void ViewPictWidget::RememberPan() {
+  const Picbuf& buffer = session_.Buffers.Picbuf1;
+  ZoomState& zoom = session_.View.Zoom;
+  const auto share = [](const QScrollBar& bar, int size, int& centre) {
+    if (bar.maximum() > 0) {
+      centre =
+          static_cast<int>(std::lround(static_cast<double>(bar.value()) / bar.maximum() * size));
+    }
+  };
+  share(*horizontalScroll_, buffer.BufWidth(), zoom.ZoomCentreX);
+  share(*verticalScroll_, buffer.BufHeight(), zoom.ZoomCentreY);
 }
 
 void ViewPictWidget::PanTo(int horizontal, int vertical) {

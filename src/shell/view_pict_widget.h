@@ -68,6 +68,7 @@ class ViewPictWidget : public QWidget {
   void PictureClicked(Qt::MouseButton button, QPoint position);
   void ZoomAround(int level, QPoint position);
   void ScrollToCentre();
+  void RememberPan();
   QToolButton* MakeStepButton(const QString& icon, int step);
   void PanTo(int horizontal, int vertical);
 

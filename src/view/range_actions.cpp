@@ -147,7 +147,9 @@ void ApplyLimitTexts(const QString& minText, const QString& maxText, const Rende
   RangeSlider& slider = pieces.Slider;
   double minimum = FromDisplayUnits(ParseNumber(minText), unit);
   double maximum = FromDisplayUnits(ParseNumber(maxText), unit);
-  if (!slider.SetScaleLimits(true, maximum, minimum)) {
+  // Limits that leave nothing of the range in view would squeeze the thumbs into one point.
+  const bool leavesRange = maximum > slider.RangeMinValue() && minimum < slider.RangeMaxValue();
+  if (!leavesRange || !slider.SetScaleLimits(true, maximum, minimum)) {
     maximum = slider.ScaleMaxLimit();
     minimum = slider.ScaleMinLimit();
   }

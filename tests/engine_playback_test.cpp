@@ -1,0 +1,194 @@
+#include <gtest/gtest.h>
+
+#include "core/load_image.h"
+#include "formats/frame_array.h"
+#include "sequence/convert_frames.h"
+#include "sequence/playback.h"
+#include "sequence/show_frame.h"
+#include "test_files.h"
+#include "view/range_control.h"
+
+namespace tessa::testing {
+namespace {
+
+constexpr int kWidth = 6;
+constexpr int kHeight = 4;
+constexpr int kFrames = 3;
+
+/// Frame n (from 1): its first pixel is n x 10 degrees, its last n x 10 + 5, all others between.
+std::vector<std::int16_t> Pixels(int frame) {
+  std::vector<std::int16_t> tenths(kWidth * kHeight,
+                                   static_cast<std::int16_t>(2732 + frame * 100 + 20));
+  tenths.front() = static_cast<std::int16_t>(2732 + frame * 100);
+  tenths.back() = static_cast<std::int16_t>(2732 + frame * 100 + 50);
+  return tenths;
+}
+
+Bytes Snapshot() {
+  SnapshotFields fields;
+  fields.Header.Version = kStampedVersion;
+  fields.Header.Frames = kFrames;
+  fields.Header.Width = kWidth;
+  fields.Header.Height = kHeight;
+  fields.Header.ScaleMin = 0.0F;
+  fields.Header.ScaleMax = 50.0F;
+  for (int frame = 1; frame <= kFrames; ++frame) {
+    fields.Frames.push_back(EncodeFrameArray(kWidth, kHeight, Pixels(frame)));
+    fields.Stamps.push_back("11/21/2026 10:00:0" + std::to_string(frame) + " AM");
+  }
+  return EncodeSnapshot(fields);
+}
+
+Bytes Container() {
+  Bytes file = EncodeContainerHeader({kContainerVersion, kFrames, 16, kWidth, kHeight, 0.9F});
+  for (int frame = 1; frame <= kFrames; ++frame) {
+    const Bytes array = EncodeFrameArray(kWidth, kHeight, Pixels(frame));
+    const Bytes whole = EncodeContainerFrame(
+        {"11/21/2026 10:00:0" + std::to_string(frame) + " AM", 233.2F, 393.2F, 273.2F, 323.2F},
+        array);
+    file.insert(file.end(), whole.begin(), whole.end());
+  }
+  return file;
+}
+
+class PlaybackTest : public ::testing::Test {
+ protected:
+  PlaybackTest() : session_(BuiltProgramFolder()) {
+    FillPaletteList(session_.View);
+    session_.Image.DisplayUnits = 'C';
+  }
+  void Open(const Bytes& file) {
+    OpenPath(folder_.Write(QStringLiteral("B.rti"), file), session_, progress_);
+    ASSERT_EQ(session_.Image.FrameCount, kFrames);
+  }
+  void WriteFrameFile(const char* name, int pixelsOfFrame) {
+    folder_.Write(QString::fromLatin1(name),
+                  EncodeFrameArray(kWidth, kHeight, Pixels(pixelsOfFrame)));
+  }
+  /// Degrees of the first pixel, rounded, and the indices at both ends of the picture.
+  std::string Shown() const {
+    const auto pixels = session_.Buffers.Picbuf1.Pixels();
+    const std::size_t last = 3 * session_.Buffers.Picbuf1.Stride() + kWidth - 1;
+    return std::to_string(std::lround(session_.Image.TempGrid.At(0, 0))) + "|" +
+           std::to_string(pixels[0]) + "|" + std::to_string(pixels[last]) + "|" +
+           session_.View.FrameText.toStdString();
+  }
+  void Convert(const char* prefix, FrameFormat format, std::vector<int> frames) {
+    ConvertFrames({QString::fromLatin1(prefix), format, std::move(frames)}, session_, progress_,
+                  [this](const QString& line) { status_.append(line); });
+  }
+  /// The index of the first pixel in a written bitmap; its rows are stored from the foot.
+  int FirstIndexIn(const char* name) const {
+    const QByteArray file = ReadAll(folder_.Path(QString::fromLatin1(name)));
+    constexpr qsizetype kPixelsAt = 54 + 1024;
+    constexpr qsizetype kRowBytes = 8;
+    return file.size() < kPixelsAt + 4 * kRowBytes
+               ? -1
+               : static_cast<std::uint8_t>(file[kPixelsAt + 3 * kRowBytes]);
+  }
+
+  TestFolder folder_;
+  Session session_;
+  Progress progress_;
+  QStringList status_;
+};
+
+TEST_F(PlaybackTest, ButtonsStepThroughBothKindsAndStopAtTheEnds) {
+  for (const Bytes& file : {Snapshot(), Container()}) {
+    Open(file);
+    EXPECT_TRUE(session_.View.FrameRowVisible);
+    EXPECT_EQ(session_.View.FrameText, QStringLiteral("1 of 3"));
+    EXPECT_EQ(Shown(), "10|51|76|1 of 3") << "opens in the stored scale of 0 to 50";
+    ShowPreviousFrame(session_, progress_);
+    EXPECT_EQ(Shown(), "10|51|76|1 of 3") << "nothing happens before the first";
+    ShowNextFrame(session_, progress_);
+    EXPECT_EQ(Shown(), "20|0|255|2 of 3") << "a step spreads over the frame's own extremes";
+    EXPECT_EQ(session_.Image.ScaleLowText, QStringLiteral("20.0"));
+    EXPECT_EQ(session_.View.RangeHighText, QStringLiteral("25.0"));
+    ShowLastFrame(session_, progress_);
+    EXPECT_EQ(Shown(), "30|0|255|3 of 3");
+    EXPECT_EQ(session_.Image.ImageTime, QStringLiteral("10:00:03 AM"));
+    ShowNextFrame(session_, progress_);
+    EXPECT_EQ(session_.Image.CurrentFrame, 3);
+    ShowFirstFrame(session_, progress_);
+    EXPECT_EQ(Shown(), "10|0|255|1 of 3") << "first shows its frame anew";
+  }
+}
+
+TEST_F(PlaybackTest, AFrameFileComesFirstThenTheOpenFileThenABlankPicture) {
+  Open(Snapshot());
+  WriteFrameFile("B-001.APD", 7);
+  ShowNextFrame(session_, progress_);
+  EXPECT_EQ(Shown(), "70|0|255|2 of 3");
+  ShowNextFrame(session_, progress_);
+  EXPECT_EQ(Shown(), "30|0|255|3 of 3");
+  session_.Image.SeqFrames[0].clear();
+  ShowFirstFrame(session_, progress_);
+  EXPECT_EQ(Shown(), "0|0|0|1 of 3");
+}
+
+TEST_F(PlaybackTest, OtherImagesHaveNoFrameRow) {
+  Open(Snapshot());
+  OpenPath(folder_.Write(QStringLiteral("x.bmp"), EncodeBmp8(4, 4, Bytes(16), 4, GreyPalette())),
+           session_, progress_);
+  EXPECT_FALSE(session_.View.FrameRowVisible);
+}
+
+TEST_F(PlaybackTest, SteppingNeverWritesToAPictureThatTheUserOpened) {
+  const Bytes bitmap = EncodeBmp8(kWidth, kHeight, Bytes(24, 9), kWidth, GreyPalette());
+  const QString path = folder_.Write(QStringLiteral("mine.bmp"), bitmap);
+  OpenPath(path, session_, progress_);
+  Open(Snapshot());
+  ShowLastFrame(session_, progress_);
+  const QByteArray after = ReadAll(path);
+  EXPECT_TRUE(std::equal(bitmap.begin(), bitmap.end(), after.begin(), after.end(),
+                         [](std::uint8_t a, char b) { return a == static_cast<std::uint8_t>(b); }));
+}
+
+TEST_F(PlaybackTest, AConversionWritesEachOutputOnceMoreWithTheFrameThatFollows) {
+  Open(Snapshot());
+  // Entered range 0 to 51 degrees: five indices a degree.
+  session_.View.RangeLowText = QStringLiteral("0");
+  session_.View.RangeHighText = QStringLiteral("51");
+  folder_.Write(QStringLiteral("A001.BMP"), Bytes{1, 2, 3});  // Is replaced.
+  Convert("A", FrameFormat::kBmp, {1, 2, 3});
+  EXPECT_EQ(FirstIndexIn("A001.BMP"), 100) << "the step to frame 2 saved over it";
+  EXPECT_EQ(FirstIndexIn("A002.BMP"), 150);
+  EXPECT_EQ(FirstIndexIn("A003.BMP"), 50) << "the frame shown before is shown again at the end";
+  EXPECT_EQ(session_.Image.CurrentFrame, 1);
+  EXPECT_EQ(session_.Image.ImageKind, KindBmp);
+  EXPECT_EQ(session_.Image.ScaleHighText, QStringLiteral("51.0"));
+  EXPECT_EQ(status_.join(QLatin1Char('|')),
+            QStringLiteral("Converting A001.BMP|Saving A001.BMP|Converting A002.BMP|"
+                           "Saving A002.BMP|Converting A003.BMP|Saving A003.BMP|"
+                           "Loading Frame 1|Conversion Complete"));
+  EXPECT_EQ(folder_.Names().filter(QStringLiteral("A00")).size(), 3);
+}
+
+TEST_F(PlaybackTest, TxiWordsOfAConversionFollowTheirOwnRule) {
+  Open(Snapshot());
+  session_.View.RangeLowText = QStringLiteral("-20");
+  session_.View.RangeHighText = QStringLiteral("60");
+  Convert("T", FrameFormat::kTxi, {2});
+  EXPECT_EQ(session_.Image.ImageKind, KindTxi);
+  // The closing step saved the file as a plain bitmap again, words and all.
+  EXPECT_EQ(ReadAll(folder_.Path(QStringLiteral("T002.TXI"))).mid(6, 4), QByteArray(4, '\0'));
+  Convert("T", FrameFormat::kTxi, {1, 2});
+  EXPECT_EQ(FirstIndexIn("T001.TXI"), 128) << "40 of 80 degrees: 127.5";
+}
+
+TEST_F(PlaybackTest, PrefixesStayInTheFolderAndNumbersGrow) {
+  Open(Snapshot());
+  const QStringList before = folder_.Names();
+  for (const char* prefix : {"", "../A", "x/y", "x\\y"}) {
+    Convert(prefix, FrameFormat::kBmp, {1});
+  }
+  EXPECT_EQ(folder_.Names(), before);
+  EXPECT_EQ(FrameOutputName(QStringLiteral("A"), 7, FrameFormat::kBmp), QStringLiteral("A007.BMP"));
+  EXPECT_EQ(FrameOutputName(QStringLiteral("A"), 1000, FrameFormat::kTxi),
+            QStringLiteral("A1000.TXI"));
+  EXPECT_EQ(FrameFilePath(QStringLiteral("/a/B.RTI"), 1000), QStringLiteral("/a/B-999.APD"));
+}
+
+}  // namespace
+}  // namespace tessa::testing
