@@ -5,6 +5,7 @@
 #include <QMenu>
 #include <QMenuBar>
 #include <QScreen>
+#include <QTimer>
 
 #include "export/save_image.h"
 #include "shell/mnemonics_widget.h"
@@ -118,6 +119,12 @@ void VisibleWindow::Zoom(int factor) {
     move(desktop.center() - QPoint(width() / 2, height() / 2));
   }
   picture_->update();
+}
+
+void VisibleWindow::showEvent(QShowEvent* event) {
+  QMainWindow::showEvent(event);
+  // Where the window manager put it is known a moment later.
+  QTimer::singleShot(0, this, [this] { Zoom(zoomActions_[1]->isChecked() ? 2 : 1); });
 }
 
 void VisibleWindow::closeEvent(QCloseEvent* event) {

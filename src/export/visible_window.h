@@ -24,6 +24,7 @@ class VisibleWindow : public QMainWindow {
   void SetWindowLanguage();
 
  protected:
+  void showEvent(QShowEvent* event) override;
   void closeEvent(QCloseEvent* event) override;
 
  private:
