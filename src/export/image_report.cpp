@@ -164,6 +164,15 @@ QString ReportAsText(const Session& session) {
   if (!session.View.StatusPanel[4].isEmpty()) {
     listing.Add("Emissivity", FormatHundredths(static_cast<double>(image.Emissivity)));
   }
+  if (image.FrameCount > 0) {
+    listing.Add("Frames", QString::number(image.FrameCount));
+  }
+  if (image.HasVisibleImage) {
+    listing.Add("Photograph", QStringLiteral("visible-light picture inside"));
+  }
+  if (image.SoundEmbedded || !image.SoundFile.isEmpty()) {
+    listing.Add("Sound", image.SoundEmbedded ? QStringLiteral("inside the file") : image.SoundFile);
+  }
   listing.Add("Comment", session.View.Comment.trimmed());
   listing.Add("Memo", session.View.Memo.trimmed());
   for (const Problem& problem : session.Faults) {

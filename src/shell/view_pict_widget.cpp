@@ -1,6 +1,7 @@
 #include "shell/view_pict_widget.h"
 
 #include <QApplication>
+#include <QCheckBox>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QPushButton>
@@ -47,6 +48,15 @@ ViewPictWidget::ViewPictWidget(Session& session, Progress& progress, QWidget* pa
   layout->addLayout(left, 1);
   layout->addWidget(range_);
   ConnectPicture();
+  auto* const languageBox = new QCheckBox(this);
+  languageBox->setObjectName(QStringLiteral("chkLang"));
+  languageBox->hide();
+  connect(languageBox, &QCheckBox::toggled, this, [this, languageBox](bool checked) {
+    if (checked) {
+      languageBox->setChecked(false);
+      SetWindowLanguage();
+    }
+  });
   SetWindowLanguage();
   ShowIcons();
 }
