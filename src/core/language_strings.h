@@ -26,7 +26,6 @@ class Strings {
     offset_ = std::clamp(language, -kMostLanguages, kMostLanguages) * kLanguageStride;
   }
   int Language() const { return offset_ / kLanguageStride; }
-  int LanguageOffset() const { return offset_; }
 
  private:
   QHash<int, QString> texts_;

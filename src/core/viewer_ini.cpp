@@ -42,7 +42,11 @@ Settings ParseViewerIni(const QStringList& lines) {
 }
 
 QString ViewerIniText(const Settings& settings) {
-  const QStringList lines = {settings.LastFolder, settings.TargetFolder,
+  // A name with a line break in it would push the lines after it out of their places.
+  const auto path = [](const QString& folder) {
+    return folder.contains(QLatin1Char('\n')) ? QString() : folder;
+  };
+  const QStringList lines = {path(settings.LastFolder), path(settings.TargetFolder),
                              NumberLine(settings.DefaultKind), NumberLine(settings.DefaultPalette),
                              QString(QLatin1Char(settings.DefaultUnits))};
   return lines.join(QLatin1Char('\n')) + QLatin1Char('\n');

@@ -167,29 +167,21 @@ void SaveCompositeJpeg(Session& session, Dialogs& dialogs) {
   }
 }
 
-void SaveVisibleBmp(Picbuf& picture, Session& session, Dialogs& dialogs) {
+void SaveVisible(const QString& ending, Picbuf& picture, Session& session, Dialogs& dialogs) {
+  const bool isJpeg = ending == QLatin1String("JPG");
   const auto path =
-      dialogs.AskSaveFile({Suggest(session.Image, 4, QStringLiteral("-VIS.BMP")),
-                           {QStringLiteral("Bitmap ") + session.Words.LangString(168, "File") +
-                            QStringLiteral(" (*.BMP *.bmp)")},
-                           QStringLiteral("BMP")});
-  if (path) {
+      dialogs.AskSaveFile({Suggest(session.Image, 4, QStringLiteral("-VIS.") + ending),
+                           {(isJpeg ? QStringLiteral("JPEG ") : QStringLiteral("Bitmap ")) +
+                            session.Words.LangString(168, "File") +
+                            QStringLiteral(" (*.%1 *.%2)").arg(ending, ending.toLower())},
+                           ending});
+  if (path && isJpeg) {
+    WriteJpeg(picture, *path, session.Steps);
+  } else if (path) {
     WriteBmp(picture, *path, session.Steps);
     picture.FileName.clear();
   }
-  picture.FileType = Picbuf::kJpeg;
-  picture.JpegQuality = picture.JpegQuality2 = kQuality;
-}
-
-void SaveVisibleJpeg(Picbuf& picture, Session& session, Dialogs& dialogs) {
-  const auto path =
-      dialogs.AskSaveFile({Suggest(session.Image, 4, QStringLiteral("-VIS.JPG")),
-                           {QStringLiteral("JPEG ") + session.Words.LangString(168, "File") +
-                            QStringLiteral(" (*.JPG *.jpg)")},
-                           QStringLiteral("JPG")});
-  if (path) {
-    WriteJpeg(picture, *path, session.Steps);
-  }
+  // The resting state of this buffer.
   picture.FileType = Picbuf::kJpeg;
   picture.JpegQuality = picture.JpegQuality2 = kQuality;
 }

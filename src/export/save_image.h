@@ -26,9 +26,8 @@ void SaveTxi(Session& session, Dialogs& dialogs);
 void SaveCompositeBmp(Session& session, Dialogs& dialogs);
 void SaveCompositeJpeg(Session& session, Dialogs& dialogs);
 
-/// The visible-light picture alone, from the given buffer.
-void SaveVisibleBmp(Picbuf& picture, Session& session, Dialogs& dialogs);
-void SaveVisibleJpeg(Picbuf& picture, Session& session, Dialogs& dialogs);
+/// The visible-light picture alone, from the given buffer; `ending` is "BMP" or "JPG".
+void SaveVisible(const QString& ending, Picbuf& picture, Session& session, Dialogs& dialogs);
 
 void CopyImage(Session& session);
 void CopyPaletteBar(Session& session);

@@ -1,6 +1,5 @@
 #include "export/visible_window.h"
 
-#include <QCheckBox>
 #include <QCloseEvent>
 #include <QMenu>
 #include <QMenuBar>
@@ -8,6 +7,7 @@
 #include <QTimer>
 
 #include "export/save_image.h"
+#include "shell/language_box_widget.h"
 #include "shell/mnemonics_widget.h"
 #include "view/picbuf_widget.h"
 
@@ -25,15 +25,7 @@ VisibleWindow::VisibleWindow(Session& session, Dialogs& dialogs, QWidget* parent
   picture_->setCursor(Qt::ArrowCursor);
   setCentralWidget(picture_);
   MakeMenus();
-  auto* const languageBox = new QCheckBox(this);
-  languageBox->setObjectName(QStringLiteral("chkLang"));
-  languageBox->hide();
-  connect(languageBox, &QCheckBox::toggled, this, [this, languageBox](bool checked) {
-    if (checked) {
-      languageBox->setChecked(false);
-      SetWindowLanguage();
-    }
-  });
+  AddLanguageBox(*this, [this] { SetWindowLanguage(); });
   SetWindowLanguage();
   Zoom(1);
   session_.Image.VisibleWindowOpen = true;
@@ -62,9 +54,9 @@ QAction* VisibleWindow::AddEntry(QMenu* menu, const char* name, int textId, cons
 void VisibleWindow::MakeMenus() {
   QMenu* const file = AddMenu(nullptr, "mnuFile", 173, "Image");
   AddEntry(file, "mnuSaveBMP", 224, "Save BMP", "",
-           [this] { SaveVisibleBmp(buffer_, session_, dialogs_); });
+           [this] { SaveVisible(QStringLiteral("BMP"), buffer_, session_, dialogs_); });
   AddEntry(file, "mnuSaveJPG", 228, "Save JPEG", "",
-           [this] { SaveVisibleJpeg(buffer_, session_, dialogs_); });
+           [this] { SaveVisible(QStringLiteral("JPG"), buffer_, session_, dialogs_); });
   QMenu* const composite = AddMenu(file, "mnuSaveComp", 226, "Save Composite");
   composite
       ->addAction(QStringLiteral("&BMP"), this, [this] { SaveCompositeBmp(session_, dialogs_); })

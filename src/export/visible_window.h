@@ -6,8 +6,6 @@
 #include "core/dialogs.h"
 #include "core/session.h"
 
-class QCheckBox;
-
 namespace tessa {
 
 class PicbufWidget;

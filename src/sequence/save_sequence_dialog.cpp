@@ -54,10 +54,10 @@ void SaveSequenceDialog::MakeControls() {
   toTxi_->setObjectName(QStringLiteral("Option2"));
   names_ = new QListWidget(this);
   names_->setObjectName(QStringLiteral("List1"));
-  names_->setAccessibleName(words.LangString(239, "SIT Images"));
+  names_->setAccessibleName(windowTitle());
   names_->setSelectionMode(QAbstractItemView::ExtendedSelection);
   selectAll_ = button("SSCommand2", words.LangString(233, "Select All"));
-  selectNone_ = button("SSCommand3", words.LangString(216, "Reset"));
+  selectNone_ = button("SSCommand3", words.LangString(217, "Reset All"));
   convert_ = button("SSCommand9", words.LangString(119, "Convert"));
   close_ = button("SSCommand1", words.LangString(114, "Close"));
   status_ = new QLabel(this);

@@ -1,9 +1,13 @@
 // The table of commands of the main window.
 
+#include <QApplication>
+#include <QClipboard>
+
 #include "core/load_image.h"
 #include "export/save_image.h"
 #include "sequence/playback.h"
 #include "shell/main_window.h"
+#include "shell/tool_icon_widget.h"
 #include "shell/view_pict_widget.h"
 #include "shell/window_progress_widget.h"
 #include "view/image_tools.h"
@@ -98,10 +102,14 @@ std::vector<MainWindow::Command> MainWindow::MakeExportCommands() {
       BringIntoLine();
     };
   };
+  // Without an image the program's own picture is what there is to copy.
   const auto copy = [this](void (*procedure)(Session&)) {
     return [this, procedure] {
       if (!session_.Image.CurrentFile.isEmpty()) {
         procedure(session_);
+      } else {
+        constexpr QSize kEmblem(96, 96);
+        QApplication::clipboard()->setImage(ApplicationIcon().pixmap(kEmblem).toImage());
       }
     };
   };

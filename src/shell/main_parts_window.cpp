@@ -1,6 +1,5 @@
 // The menus, the tool panel and the status bar of the main window.
 
-#include <QCheckBox>
 #include <QComboBox>
 #include <QFileInfo>
 #include <QHBoxLayout>
@@ -174,19 +173,6 @@ void MainWindow::MakeStatusBar() {
   bar->addPermanentWidget(renderProgress_);
   bar->addPermanentWidget(loadingText_);
   bar->addPermanentWidget(loadProgress_);
-}
-
-/// Other windows tell this one of a change of language by setting the box, which is never seen.
-void MainWindow::MakeLanguageBox() {
-  languageBox_ = new QCheckBox(this);
-  languageBox_->setObjectName(QStringLiteral("chkLang"));
-  languageBox_->hide();
-  connect(languageBox_, &QCheckBox::toggled, this, [this](bool checked) {
-    if (checked) {
-      languageBox_->setChecked(false);
-      SetWindowLanguage();
-    }
-  });
 }
 
 }  // namespace tessa

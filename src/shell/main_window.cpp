@@ -21,11 +21,12 @@
 #include "export/visible_window.h"
 #include "sequence/save_sequence_dialog.h"
 #include "shell/about_dialog.h"
+#include "shell/language_box_widget.h"
 #include "shell/mnemonics_widget.h"
-#include "shell/open_file_dialog.h"
 #include "shell/preferences_dialog.h"
 #include "shell/tool_icon_widget.h"
 #include "shell/view_pict_widget.h"
+#include "shell/window_dialogs_dialog.h"
 #include "shell/window_progress_widget.h"
 #include "view/eliding_label_widget.h"
 #include "view/palette_swatch_widget.h"
@@ -62,7 +63,7 @@ MainWindow::MainWindow(Session& session, UserSettings& user) : session_(session)
   MakeMenus();
   MakeToolPanel();
   MakeStatusBar();
-  MakeLanguageBox();
+  languageBox_ = AddLanguageBox(*this, [this] { SetWindowLanguage(); });
   ShowIcons();
   connect(view_, &ViewPictWidget::ReadoutChanged, this, &MainWindow::ShowStatusPanels);
   connect(view_, &ViewPictWidget::RangeChanged, this, &MainWindow::BringIntoLine);
@@ -336,7 +337,7 @@ void MainWindow::ShowPreferences() {
   connect(&dialog, &PreferencesDialog::LanguageChanged, this, [this] {
     languageBox_->setChecked(true);
     if (visible_ != nullptr) {
-      visible_->SetWindowLanguage();
+      visible_->findChild<QCheckBox*>(QStringLiteral("chkLang"))->setChecked(true);
     }
   });
   connect(&dialog, &PreferencesDialog::Saved, this, [this] {

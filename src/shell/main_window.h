@@ -77,7 +77,6 @@ class MainWindow : public QMainWindow {
   void MakeToolPanel();
   QWidget* MakeDisplayPanel();
   void MakeStatusBar();
-  void MakeLanguageBox();
   QAction* Action(const char* id) const;
   void ShowStatusPanels();
   void ShowPaletteList();

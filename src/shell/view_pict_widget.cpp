@@ -1,7 +1,6 @@
 #include "shell/view_pict_widget.h"
 
 #include <QApplication>
-#include <QCheckBox>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QPushButton>
@@ -13,6 +12,7 @@
 #include <QWheelEvent>
 #include <cmath>
 
+#include "shell/language_box_widget.h"
 #include "shell/tool_icon_widget.h"
 #include "view/eliding_label_widget.h"
 #include "view/picbuf_widget.h"
@@ -48,15 +48,7 @@ ViewPictWidget::ViewPictWidget(Session& session, Progress& progress, QWidget* pa
   layout->addLayout(left, 1);
   layout->addWidget(range_);
   ConnectPicture();
-  auto* const languageBox = new QCheckBox(this);
-  languageBox->setObjectName(QStringLiteral("chkLang"));
-  languageBox->hide();
-  connect(languageBox, &QCheckBox::toggled, this, [this, languageBox](bool checked) {
-    if (checked) {
-      languageBox->setChecked(false);
-      SetWindowLanguage();
-    }
-  });
+  AddLanguageBox(*this, [this] { SetWindowLanguage(); });
   SetWindowLanguage();
   ShowIcons();
 }

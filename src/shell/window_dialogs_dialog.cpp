@@ -1,4 +1,4 @@
-#include "shell/open_file_dialog.h"
+#include "shell/window_dialogs_dialog.h"
 
 #include <QFileDialog>
 #include <QFileInfo>
