@@ -1,11 +1,11 @@
 #include <QDir>
-#include <QFileInfo>
 #include <algorithm>
 
 #include "core/date_time_text.h"
 #include "core/file_access.h"
 #include "core/load_image.h"
 #include "core/loaders.h"
+#include "core/path_bytes.h"
 #include "core/visible_image.h"
 #include "view/range_control.h"
 
@@ -102,7 +102,7 @@ void FindSound(const std::uint64_t fileSize, const ApplicationFolder& folder, Op
     return;
   }
   image.SoundFileTitle = WaveTitle(image);
-  image.SoundFile = QFileInfo(image.CurrentFilePath).absolutePath() + QDir::separator() + file;
+  image.SoundFile = JoinPath(FolderOfPath(image.CurrentFilePath), file);
 }
 
 void TakeHeaderTexts(const SitHeader& header, OpenImage& image, ViewState& view) {
@@ -135,7 +135,7 @@ void LoadSit(Session& session, Progress& progress) {
   TakeHeaderTexts(header, image, view);
   ShowLoadingText(session.Words.LangString(180, "Loading"), image, view, progress);
 
-  image.CanEmbedSound = QFileInfo(image.CurrentFilePath).isWritable();
+  image.CanEmbedSound = IsWritable(image.CurrentFilePath);
   image.SitFileLength = static_cast<std::int64_t>(fileSize);
   MakeRasterBuffers(kSitWidth, kSitHeight, session);
   image.Emissivity = static_cast<float>(header.EmissivityX100 / 100.0);

@@ -1,10 +1,10 @@
 #include "sequence/convert_frames.h"
 
-#include <QFileInfo>
 #include <limits>
 #include <optional>
 
 #include "core/file_access.h"
+#include "core/path_bytes.h"
 #include "sequence/show_frame.h"
 #include "view/units.h"
 
@@ -70,7 +70,7 @@ void ConvertFrames(const FrameConversion& conversion, Session& session, Progress
   Picbuf& picture = session.Buffers.Picbuf1;
   const Strings& words = session.Words;
   const int shownBefore = image.CurrentFrame;
-  const QString folder = QFileInfo(image.CurrentFilePath).absolutePath() + QLatin1Char('/');
+  const QString folder = FolderOfPath(image.CurrentFilePath) + QLatin1Char('/');
   QSet<QString> outputs;
   image.ImageKind = KindBmp;
   image.PreviousKindIndex = 1;

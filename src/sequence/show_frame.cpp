@@ -1,6 +1,5 @@
 #include "sequence/show_frame.h"
 
-#include <QFile>
 #include <algorithm>
 #include <limits>
 
