@@ -12,7 +12,7 @@
 #include <QTemporaryDir>
 #include <span>
 
-#include "core/load_image.h"
+#include "open/load_image.h"
 #include "export/image_report.h"
 #include "test_images.h"
 
