@@ -6,9 +6,9 @@
 #include <vector>
 
 #include "core/file_access.h"
+#include "open/show_frame.h"
 #include "photos.h"
 #include "sample_encoders.h"
-#include "sequence/show_frame.h"
 
 namespace tessa::tools {
 namespace {

@@ -7,7 +7,7 @@
 #include "core/file_access.h"
 #include "core/path_bytes.h"
 #include "core/steps.h"
-#include "view/units.h"
+#include "core/units.h"
 
 namespace tessa {
 namespace {

@@ -4,9 +4,9 @@
 #include <cmath>
 
 #include "core/plain_line.h"
+#include "core/units.h"
 #include "formats/number_text.h"
 #include "view/range_control.h"
-#include "view/units.h"
 
 namespace tessa {
 namespace {
