@@ -6,7 +6,7 @@ set -euo pipefail
 
 cd "$(dirname "${BASH_SOURCE[0]}")"
 source scripts/packages.sh
-preset=dev
+preset=release
 packages=("${run_packages[@]}" "${test_packages[@]}")
 case "${1:-}" in
   "") ;;

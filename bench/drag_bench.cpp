@@ -5,13 +5,13 @@
 
 #include "bench_support.h"
 #include "core/file_access.h"
-#include "core/load_image.h"
 #include "formats/frame_array.h"
 #include "formats/sequence.h"
-#include "shell/main_window.h"
-#include "shell/view_pict_widget.h"
-#include "view/picbuf_widget.h"
+#include "open/session.h"
 #include "view/range_actions.h"
+#include "widgets/picbuf_widget.h"
+#include "windows/main_window.h"
+#include "windows/view_pict.h"
 
 namespace tessa {
 namespace {

@@ -7,11 +7,11 @@
 
 #include "bench_support.h"
 #include "core/file_access.h"
-#include "core/load_image.h"
 #include "formats/bin_raster.h"
 #include "formats/bmp_trailer.h"
 #include "formats/tmp_image.h"
 #include "formats/txi_words.h"
+#include "open/load_image.h"
 
 namespace tessa {
 namespace {

@@ -1,5 +1,5 @@
 #include "bench_support.h"
-#include "core/load_image.h"
+#include "open/load_steps.h"
 
 namespace tessa {
 namespace {

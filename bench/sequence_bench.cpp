@@ -6,8 +6,8 @@
 
 #include "bench_support.h"
 #include "core/file_access.h"
-#include "core/load_image.h"
-#include "sequence/show_frame.h"
+#include "open/load_image.h"
+#include "open/show_frame.h"
 
 namespace tessa {
 namespace {

@@ -4,7 +4,7 @@
 #include <array>
 #include <cmath>
 
-#include "core/load_image.h"
+#include "open/load_image.h"
 #include "require.h"
 
 using tessa::fuzz::Require;

@@ -1,10 +1,10 @@
 #include <gtest/gtest.h>
 
-#include "core/load_image.h"
 #include "formats/frame_array.h"
+#include "open/load_image.h"
+#include "open/show_frame.h"
 #include "sequence/convert_frames.h"
 #include "sequence/playback.h"
-#include "sequence/show_frame.h"
 #include "test_files.h"
 #include "view/range_control.h"
 

@@ -1,9 +1,10 @@
 #include <gtest/gtest.h>
 
-#include "core/load_image.h"
+#include "core/units.h"
+#include "open/load_image.h"
 #include "test_files.h"
 #include "view/range_actions.h"
-#include "view/units.h"
+#include "view/switch_units.h"
 
 namespace tessa::testing {
 namespace {

@@ -2,10 +2,10 @@
 
 #include <limits>
 
+#include "core/units.h"
 #include "test_files.h"
 #include "view/range_control.h"
 #include "view/render.h"
-#include "view/units.h"
 
 namespace tessa::testing {
 namespace {

@@ -8,10 +8,10 @@
 #include <cmath>
 #include <fstream>
 
-#include "core/visible_image.h"
 #include "formats/frame_array.h"
 #include "formats/tmp_image.h"
-#include "sequence/show_frame.h"
+#include "open/show_frame.h"
+#include "open/visible_image.h"
 #include "test_files.h"
 
 namespace tessa::testing {

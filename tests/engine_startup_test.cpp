@@ -3,7 +3,7 @@
 #include "core/language_strings.h"
 #include "core/user_settings.h"
 #include "core/viewer_ini.h"
-#include "shell/command_line.h"
+#include "open/command_line.h"
 #include "test_files.h"
 
 namespace tessa::testing {

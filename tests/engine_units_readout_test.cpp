@@ -1,9 +1,10 @@
 #include <gmock/gmock.h>
 
+#include "core/units.h"
 #include "test_files.h"
 #include "view/range_control.h"
 #include "view/readout.h"
-#include "view/units.h"
+#include "view/switch_units.h"
 
 namespace tessa::testing {
 namespace {

@@ -12,8 +12,8 @@
 #include <QTemporaryDir>
 #include <span>
 
-#include "core/load_image.h"
 #include "export/image_report.h"
+#include "open/load_image.h"
 #include "test_images.h"
 
 namespace tessa::testing {

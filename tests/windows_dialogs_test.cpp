@@ -10,14 +10,14 @@
 #include <QTest>
 #include <QTimer>
 
-#include "core/load_image.h"
 #include "core/program_version.h"
 #include "core/viewer_ini.h"
 #include "formats/sit.h"
-#include "shell/about_dialog.h"
-#include "shell/preferences_dialog.h"
-#include "shell/splash_window.h"
+#include "open/load_image.h"
 #include "test_files.h"
+#include "windows/about_dialog.h"
+#include "windows/preferences_dialog.h"
+#include "windows/splash_window.h"
 
 namespace tessa::testing {
 namespace {

@@ -5,14 +5,14 @@
 #include <QMenu>
 #include <filesystem>
 
-#include "core/load_image.h"
 #include "export/composite.h"
 #include "export/save_image.h"
-#include "export/visible_window.h"
 #include "formats/bmp_trailer.h"
 #include "formats/frame_array.h"
+#include "open/load_image.h"
 #include "test_files.h"
-#include "view/picbuf_widget.h"
+#include "widgets/picbuf_widget.h"
+#include "windows/visible_window.h"
 
 namespace tessa::testing {
 namespace {

@@ -22,17 +22,17 @@
 #include <functional>
 #include <map>
 
+#include "core/units.h"
 #include "formats/frame_array.h"
 #include "formats/sequence.h"
 #include "formats/sit.h"
-#include "sequence/save_sequence_dialog.h"
-#include "shell/main_window.h"
-#include "shell/view_pict_widget.h"
 #include "test_files.h"
 #include "view/image_tools.h"
-#include "view/picbuf_widget.h"
-#include "view/units.h"
 #include "view/zoom.h"
+#include "widgets/picbuf_widget.h"
+#include "windows/main_window.h"
+#include "windows/save_sequence_dialog.h"
+#include "windows/view_pict.h"
 
 namespace tessa::testing {
 namespace {

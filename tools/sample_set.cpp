@@ -8,8 +8,8 @@
 #include <string>
 
 #include "core/file_access.h"
+#include "open/show_frame.h"
 #include "sample_encoders.h"
-#include "sequence/show_frame.h"
 
 namespace tessa::tools {
 namespace {

@@ -3,8 +3,8 @@
 #include <QDate>
 #include <QTime>
 
+#include "core/units.h"
 #include "formats/ansi_text.h"
-#include "view/units.h"
 
 namespace tessa {
 namespace {

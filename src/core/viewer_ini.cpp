@@ -6,7 +6,7 @@
 
 #include "core/file_access.h"
 #include "core/steps.h"
-#include "view/units.h"
+#include "core/units.h"
 
 namespace tessa {
 namespace {

@@ -4,8 +4,8 @@
 #include <array>
 #include <cmath>
 
+#include "core/units.h"
 #include "formats/number_text.h"
-#include "view/units.h"
 
 namespace tessa {
 namespace {

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/session.h"
+#include "open/session.h"
 
 namespace tessa {
 

@@ -5,15 +5,15 @@
 #include <charconv>
 #include <cmath>
 
-#include "core/load_image.h"
+#include "core/units.h"
 #include "export/composite.h"
 #include "formats/bmp.h"
 #include "formats/float_tiff.h"
 #include "formats/txi_words.h"
-#include "sequence/show_frame.h"
+#include "open/load_image.h"
+#include "open/show_frame.h"
 #include "view/picture_file.h"
 #include "view/range_control.h"
-#include "view/units.h"
 
 namespace tessa {
 namespace {

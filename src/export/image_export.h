@@ -4,8 +4,8 @@
 #include <QStringList>
 #include <optional>
 
-#include "core/session.h"
 #include "formats/byte_writer.h"
+#include "open/session.h"
 #include "view/range_control.h"
 
 namespace tessa {

@@ -3,9 +3,9 @@
 #include <QJsonArray>
 #include <cmath>
 
+#include "core/units.h"
 #include "formats/number_text.h"
 #include "view/range_control.h"
-#include "view/units.h"
 
 namespace tessa {
 namespace {

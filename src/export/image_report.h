@@ -3,7 +3,7 @@
 #include <QJsonObject>
 #include <QString>
 
-#include "core/session.h"
+#include "open/session.h"
 
 namespace tessa {
 

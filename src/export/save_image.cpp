@@ -4,9 +4,9 @@
 #include <algorithm>
 
 #include "core/file_access.h"
+#include "core/units.h"
 #include "export/composite.h"
 #include "formats/txi_words.h"
-#include "view/units.h"
 
 namespace tessa {
 namespace {

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "core/dialogs.h"
-#include "core/session.h"
+#include "open/session.h"
 
 namespace tessa {
 

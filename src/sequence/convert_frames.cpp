@@ -5,8 +5,8 @@
 #include <optional>
 
 #include "core/file_access.h"
-#include "sequence/show_frame.h"
-#include "view/units.h"
+#include "core/units.h"
+#include "open/show_frame.h"
 
 namespace tessa {
 namespace {

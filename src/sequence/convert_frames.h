@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "core/progress.h"
-#include "core/session.h"
+#include "open/session.h"
 
 namespace tessa {
 

@@ -1,6 +1,6 @@
 #include "sequence/playback.h"
 
-#include "sequence/show_frame.h"
+#include "open/show_frame.h"
 #include "view/range_control.h"
 
 namespace tessa {

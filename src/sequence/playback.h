@@ -1,7 +1,7 @@
 #pragma once
 
 #include "core/progress.h"
-#include "core/session.h"
+#include "open/session.h"
 
 namespace tessa {
 

@@ -1,6 +1,6 @@
 #include "view/image_tools.h"
 
-#include "view/units.h"
+#include "core/units.h"
 
 namespace tessa {
 namespace {

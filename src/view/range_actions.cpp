@@ -2,8 +2,8 @@
 
 #include <algorithm>
 
+#include "core/units.h"
 #include "view/range_control.h"
-#include "view/units.h"
 
 namespace tessa {
 namespace {

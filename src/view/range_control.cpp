@@ -4,7 +4,7 @@
 #include <cmath>
 
 #include "core/steps.h"
-#include "view/units.h"
+#include "core/units.h"
 
 namespace tessa {
 namespace {

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "view/units.h"
+#include "core/units.h"
 
 namespace tessa {
 namespace {

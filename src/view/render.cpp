@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <cmath>
 
+#include "core/units.h"
 #include "view/range_control.h"
-#include "view/units.h"
 
 namespace tessa {
 namespace {

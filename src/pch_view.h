@@ -1,0 +1,5 @@
+#pragma once
+
+#include <QImage>
+
+#include "pch_core.h"

@@ -1,8 +1,0 @@
-#pragma once
-
-#include <QtWidgets>
-#include <algorithm>
-#include <array>
-#include <functional>
-#include <string>
-#include <vector>

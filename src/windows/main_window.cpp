@@ -1,0 +1,453 @@
+#include "windows/main_window.h"
+
+#include <QApplication>
+#include <QCheckBox>
+#include <QCloseEvent>
+#include <QComboBox>
+#include <QContextMenuEvent>
+#include <QDragEnterEvent>
+#include <QFileInfo>
+#include <QLabel>
+#include <QMenuBar>
+#include <QMimeData>
+#include <QProgressBar>
+#include <QRadioButton>
+#include <QStatusBar>
+#include <QToolBar>
+#include <QToolButton>
+
+#include "open/load_dialog.h"
+#include "open/load_image.h"
+#include "open/load_steps.h"
+#include "view/palettes.h"
+#include "view/switch_units.h"
+#include "widgets/eliding_label.h"
+#include "widgets/icons.h"
+#include "widgets/language_box.h"
+#include "widgets/mnemonics.h"
+#include "widgets/palette_swatch.h"
+#include "windows/about_dialog.h"
+#include "windows/ask_dialogs.h"
+#include "windows/preferences_dialog.h"
+#include "windows/save_sequence_dialog.h"
+#include "windows/view_pict.h"
+#include "windows/visible_window.h"
+#include "windows/window_progress.h"
+
+namespace tessa {
+namespace {
+
+constexpr int kTwipsPerPixel = 15;
+constexpr int kSmallestWidth = 10050 / kTwipsPerPixel;
+constexpr int kSmallestHeight = 8580 / kTwipsPerPixel;
+constexpr int kResizeRestMilliseconds = 250;
+const QSize kFirstSize(1080, 720);
+
+/// The first local file of what is dragged; empty for none.
+QString DroppedFile(const QMimeData& data) {
+  const QList<QUrl> urls = data.urls();
+  return urls.isEmpty() ? QString() : urls.constFirst().toLocalFile();
+}
+
+}  // namespace
+
+MainWindow::MainWindow(Session& session, UserSettings& user) : session_(session), user_(user) {
+  setObjectName(QStringLiteral("MainMDI"));
+  setWindowIcon(ApplicationIcon());
+  setAcceptDrops(true);
+  progress_ = std::make_unique<WindowProgress>(*this);
+  dialogs_ = std::make_unique<WindowDialogs>(this);
+  view_ = new ViewPictWidget(session_, *progress_, this);
+  setCentralWidget(view_);
+  session_.View.Title = session_.Words.LangString(189, "Corvane T-40 Viewer");
+  MakeActions();
+  MakeMenus();
+  MakeToolPanel();
+  MakeStatusBar();
+  languageBox_ = AddLanguageBox(*this, [this] { SetWindowLanguage(); });
+  ShowIcons();
+  connect(view_, &ViewPictWidget::ReadoutChanged, this, &MainWindow::ShowStatusPanels);
+  connect(view_, &ViewPictWidget::RangeChanged, this, &MainWindow::BringIntoLine);
+  connect(view_, &ViewPictWidget::FrameCommand, this,
+          [this](const char* command) { Action(command)->trigger(); });
+  connect(view_, &ViewPictWidget::OpenRequested, openButton_, &QToolButton::click);
+  openTimer_.setSingleShot(true);
+  connect(&openTimer_, &QTimer::timeout, this, &MainWindow::OpenPendingFile);
+  resizeTimer_.setSingleShot(true);
+  resizeTimer_.setInterval(kResizeRestMilliseconds);
+  connect(&resizeTimer_, &QTimer::timeout, this, &MainWindow::KeepSmallestSize);
+  SetWindowLanguage();
+  resize(kFirstSize);
+  restoreGeometry(user_.WindowPlace());
+}
+
+MainWindow::~MainWindow() = default;
+
+void MainWindow::MakeActions() {
+  commands_ = MakeCommands();
+  for (const Command& command : commands_) {
+    auto* const action = new QAction(this);
+    action->setObjectName(QString::fromLatin1(command.Id));
+    action->setShortcuts(command.Shortcuts);
+    if (command.Run) {
+      connect(action, &QAction::triggered, this, command.Run);
+    }
+    addAction(action);
+  }
+}
+
+QAction* MainWindow::Action(const char* id) const {
+  return findChild<QAction*>(QString::fromLatin1(id), Qt::FindDirectChildrenOnly);
+}
+
+void MainWindow::SetWindowLanguage() {
+  const Strings& words = session_.Words;
+  ViewState& view = session_.View;
+  const OpenImage& image = session_.Image;
+  for (const Command& command : commands_) {
+    QAction* const action = Action(command.Id);
+    action->setText(command.Caption());
+    action->setToolTip(PlainCaption(command.Caption()));
+  }
+  for (QMenu* menu : findChildren<QMenu*>()) {
+    if (menu->property("textId").isValid()) {
+      menu->setTitle(words.LangString(menu->property("textId").toInt(),
+                                      menu->property("defaultText").toString()));
+    }
+  }
+  AssignMnemonics(*menuBar());
+  toolPanel_->setWindowTitle(words.LangString(406, "Tools"));
+  openButton_->setAccessibleName(words.LangString(179, "Load Image"));
+  paletteLabel_->setText(words.LangString(204, "Palette"));
+  paletteList_->setToolTip(words.LangString(237, "Set Color Palette"));
+  paletteList_->setAccessibleName(words.LangString(204, "Palette"));
+  celsius_->setText(words.LangString(113, "Celsius"));
+  celsius_->setToolTip(words.LangString(148, "Display in Celsius"));
+  fahrenheit_->setText(words.LangString(167, "Fahrenheit"));
+  fahrenheit_->setToolTip(words.LangString(149, "Display in Fahrenheit"));
+
+  view.Title = words.LangString(189, "Corvane T-40 Viewer");
+  if (!image.CurrentFile.isEmpty()) {
+    view.Title += QStringLiteral(" - ") + image.CurrentFile;
+    if (!view.StatusPanel[4].isEmpty()) {
+      ShowEmissivity(image, words, view);
+    }
+    if (!view.StatusPanel[5].isEmpty()) {
+      ShowCalibratedRange(image, words, view);
+    }
+  }
+  view.LoadButtonTip = LoadButtonTip(view.LoadButtonKind, words);
+  // Widths that no text of the panel outgrows, so that nothing moves while the cursor does.
+  const auto numbers = QStringLiteral(": -8888.8 \u00B0C");
+  const std::array<QString, ViewState::kStatusPanels + 1> widest = {
+      QString(),
+      QStringLiteral("X:  8888"),
+      QStringLiteral("Y:  8888"),
+      words.LangString(256, "Temp") + numbers,
+      words.LangString(160, "Emissivity") + QStringLiteral(": 8.88"),
+      words.LangString(213, "Range") + QStringLiteral(": -888.8 ") + words.LangString(265, "to") +
+          QStringLiteral(" 8888.8"),
+      QString()};
+  for (std::size_t i = 1; i < ViewState::kStatusPanels; ++i) {
+    statusPanels_[i]->setMinimumWidth(fontMetrics().horizontalAdvance(widest[i]) + 12);
+  }
+  view_->SetWindowLanguage();
+  BringIntoLine();
+}
+
+void MainWindow::ShowIcons() {
+  const QColor ink = palette().color(QPalette::WindowText);
+  openButton_->setIcon(ToolIcon(QStringLiteral("open_image"), ink));
+  for (const Command& command : commands_) {
+    if (*command.Icon != '\0') {
+      Action(command.Id)->setIcon(ToolIcon(QString::fromLatin1(command.Icon), ink));
+    }
+  }
+}
+
+void MainWindow::ShowStatusPanels() {
+  for (std::size_t i = 1; i <= ViewState::kStatusPanels; ++i) {
+    const QString& text = session_.View.StatusPanel[i];
+    if (statusPanels_[i]->text() != text) {
+      statusPanels_[i]->setText(text);
+    }
+  }
+  statusPanels_[ViewState::kStatusPanels]->setToolTip(session_.Image.CurrentFilePath);
+}
+
+void MainWindow::ShowPaletteList() {
+  const QSignalBlocker blocker(paletteList_);
+  const ViewState& view = session_.View;
+  if (paletteList_->count() != view.PaletteList.size()) {
+    paletteList_->clear();
+    for (qsizetype i = 0; i < view.PaletteList.size(); ++i) {
+      paletteList_->addItem(
+          PaletteSwatch(session_.Palettes.PaletteTable[static_cast<std::size_t>(i)]),
+          view.PaletteList[i]);
+    }
+  }
+  paletteList_->setCurrentIndex(view.PaletteSelection);
+  if (view.PaletteSelection >= 0) {
+    const ColourTable& table =
+        session_.Palettes.PaletteTable[static_cast<std::size_t>(view.PaletteSelection)];
+    if (table != shownPalette_) {
+      shownPalette_ = table;
+      paletteList_->setItemIcon(view.PaletteSelection, PaletteSwatch(table));
+    }
+  }
+}
+
+void MainWindow::ShowUnits() {
+  const QSignalBlocker celsiusBlocker(celsius_);
+  const QSignalBlocker fahrenheitBlocker(fahrenheit_);
+  celsius_->setChecked(session_.View.CelsiusSelected);
+  fahrenheit_->setChecked(session_.View.FahrenheitSelected);
+}
+
+void MainWindow::ShowTrend() {
+  const bool whiteHot = session_.View.TrendSaysWhiteHot;
+  QAction* const trend = Action("btnTrend");
+  const QString text = whiteHot ? session_.Words.LangString(278, "White Hot")
+                                : session_.Words.LangString(108, "Black Hot");
+  if (trend->toolTip() != text || trend->icon().isNull()) {
+    trend->setText(text);
+    trend->setToolTip(text);
+    trend->setIcon(ToolIcon(whiteHot ? QStringLiteral("white_hot") : QStringLiteral("black_hot"),
+                            palette().color(QPalette::WindowText)));
+  }
+}
+
+void MainWindow::EnableActions() {
+  for (const Command& command : commands_) {
+    Action(command.Id)->setEnabled(command.Run && (!command.Enabled || command.Enabled()));
+  }
+  const bool hasVisible = session_.View.VisibleImageEntries;
+  Action("btnViewVis")->setVisible(hasVisible);
+  for (const char* id : {"btnPlaysound", "btnEmbedSound"}) {
+    Action(id)->setVisible(session_.View.SoundButtonsVisible);
+  }
+  viewMenu_->setEnabled(hasVisible);
+  frameMenu_->setEnabled(session_.View.FrameRowVisible);
+  compositeMenu_->menuAction()->setVisible(hasVisible);
+  recentMenu_->setEnabled(!user_.RecentFiles().isEmpty());
+}
+
+void MainWindow::BringIntoLine() {
+  const ViewState& view = session_.View;
+  setWindowTitle(view.Title);
+  setWindowFilePath(session_.Image.CurrentFilePath);
+  ShowStatusPanels();
+  ShowPaletteList();
+  ShowUnits();
+  ShowTrend();
+  EnableActions();
+  openButton_->setToolTip(view.LoadButtonTip);
+  loadingText_->setText(view.LoadingText);
+  loadingText_->setVisible(view.LoadingTextVisible);
+  loadProgress_->setValue(static_cast<int>(view.LoadProgress));
+  loadProgress_->setVisible(view.LoadProgressVisible);
+  renderProgress_->setValue(static_cast<int>(view.RenderProgress));
+  renderProgress_->setVisible(view.RenderProgressVisible);
+  setCursor(view.BusyPointer ? Qt::BusyCursor : Qt::ArrowCursor);
+  CloseVisibleWhenGone();
+  view_->BringIntoLine();
+}
+
+/// The window's first showing and each return from one of its own modal windows.
+void MainWindow::Activated() {
+  ViewState& view = session_.View;
+  view.SuppressEvents = true;
+  if (session_.Image.CurrentFile.isEmpty()) {
+    SelectDefaultPalette(session_);
+  }
+  view.CelsiusSelected = session_.Image.DisplayUnits != 'F';
+  view.FahrenheitSelected = session_.Image.DisplayUnits == 'F';
+  view.SuppressEvents = false;
+  SelectPalette(view.PaletteSelection, session_.Image, view, session_.Palettes, session_.Buffers);
+  BringIntoLine();
+}
+
+void MainWindow::KeepSmallestSize() {
+  resize(std::max(width(), kSmallestWidth), std::max(height(), kSmallestHeight));
+}
+
+void MainWindow::AskAndOpen(int filterIndex) {
+  if (session_.Image.UiLocked) {
+    return;
+  }
+  progress_->Start();
+  LoadDialog(filterIndex, session_, *dialogs_, *progress_);
+  RememberOpened();
+  BringIntoLine();
+  view_->FocusZoom();
+  view_->RefreshReadout();
+}
+
+void MainWindow::OpenPendingFile() {
+  constexpr int kSitFilter = 4;
+  AskAndOpen(kSitFilter);
+}
+
+void MainWindow::OpenFile(const QString& path) {
+  OpenImage& image = session_.Image;
+  if (image.UiLocked) {
+    return;
+  }
+  progress_->Start();
+  image.UiLocked = true;
+  OpenPath(path, session_, *progress_);
+  image.UiLocked = false;
+  RememberOpened();
+  BringIntoLine();
+  view_->FocusZoom();
+  view_->RefreshReadout();
+}
+
+/// Files that could be read go into the list of recent ones.
+void MainWindow::RememberOpened() {
+  const OpenImage& image = session_.Image;
+  if (!image.CurrentFile.isEmpty() && FindNoImage(session_.Faults) == nullptr) {
+    user_.AddRecentFile(image.CurrentFilePath);
+  }
+}
+
+void MainWindow::ChoosePalette(int position) {
+  SelectPalette(position, session_.Image, session_.View, session_.Palettes, session_.Buffers);
+  BringIntoLine();
+  openButton_->setFocus();
+}
+
+void MainWindow::ReverseSelectedPalette() {
+  ReversePalette(session_.Image, session_.View, session_.Palettes, session_.Buffers);
+  BringIntoLine();
+}
+
+void MainWindow::ChooseUnit(char unit) {
+  if (unit == 'F') {
+    SwitchToFahrenheit(session_.Image, session_.View, session_.Range, session_.Words);
+  } else {
+    SwitchToCelsius(session_.Image, session_.View, session_.Range, session_.Words);
+  }
+  session_.Cursor = Readout{};
+  BringIntoLine();
+  view_->RefreshReadout();
+}
+
+void MainWindow::ShowPreferences() {
+  PreferencesDialog dialog(session_, user_, this);
+  connect(&dialog, &PreferencesDialog::LanguageChanged, this, [this] {
+    languageBox_->setChecked(true);
+    if (visible_ != nullptr) {
+      visible_->findChild<QCheckBox*>(QStringLiteral("chkLang"))->setChecked(true);
+    }
+  });
+  connect(&dialog, &PreferencesDialog::Saved, this, [this] {
+    session_.Cursor = Readout{};  // The unit may be another one.
+    BringIntoLine();
+  });
+  dialog.exec();
+  Activated();
+}
+
+void MainWindow::ShowAbout() {
+  AboutDialog dialog(session_.Words, this);
+  dialog.exec();
+  Activated();
+}
+
+void MainWindow::StepFrame(void (*procedure)(Session&, Progress&)) {
+  if (session_.Image.ImageBusy) {
+    return;
+  }
+  progress_->Start();
+  procedure(session_, *progress_);
+  session_.Cursor = Readout{};
+  BringIntoLine();
+  view_->RefreshReadout();
+}
+
+void MainWindow::SaveFrames() {
+  SaveSequenceDialog dialog(session_, *progress_, this);
+  dialog.exec();
+  Activated();
+}
+
+void MainWindow::ShowVisible() {
+  if (visible_ == nullptr) {
+    visible_ = new VisibleWindow(session_, *dialogs_, this);
+    visible_->setAttribute(Qt::WA_DeleteOnClose);
+  }
+  visible_->show();
+  visible_->raise();
+  visible_->activateWindow();
+}
+
+/// A load or a close takes the visible-light picture away, and its window with it.
+void MainWindow::CloseVisibleWhenGone() {
+  if (visible_ != nullptr && !session_.Image.VisibleWindowOpen) {
+    visible_->close();
+  }
+}
+
+void MainWindow::changeEvent(QEvent* event) {
+  QMainWindow::changeEvent(event);
+  if (event->type() == QEvent::PaletteChange && languageBox_ != nullptr) {
+    ShowIcons();
+    Action("btnTrend")->setIcon(QIcon());
+    view_->ShowIcons();
+    BringIntoLine();
+  }
+}
+
+void MainWindow::showEvent(QShowEvent* event) {
+  QMainWindow::showEvent(event);
+  if (!shown_) {
+    shown_ = true;
+    Activated();
+    if (!session_.PendingCommandFile.isEmpty()) {
+      openTimer_.start(0);
+    }
+  }
+}
+
+void MainWindow::closeEvent(QCloseEvent* event) {
+  user_.SetWindowPlace(saveGeometry());
+  event->accept();
+}
+
+void MainWindow::resizeEvent(QResizeEvent* event) {
+  QMainWindow::resizeEvent(event);
+  if (!isMinimized()) {
+    resizeTimer_.start();
+  }
+}
+
+void MainWindow::contextMenuEvent(QContextMenuEvent* event) {
+  QMenu menu(this);
+  menu.setObjectName(QStringLiteral("ContextMenu"));
+  for (const char* id : {"mnuReload", "mnuClose", "", "ZoomIn", "ZoomOut", "ZoomFit", "",
+                         "btnTrend", "", "mnusetup"}) {
+    if (*id == '\0') {
+      menu.addSeparator();
+    } else {
+      menu.addAction(Action(id));
+    }
+  }
+  menu.exec(event->globalPos());
+}
+
+void MainWindow::dragEnterEvent(QDragEnterEvent* event) {
+  if (!DroppedFile(*event->mimeData()).isEmpty()) {
+    event->acceptProposedAction();
+  }
+}
+
+void MainWindow::dropEvent(QDropEvent* event) {
+  const QString path = DroppedFile(*event->mimeData());
+  if (!path.isEmpty()) {
+    event->acceptProposedAction();
+    OpenFile(path);
+  }
+}
+
+}  // namespace tessa

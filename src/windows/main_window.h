@@ -1,0 +1,132 @@
+#pragma once
+
+#include <QMainWindow>
+#include <QPointer>
+#include <QTimer>
+#include <functional>
+#include <memory>
+#include <vector>
+
+#include "core/dialogs.h"
+#include "core/progress.h"
+#include "core/user_settings.h"
+#include "open/session.h"
+
+class QCheckBox;
+class QComboBox;
+class QLabel;
+class QProgressBar;
+class QRadioButton;
+class QToolBar;
+class QToolButton;
+
+namespace tessa {
+
+class ViewPictWidget;
+class VisibleWindow;
+class WindowProgress;
+
+/// The frame of the application: menus, tool panel, view and status bar. Shows the session's
+/// records; every user action goes through the engine and is followed by BringIntoLine.
+class MainWindow : public QMainWindow {
+  Q_OBJECT
+
+ public:
+  /// One command of the program. Menus, tool panel, context menu, shortcuts and tests all come from
+  /// the table of these.
+  struct Command {
+    const char* Id;                    // objectName of the action.
+    std::function<QString()> Caption;  // In the present language.
+    const char* Icon;                  // Empty: none.
+    QList<QKeySequence> Shortcuts;
+    std::function<void()> Run;      // Empty: its subsystem is not there yet.
+    std::function<bool()> Enabled;  // Empty: always.
+  };
+
+  MainWindow(Session& session, UserSettings& user);
+  ~MainWindow() override;
+
+  /// Opens a file by its exact path.
+  void OpenFile(const QString& path);
+  /// Brings every control into line with the records.
+  void BringIntoLine();
+  /// Sets every caption, list entry and tool tip in the present language.
+  void SetWindowLanguage();
+  ViewPictWidget& View() { return *view_; }
+  const std::vector<Command>& Commands() const { return commands_; }
+  /// Replaces the platform's dialogs, for tests.
+  void SetDialogs(std::unique_ptr<Dialogs> dialogs) { dialogs_ = std::move(dialogs); }
+
+ protected:
+  void changeEvent(QEvent* event) override;
+  void showEvent(QShowEvent* event) override;
+  void closeEvent(QCloseEvent* event) override;
+  void resizeEvent(QResizeEvent* event) override;
+  void contextMenuEvent(QContextMenuEvent* event) override;
+  void dragEnterEvent(QDragEnterEvent* event) override;
+  void dropEvent(QDropEvent* event) override;
+
+ private:
+  std::vector<Command> MakeCommands();
+  std::vector<Command> MakeFileCommands();
+  std::vector<Command> MakeViewCommands();
+  void MakeActions();
+  void MakeMenus();
+  QMenu* MakeMenu(QMenu* parent, const char* name, int textId, const char* defaultText);
+  void FillRecentMenu();
+  void MakeToolPanel();
+  QWidget* MakeDisplayPanel();
+  void MakeStatusBar();
+  QAction* Action(const char* id) const;
+  void ShowStatusPanels();
+  void ShowPaletteList();
+  void ShowUnits();
+  void ShowTrend();
+  void ShowIcons();
+  void EnableActions();
+  void Activated();
+  void KeepSmallestSize();
+  void AskAndOpen(int filterIndex);
+  void OpenPendingFile();
+  void RememberOpened();
+  void ChoosePalette(int position);
+  void ReverseSelectedPalette();
+  void ChooseUnit(char unit);
+  void ShowPreferences();
+  void ShowAbout();
+  void StepFrame(void (*procedure)(Session&, Progress&));
+  void SaveFrames();
+  void ShowVisible();
+  void AskForTool(void (*procedure)(ViewState&, Dialogs&, StepLog&));
+  void CloseVisibleWhenGone();
+  std::vector<Command> MakeExportCommands();
+
+  Session& session_;
+  UserSettings& user_;
+  std::unique_ptr<WindowProgress> progress_;
+  std::unique_ptr<Dialogs> dialogs_;
+  std::vector<Command> commands_;
+  QTimer openTimer_;    // Timer1: opens the file named on the command line.
+  QTimer resizeTimer_;  // Timer2: the smallest size, once resizing has come to rest.
+  bool shown_ = false;
+  ViewPictWidget* view_ = nullptr;
+  QPointer<VisibleWindow> visible_;  // Deletes itself when closed.
+  QMenu* recentMenu_ = nullptr;
+  QMenu* viewMenu_ = nullptr;
+  QMenu* frameMenu_ = nullptr;
+  QMenu* compositeMenu_ = nullptr;
+  QToolBar* toolPanel_ = nullptr;
+  QComboBox* paletteList_ = nullptr;
+  QLabel* paletteLabel_ = nullptr;
+  QRadioButton* celsius_ = nullptr;
+  QRadioButton* fahrenheit_ = nullptr;
+  QToolButton* openButton_ = nullptr;
+  std::array<QLabel*, ViewState::kStatusPanels + 1> statusPanels_{};
+  QProgressBar* loadProgress_ = nullptr;
+  QProgressBar* renderProgress_ = nullptr;
+  QLabel* loadingText_ = nullptr;
+  QCheckBox* languageBox_ = nullptr;
+  ColourTable shownPalette_{};  // Of the swatch of the selected list entry.
+};
+
+}  // namespace tessa

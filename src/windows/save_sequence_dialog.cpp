@@ -1,0 +1,151 @@
+#include "windows/save_sequence_dialog.h"
+
+#include <QGridLayout>
+#include <QHBoxLayout>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QVBoxLayout>
+
+#include "sequence/convert_frames.h"
+
+namespace tessa {
+namespace {
+
+/// Hidden controls keep their place, so that nothing moves when the names appear.
+void KeepPlace(QWidget* widget) {
+  QSizePolicy policy = widget->sizePolicy();
+  policy.setRetainSizeWhenHidden(true);
+  widget->setSizePolicy(policy);
+}
+
+}  // namespace
+
+SaveSequenceDialog::SaveSequenceDialog(Session& session, Progress& progress, QWidget* parent)
+    : QDialog(parent), session_(session), progress_(progress) {
+  setObjectName(QStringLiteral("frmSaveSeq"));
+  setWindowTitle(session_.Words.LangString(229, "Save Sequence Frames"));
+  MakeControls();
+  Arrange();
+  FillNames();
+  constexpr int kWidth = 420;
+  constexpr int kHeight = 420;
+  resize(kWidth, kHeight);
+}
+
+void SaveSequenceDialog::MakeControls() {
+  const Strings& words = session_.Words;
+  const auto button = [this](const char* name, const QString& text) {
+    auto* const made = new QPushButton(text, this);
+    made->setObjectName(QString::fromLatin1(name));
+    made->setAutoDefault(false);
+    KeepPlace(made);
+    return made;
+  };
+  prefix_ = new QLineEdit(this);
+  prefix_->setObjectName(QStringLiteral("Text1"));
+  toBmp_ = new QRadioButton(words.LangString(120, "Convert to BMP"), this);
+  toBmp_->setObjectName(QStringLiteral("Option1"));
+  toBmp_->setChecked(true);
+  toTxi_ = new QRadioButton(words.LangString(121, "Convert to TXI"), this);
+  toTxi_->setObjectName(QStringLiteral("Option2"));
+  names_ = new QListWidget(this);
+  names_->setObjectName(QStringLiteral("List1"));
+  names_->setAccessibleName(windowTitle());
+  names_->setSelectionMode(QAbstractItemView::ExtendedSelection);
+  selectAll_ = button("SSCommand2", words.LangString(233, "Select All"));
+  selectNone_ = button("SSCommand3", words.LangString(217, "Reset All"));
+  convert_ = button("SSCommand9", words.LangString(119, "Convert"));
+  close_ = button("SSCommand1", words.LangString(114, "Close"));
+  status_ = new QLabel(this);
+  status_->setObjectName(QStringLiteral("Label1"));
+  connect(prefix_, &QLineEdit::returnPressed, this, &SaveSequenceDialog::FillNames);
+  connect(toBmp_, &QRadioButton::clicked, this, &SaveSequenceDialog::OptionChosen);
+  connect(toTxi_, &QRadioButton::clicked, this, &SaveSequenceDialog::OptionChosen);
+  connect(names_, &QListWidget::itemSelectionChanged, this, &SaveSequenceDialog::SelectionChanged);
+  connect(selectAll_, &QPushButton::clicked, names_, &QListWidget::selectAll);
+  connect(selectNone_, &QPushButton::clicked, names_, &QListWidget::clearSelection);
+  connect(convert_, &QPushButton::clicked, this, &SaveSequenceDialog::Convert);
+  connect(close_, &QPushButton::clicked, this, &QDialog::reject);
+}
+
+void SaveSequenceDialog::Arrange() {
+  auto* const label = new QLabel(session_.Words.LangString(411, "New Sequence Name Prefix"), this);
+  label->setBuddy(prefix_);
+  auto* const formats = new QHBoxLayout;
+  formats->addWidget(toBmp_);
+  formats->addWidget(toTxi_);
+  formats->addStretch();
+  auto* const selection = new QHBoxLayout;
+  selection->addWidget(selectAll_);
+  selection->addWidget(selectNone_);
+  selection->addStretch();
+  auto* const ending = new QHBoxLayout;
+  ending->addWidget(status_, 1);
+  ending->addWidget(convert_);
+  ending->addWidget(close_);
+  auto* const layout = new QVBoxLayout(this);
+  constexpr int kMargin = 12;
+  layout->setContentsMargins(kMargin, kMargin, kMargin, kMargin);
+  layout->addWidget(label);
+  layout->addWidget(prefix_);
+  layout->addLayout(formats);
+  layout->addWidget(names_, 1);
+  layout->addLayout(selection);
+  layout->addLayout(ending);
+}
+
+/// Enter makes the names or presses the button in focus; it never leaves the dialog.
+void SaveSequenceDialog::keyPressEvent(QKeyEvent* event) {
+  if (event->key() != Qt::Key_Return && event->key() != Qt::Key_Enter) {
+    QDialog::keyPressEvent(event);
+  } else if (auto* const button = qobject_cast<QPushButton*>(focusWidget())) {
+    button->click();
+  }
+}
+
+void SaveSequenceDialog::OptionChosen() {
+  if (prefix_->text().isEmpty() || names_->count() > 0) {
+    FillNames();
+  }
+}
+
+void SaveSequenceDialog::FillNames() {
+  names_->clear();
+  const bool usable = IsUsablePrefix(prefix_->text());
+  const FrameFormat format = toBmp_->isChecked() ? FrameFormat::kBmp : FrameFormat::kTxi;
+  for (int frame = 1; usable && frame <= session_.Image.FrameCount; ++frame) {
+    names_->addItem(FrameOutputName(prefix_->text(), frame, format));
+  }
+  names_->setEnabled(usable);
+  selectAll_->setVisible(usable);
+  selectNone_->setVisible(usable);
+  convert_->setVisible(false);
+}
+
+void SaveSequenceDialog::SelectionChanged() {
+  convert_->setVisible(!names_->selectedItems().isEmpty());
+}
+
+void SaveSequenceDialog::Convert() {
+  FrameConversion conversion;
+  conversion.Prefix = prefix_->text();
+  conversion.Format = toBmp_->isChecked() ? FrameFormat::kBmp : FrameFormat::kTxi;
+  for (int row = 0; row < names_->count(); ++row) {
+    if (names_->item(row)->isSelected()) {
+      conversion.Frames.push_back(row + 1);
+    }
+  }
+  setEnabled(false);
+  ConvertFrames(conversion, session_, progress_, [this](const QString& line) {
+    status_->setText(line);
+    status_->repaint();
+  });
+  setEnabled(true);
+  accept();
+}
+
+}  // namespace tessa

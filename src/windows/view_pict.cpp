@@ -1,0 +1,475 @@
+#include "windows/view_pict.h"
+
+#include <QApplication>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QPushButton>
+#include <QScrollBar>
+#include <QSlider>
+#include <QToolButton>
+#include <QToolTip>
+#include <QVBoxLayout>
+#include <QWheelEvent>
+#include <cmath>
+
+#include "view/readout.h"
+#include "view/zoom.h"
+#include "widgets/eliding_label.h"
+#include "widgets/icons.h"
+#include "widgets/language_box.h"
+#include "widgets/picbuf_widget.h"
+#include "windows/range_panel.h"
+
+namespace tessa {
+namespace {
+
+constexpr int kMargin = 8;
+
+/// The surround of a picture: dark and neutral on every desktop, so that colours read the same.
+const QColor kCanvasColour(0x23, 0x25, 0x29);
+const QColor kCanvasInk(0xD8, 0xDE, 0xE9);
+
+}  // namespace
+
+ViewPictWidget::ViewPictWidget(Session& session, Progress& progress, QWidget* parent)
+    : QWidget(parent), session_(session) {
+  setObjectName(QStringLiteral("ViewPict"));
+  range_ = new RangePanelWidget(session_, progress, this);
+  connect(range_, &RangePanelWidget::RangeChanged, this, &ViewPictWidget::RangeChanged);
+
+  auto* const left = new QVBoxLayout;
+  left->setSpacing(0);
+  left->addWidget(MakeCanvas(), 1);
+  left->addWidget(MakeFrameRow());
+  left->addWidget(MakeBottomPanel());
+  auto* const layout = new QHBoxLayout(this);
+  layout->setContentsMargins(0, 0, 0, 0);
+  layout->setSpacing(0);
+  layout->addLayout(left, 1);
+  layout->addWidget(range_);
+  ConnectPicture();
+  AddLanguageBox(*this, [this] { SetWindowLanguage(); });
+  SetWindowLanguage();
+  ShowIcons();
+}
+
+QWidget* ViewPictWidget::MakeCanvas() {
+  canvas_ = new QWidget(this);
+  canvas_->setAutoFillBackground(true);
+  QPalette colours = canvas_->palette();
+  colours.setColor(QPalette::Window, kCanvasColour);
+  colours.setColor(QPalette::WindowText, kCanvasInk);
+  canvas_->setPalette(colours);
+  canvas_->setMinimumSize(160, 120);
+
+  picture_ = new PicbufWidget(session_.Buffers.Picbuf1, canvas_);
+  picture_->setObjectName(QStringLiteral("Picbuf1"));
+  horizontalScroll_ = new QScrollBar(Qt::Horizontal, canvas_);
+  horizontalScroll_->setObjectName(QStringLiteral("HScroll1"));
+  verticalScroll_ = new QScrollBar(Qt::Vertical, canvas_);
+  verticalScroll_->setObjectName(QStringLiteral("VScroll1"));
+  for (QScrollBar* const bar : {horizontalScroll_, verticalScroll_}) {
+    bar->setPalette(QApplication::palette());  // Not the dark one of the surround.
+    connect(bar, &QScrollBar::actionTriggered, this, &ViewPictWidget::RememberPan,
+            Qt::QueuedConnection);
+  }
+  blankPanel_ = MakeBlankPanel();
+  return canvas_;
+}
+
+QWidget* ViewPictWidget::MakeBlankPanel() {
+  auto* const panel = new QWidget(canvas_);
+  panel->setObjectName(QStringLiteral("SSPanel9"));
+  auto* const emblem = new QLabel(panel);
+  constexpr int kEmblemSize = 96;
+  emblem->setPixmap(ApplicationIcon().pixmap(QSize(kEmblemSize, kEmblemSize)));
+  emblem->setAlignment(Qt::AlignCenter);
+  blankText_ = new QLabel(panel);
+  blankText_->setAlignment(Qt::AlignCenter);
+  blankOpen_ = new QPushButton(panel);
+  blankOpen_->setObjectName(QStringLiteral("BlankOpenButton"));
+  connect(blankOpen_, &QPushButton::clicked, this, &ViewPictWidget::OpenRequested);
+
+  auto* const layout = new QVBoxLayout(panel);
+  layout->addStretch();
+  layout->addWidget(emblem);
+  layout->addSpacing(kMargin);
+  layout->addWidget(blankText_);
+  layout->addSpacing(kMargin);
+  layout->addWidget(blankOpen_, 0, Qt::AlignCenter);
+  layout->addStretch();
+  return panel;
+}
+
+QToolButton* ViewPictWidget::MakeStepButton(const QString& icon, int step) {
+  auto* const button = new QToolButton(bottomPanel_);
+  button->setAutoRaise(true);
+  button->setIcon(ToolIcon(icon, palette().color(QPalette::WindowText)));
+  connect(button, &QToolButton::clicked, this,
+          [this, step] { SetZoom(session_.View.Zoom.ZoomLevel + step); });
+  return button;
+}
+
+QWidget* ViewPictWidget::MakeBottomPanel() {
+  bottomPanel_ = new QWidget(this);
+  bottomPanel_->setObjectName(QStringLiteral("SSPanel1"));
+  comment_ = new ElidingLabel(Qt::ElideRight, bottomPanel_);
+  comment_->setObjectName(QStringLiteral("ssComment"));
+  memo_ = new QLabel(bottomPanel_);
+  memo_->setObjectName(QStringLiteral("ssMemo"));
+  taken_ = new QLabel(bottomPanel_);
+  taken_->setObjectName(QStringLiteral("Taken"));
+
+  zoomOut_ = MakeStepButton(QStringLiteral("zoom_out"), -1);
+  zoomIn_ = MakeStepButton(QStringLiteral("zoom_in"), 1);
+  zoom_ = new QSlider(Qt::Horizontal, bottomPanel_);
+  zoom_->setObjectName(QStringLiteral("ZoomAdj"));
+  zoom_->setFixedWidth(120);
+  zoom_->setPageStep(1);
+  zoom_->installEventFilter(this);
+  connect(zoom_, &QSlider::valueChanged, this, &ViewPictWidget::SetZoom);
+  zoomText_ = new QLabel(bottomPanel_);
+  zoomText_->setObjectName(QStringLiteral("SSPanel26"));
+  zoomText_->setMinimumWidth(
+      zoomText_->fontMetrics().horizontalAdvance(QStringLiteral("Zoom: 88")));
+
+  auto* const layout = new QHBoxLayout(bottomPanel_);
+  layout->setContentsMargins(kMargin, 2, kMargin, 2);
+  layout->addWidget(comment_, 1);
+  layout->addSpacing(kMargin);
+  layout->addWidget(memo_);
+  layout->addSpacing(kMargin);
+  layout->addWidget(taken_);
+  layout->addSpacing(2 * kMargin);
+  layout->addWidget(zoomText_);
+  layout->addWidget(zoomOut_);
+  layout->addWidget(zoom_);
+  layout->addWidget(zoomIn_);
+  return bottomPanel_;
+}
+
+namespace {
+
+/// The buttons of the frame row: control, command, icon and words.
+struct FrameButton {
+  const char* Name;
+  const char* Command;
+  const char* Icon;
+  int TextId;
+  const char* DefaultText;
+};
+constexpr std::array<FrameButton, 5> kFrameButtons = {
+    {{"SSCommand5", "FrameFirst", "frame_first", 292, "First"},
+     {"SSCommand6", "FramePrevious", "frame_previous", 293, "Previous"},
+     {"SSCommand7", "FrameNext", "frame_next", 294, "Next"},
+     {"SSCommand8", "FrameLast", "frame_last", 295, "Last"},
+     {"SSCommand9", "FrameSave", "save_image", 229, "Save Sequence Frames"}}};
+
+}  // namespace
+
+QWidget* ViewPictWidget::MakeFrameRow() {
+  frameRow_ = new QWidget(this);
+  frameRow_->setObjectName(QStringLiteral("Frame1"));
+  frameText_ = new QLabel(frameRow_);
+  frameText_->setObjectName(QStringLiteral("Label7"));
+  frameText_->setAlignment(Qt::AlignCenter);
+  frameText_->setMinimumWidth(
+      frameText_->fontMetrics().horizontalAdvance(QStringLiteral("88888 of 88888")));
+  auto* const layout = new QHBoxLayout(frameRow_);
+  layout->setContentsMargins(kMargin, 2, kMargin, 2);
+  layout->addStretch();
+  for (const FrameButton& entry : kFrameButtons) {
+    auto* const button = new QToolButton(frameRow_);
+    button->setObjectName(QString::fromLatin1(entry.Name));
+    button->setAutoRaise(true);
+    connect(button, &QToolButton::clicked, this,
+            [this, command = entry.Command] { Q_EMIT FrameCommand(command); });
+    layout->addWidget(button);
+    frameButtons_.push_back(button);
+    if (frameButtons_.size() == 2) {
+      layout->addWidget(frameText_);
+    }
+  }
+  layout->addStretch();
+  return frameRow_;
+}
+
+void ViewPictWidget::ShowFrameRow() {
+  const OpenImage& image = session_.Image;
+  frameRow_->setVisible(session_.View.FrameRowVisible);
+  frameText_->setText(session_.View.FrameText);
+  frameButtons_[1]->setEnabled(image.CurrentFrame > 1);
+  frameButtons_[2]->setEnabled(image.CurrentFrame < image.FrameCount);
+}
+
+void ViewPictWidget::SetWindowLanguage() {
+  const Strings& words = session_.Words;
+  const auto name = [](QWidget* widget, const QString& text) { widget->setAccessibleName(text); };
+  name(picture_, words.LangString(173, "Image"));
+  name(horizontalScroll_, words.LangString(409, "Pan"));
+  name(verticalScroll_, words.LangString(409, "Pan"));
+  name(comment_, words.LangString(116, "Comment"));
+  name(memo_, words.LangString(187, "Memo"));
+  name(taken_, words.LangString(137, "Date"));
+  name(zoom_, words.LangString(284, "Zoom"));
+  zoom_->setToolTip(words.LangString(284, "Zoom"));
+  const auto tip = [&](QToolButton* button, int id, const char* text) {
+    button->setToolTip(words.LangString(id, text));
+    name(button, button->toolTip());
+  };
+  tip(zoomIn_, 401, "Zoom In");
+  tip(zoomOut_, 402, "Zoom Out");
+  for (std::size_t i = 0; i < kFrameButtons.size(); ++i) {
+    tip(frameButtons_[i], kFrameButtons[i].TextId, kFrameButtons[i].DefaultText);
+  }
+  blankText_->setText(words.LangString(408, "Open an image or drop one here"));
+  blankOpen_->setText(words.LangString(179, "Load Image") + QStringLiteral("\u2026"));
+  range_->SetWindowLanguage();
+}
+
+bool ViewPictWidget::eventFilter(QObject* watched, QEvent* event) {
+  if (watched == zoom_ && event->type() == QEvent::MouseButtonDblClick) {
+    ZoomToFit();
+    return true;
+  }
+  return QWidget::eventFilter(watched, event);
+}
+
+void ViewPictWidget::ConnectPicture() {
+  connect(picture_, &PicbufWidget::PointerMoved, this, &ViewPictWidget::PointerMoved);
+  connect(picture_, &PicbufWidget::PointerLeft, this, [this] {
+    ClearReadout(session_.Cursor, session_.View);
+    QToolTip::hideText();
+    Q_EMIT ReadoutChanged();
+  });
+  connect(picture_, &PicbufWidget::Clicked, this, &ViewPictWidget::PictureClicked);
+  connect(picture_, &PicbufWidget::ZoomWheel, this, [this](int steps, QPoint position) {
+    ZoomAround(session_.View.Zoom.ZoomLevel + steps, position);
+  });
+  connect(picture_, &PicbufWidget::Dragged, this, [this](QPoint distance) {
+    const Picbuf& buffer = session_.Buffers.Picbuf1;
+    // Screen pixels that are not yet worth an image pixel wait for the next movement.
+    const double imagePixels = buffer.ZoomDenominator / buffer.ZoomNumerator;
+    dragRest_ += QPointF(distance) * imagePixels;
+    const auto wholePart = [](qreal value) {
+      constexpr qreal kRounding = 1e-6;  // Fractions such as fifteenths do not add up exactly.
+      return static_cast<int>(value + std::copysign(kRounding, value));
+    };
+    const QPoint whole(wholePart(dragRest_.x()), wholePart(dragRest_.y()));
+    dragRest_ -= whole;
+    PanTo(horizontalScroll_->value() - whole.x(), verticalScroll_->value() - whole.y());
+    RememberPan();
+  });
+  connect(horizontalScroll_, &QScrollBar::valueChanged, this, [this](int value) {
+    session_.Buffers.Picbuf1.Xpan = value;
+    picture_->update();
+  });
+  connect(verticalScroll_, &QScrollBar::valueChanged, this, [this](int value) {
+    session_.Buffers.Picbuf1.Ypan = value;
+    picture_->update();
+  });
+}
+
+void ViewPictWidget::BringIntoLine() {
+  const ViewState& view = session_.View;
+  const OpenImage& image = session_.Image;
+  range_->setVisible(view.ScalePanelVisible);
+  bottomPanel_->setVisible(view.BottomPanelVisible);
+  blankPanel_->setVisible(view.BlankPanelVisible);
+  picture_->setVisible(view.PictureVisible);
+  ShowFrameRow();
+  range_->BringIntoLine();
+  const QString comment = view.Comment.simplified();
+  comment_->setText(comment);
+  comment_->setToolTip(comment);
+  memo_->setText(view.Memo.simplified());
+  taken_->setText((image.ImageDate + QStringLiteral("  ") + image.ImageTime).trimmed());
+
+  const QSignalBlocker blocker(zoom_);
+  zoom_->setRange(view.Zoom.ZoomMin, view.Zoom.ZoomMax);
+  zoom_->setValue(view.Zoom.ZoomLevel);
+  zoomText_->setText(session_.Words.LangString(284, "Zoom") + QStringLiteral(": ") +
+                     QString::number(view.Zoom.ZoomLevel));
+  PlacePicture();
+}
+
+QSize ViewPictWidget::AreaFor(bool horizontalBar, bool verticalBar) const {
+  const int barHeight = horizontalBar ? horizontalScroll_->sizeHint().height() : 0;
+  const int barWidth = verticalBar ? verticalScroll_->sizeHint().width() : 0;
+  return {canvas_->width() - barWidth, canvas_->height() - barHeight};
+}
+
+void ViewPictWidget::PlacePicture() {
+  blankPanel_->setGeometry(canvas_->rect());
+  Picbuf& buffer = session_.Buffers.Picbuf1;
+  // A bar takes room from the other direction, so the second look decides.
+  QSize area = AreaFor(false, false);
+  ViewPlacement placement = PlaceView(buffer, area.width(), area.height());
+  for (int look = 0; look < 2; ++look) {
+    area = AreaFor(placement.MaxPanX > 0, placement.MaxPanY > 0);
+    placement = PlaceView(buffer, area.width(), area.height());
+  }
+  PlaceScrollBars(QRect(QPoint(), area), placement.MaxPanX, placement.MaxPanY);
+  picture_->setGeometry(placement.Left, placement.Top, placement.Width, placement.Height);
+  picture_->update();
+}
+
+void ViewPictWidget::PlaceScrollBars(const QRect& area, int maxX, int maxY) {
+  const Picbuf& buffer = session_.Buffers.Picbuf1;
+  const bool shown = session_.View.PictureVisible;
+  const auto place = [&](QScrollBar* bar, const QRect& where, int maximum, int size, int pan) {
+    bar->setVisible(shown && maximum > 0);
+    bar->setGeometry(where);
+    // The range first: it may move the value, which moves the pan.
+    bar->setRange(0, maximum);
+    bar->setPageStep(std::max(1, size - maximum));
+    bar->setSingleStep(std::max(1, (size - maximum) / 16));
+    bar->setValue(pan);
+  };
+  const int panX = buffer.Xpan;
+  const int panY = buffer.Ypan;
+  place(horizontalScroll_, {0, area.height(), area.width(), horizontalScroll_->sizeHint().height()},
+        maxX, buffer.BufWidth(), panX);
+  place(verticalScroll_, {area.width(), 0, verticalScroll_->sizeHint().width(), area.height()},
+        maxY, buffer.BufHeight(), panY);
+  session_.Buffers.Picbuf1.Xpan = horizontalScroll_->value();
+  session_.Buffers.Picbuf1.Ypan = verticalScroll_->value();
+}
+
+void ViewPictWidget::SetZoom(int level) {
+  if (!session_.View.HasImage) {
+    return;
+  }
+  const int before = session_.View.Zoom.ZoomLevel;
+  SetZoomLevel(level, session_.View.Zoom, session_.Buffers.Picbuf1);
+  BringIntoLine();
+  if (session_.View.Zoom.ZoomLevel != before) {
+    ScrollToCentre();
+  }
+  RefreshReadout();
+}
+
+/// Both scroll bars go to the share of their way that the remembered centre has of the picture.
+void ViewPictWidget::ScrollToCentre() {
+  const Picbuf& buffer = session_.Buffers.Picbuf1;
+  ZoomState& zoom = session_.View.Zoom;
+  if (zoom.ZoomCentreX == -1) {
+    zoom.ZoomCentreX = buffer.BufWidth() / 2;
+  }
+  if (zoom.ZoomCentreY == -1) {
+    zoom.ZoomCentreY = buffer.BufHeight() / 2;
+  }
+  PanTo(PanForCentre(zoom.ZoomCentreX, buffer.BufWidth(), horizontalScroll_->maximum()),
+        PanForCentre(zoom.ZoomCentreY, buffer.BufHeight(), verticalScroll_->maximum()));
+}
+
+/// Sets the level so that the image point under `position` of the picture stays where it is, as far
+/// as the picture's edges allow.
+void ViewPictWidget::ZoomAround(int level, QPoint position) {
+  if (!session_.View.HasImage) {
+    return;
+  }
+  Picbuf& buffer = session_.Buffers.Picbuf1;
+  const QPoint onCanvas = picture_->mapToParent(position);
+  const int column = buffer.ClientToImageX(position.x());
+  const int row = buffer.ClientToImageY(position.y());
+  SetZoomLevel(level, session_.View.Zoom, buffer);
+  BringIntoLine();
+  const double imagePixels = buffer.ZoomDenominator / buffer.ZoomNumerator;
+  const QPoint inPicture = picture_->mapFromParent(onCanvas);
+  PanTo(column - static_cast<int>(inPicture.x() * imagePixels),
+        row - static_cast<int>(inPicture.y() * imagePixels));
+  RefreshReadout();
+}
+
+int ViewPictWidget::ZoomLevel() const {
+  return session_.View.Zoom.ZoomLevel;
+}
+
+void ViewPictWidget::ZoomToFit() {
+  ZoomState& zoom = session_.View.Zoom;
+  const QSize area = AreaFor(false, false);
+  int level = zoom.ZoomMin;
+  for (int candidate = zoom.ZoomMin; candidate <= zoom.ZoomMax; ++candidate) {
+    SetZoomLevel(candidate, zoom, session_.Buffers.Picbuf1);
+    const ViewPlacement placement =
+        PlaceView(session_.Buffers.Picbuf1, area.width(), area.height());
+    if (placement.MaxPanX > 0 || placement.MaxPanY > 0) {
+      break;
+    }
+    level = candidate;
+  }
+  SetZoom(level);
+}
+
+/// What the user panned to is the centre of the next zoom.
+void ViewPictWidget::RememberPan() {
+  const Picbuf& buffer = session_.Buffers.Picbuf1;
+  ZoomState& zoom = session_.View.Zoom;
+  const auto share = [](const QScrollBar& bar, int size, int& centre) {
+    if (bar.maximum() > 0) {
+      centre =
+          static_cast<int>(std::lround(static_cast<double>(bar.value()) / bar.maximum() * size));
+    }
+  };
+  share(*horizontalScroll_, buffer.BufWidth(), zoom.ZoomCentreX);
+  share(*verticalScroll_, buffer.BufHeight(), zoom.ZoomCentreY);
+}
+
+void ViewPictWidget::PanTo(int horizontal, int vertical) {
+  horizontalScroll_->setValue(horizontal);
+  verticalScroll_->setValue(vertical);
+}
+
+void ViewPictWidget::PointerMoved(QPoint position) {
+  if (session_.Image.ImageBusy || !session_.View.HasImage ||
+      !UpdateReadout(position.x(), position.y(), session_.Image, session_.Buffers.Picbuf1,
+                     session_.Words, session_.Cursor, session_.View)) {
+    return;
+  }
+  QToolTip::showText(picture_->mapToGlobal(position), session_.View.PictureTip, picture_);
+  Q_EMIT ReadoutChanged();
+}
+
+void ViewPictWidget::ShowIcons() {
+  const QColor ink = palette().color(QPalette::WindowText);
+  zoomOut_->setIcon(ToolIcon(QStringLiteral("zoom_out"), ink));
+  zoomIn_->setIcon(ToolIcon(QStringLiteral("zoom_in"), ink));
+  for (std::size_t i = 0; i < kFrameButtons.size(); ++i) {
+    frameButtons_[i]->setIcon(ToolIcon(QString::fromLatin1(kFrameButtons[i].Icon), ink));
+  }
+  range_->SetWindowLanguage();
+}
+
+void ViewPictWidget::FocusZoom() {
+  zoom_->setFocus();
+}
+
+void ViewPictWidget::RefreshReadout() {
+  if (picture_->isVisible() && picture_->underMouse()) {
+    PointerMoved(picture_->mapFromGlobal(QCursor::pos()));
+  }
+}
+
+void ViewPictWidget::PictureClicked(Qt::MouseButton button, QPoint position) {
+  if (button != Qt::LeftButton && button != Qt::RightButton) {
+    return;
+  }
+  RememberClick(position.x(), position.y(), session_.Buffers.Picbuf1, session_.View.Zoom);
+  SetZoom(session_.View.Zoom.ZoomLevel + (button == Qt::LeftButton ? 1 : -1));
+}
+
+void ViewPictWidget::resizeEvent(QResizeEvent* event) {
+  QWidget::resizeEvent(event);
+  PlacePicture();
+}
+
+void ViewPictWidget::wheelEvent(QWheelEvent* event) {
+  QScrollBar* const bar =
+      event->modifiers().testFlag(Qt::ShiftModifier) ? horizontalScroll_ : verticalScroll_;
+  if (bar->isVisible()) {
+    QCoreApplication::sendEvent(bar, event);
+  }
+}
+
+}  // namespace tessa

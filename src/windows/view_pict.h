@@ -1,0 +1,98 @@
+#pragma once
+
+#include <QWidget>
+
+#include "core/progress.h"
+#include "open/session.h"
+
+class QLabel;
+class QPushButton;
+class QScrollBar;
+class QSlider;
+class QToolButton;
+
+namespace tessa {
+
+class PicbufWidget;
+class RangePanelWidget;
+
+/// The view of the open image: the picture with its scroll bars, the palette strip with its scale,
+/// and the zoom control. Shows the session's records; user actions go through the engine first.
+class ViewPictWidget : public QWidget {
+  Q_OBJECT
+
+ public:
+  ViewPictWidget(Session& session, Progress& progress, QWidget* parent);
+
+  /// Brings every control into line with the records.
+  void BringIntoLine();
+  void SetWindowLanguage();
+  /// Draws the icons anew in the colours of the desktop.
+  void ShowIcons();
+  /// Sets the level and shows the remembered centre in the middle.
+  void SetZoom(int level);
+  int ZoomLevel() const;
+  /// The largest level at which the whole picture is in view.
+  void ZoomToFit();
+  /// Keys go to the zoom control.
+  void FocusZoom();
+  /// Reads again what lies under a resting cursor.
+  void RefreshReadout();
+  PicbufWidget& Picture() { return *picture_; }
+
+ Q_SIGNALS:
+  /// The cursor's readout in the status panels changed.
+  void ReadoutChanged();
+  void OpenRequested();
+  /// The range on show changed.
+  void RangeChanged();
+  /// A button of the frame row was pressed; the name is that of its command.
+  void FrameCommand(const char* command);
+
+ protected:
+  void resizeEvent(QResizeEvent* event) override;
+  void wheelEvent(QWheelEvent* event) override;
+  bool eventFilter(QObject* watched, QEvent* event) override;
+
+ private:
+  QWidget* MakeCanvas();
+  QWidget* MakeBlankPanel();
+  QWidget* MakeBottomPanel();
+  QWidget* MakeFrameRow();
+  void ShowFrameRow();
+  void ConnectPicture();
+  void PlacePicture();
+  void PlaceScrollBars(const QRect& area, int maxX, int maxY);
+  QSize AreaFor(bool horizontalBar, bool verticalBar) const;
+  void PointerMoved(QPoint position);
+  void PictureClicked(Qt::MouseButton button, QPoint position);
+  void ZoomAround(int level, QPoint position);
+  void ScrollToCentre();
+  void RememberPan();
+  QToolButton* MakeStepButton(const QString& icon, int step);
+  void PanTo(int horizontal, int vertical);
+
+  Session& session_;
+  QWidget* canvas_ = nullptr;
+  QWidget* blankPanel_ = nullptr;
+  QWidget* bottomPanel_ = nullptr;
+  PicbufWidget* picture_ = nullptr;
+  RangePanelWidget* range_ = nullptr;
+  QScrollBar* horizontalScroll_ = nullptr;
+  QScrollBar* verticalScroll_ = nullptr;
+  QSlider* zoom_ = nullptr;
+  QLabel* zoomText_ = nullptr;
+  QToolButton* zoomOut_ = nullptr;
+  QToolButton* zoomIn_ = nullptr;
+  QLabel* blankText_ = nullptr;
+  QPushButton* blankOpen_ = nullptr;
+  QLabel* comment_ = nullptr;
+  QWidget* frameRow_ = nullptr;
+  QLabel* frameText_ = nullptr;
+  std::vector<QToolButton*> frameButtons_;
+  QLabel* memo_ = nullptr;
+  QLabel* taken_ = nullptr;
+  QPointF dragRest_;  // Of a drag, image pixels.
+};
+
+}  // namespace tessa

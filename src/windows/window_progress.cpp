@@ -1,0 +1,28 @@
+#include "windows/window_progress.h"
+
+#include <QCoreApplication>
+
+#include "windows/main_window.h"
+
+namespace tessa {
+namespace {
+
+constexpr int kPatienceMilliseconds = 120;
+
+}  // namespace
+
+void WindowProgress::LetEventsRun() {
+  if (window_.isVisible()) {
+    QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
+  }
+}
+
+void WindowProgress::PaintWhenDue() {
+  if (clock_.elapsed() >= kPatienceMilliseconds && window_.isVisible()) {
+    window_.BringIntoLine();
+    QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
+    clock_.restart();
+  }
+}
+
+}  // namespace tessa
