@@ -11,8 +11,9 @@ cmake --build --preset fuzz
 mkdir -p build/fuzz/findings
 export LSAN_OPTIONS="suppressions=$PWD/tests/leaks_of_libraries.txt:print_suppressions=0"
 
-# No input may ask for 128 MB at once or take longer than 2 s. The whole process gets more: the
-# sanitizers keep freed memory for a while and a shadow of it all.
+# No input may ask for 128 MB at once or take longer than 2 s. The whole process needs more: the
+# sanitizers' shadow and the memory that they hold back for a while after it was freed.
+export ASAN_OPTIONS=quarantine_size_mb=32
 run_entry() {
   local entry=$1
   local name=${entry##*/fuzz_}
@@ -24,7 +25,7 @@ run_entry() {
   done
   echo "Fuzzing $name for $seconds seconds"
   "$entry" "${folders[@]}" -max_total_time="$seconds" -timeout=2 \
-    -malloc_limit_mb=128 -rss_limit_mb=1024 \
+    -malloc_limit_mb=128 -rss_limit_mb=512 \
     -artifact_prefix="build/fuzz/findings/$name-" -verbosity=0 -print_final_stats=0
 }
 export -f run_entry
