@@ -2,7 +2,7 @@
 
 # What building and running the program takes.
 run_packages=(
-  g++ cmake ninja-build ccache
+  g++ cmake ninja-build ccache mold
   qt6-base-dev qt6-svg-dev qt6-image-formats-plugins libcli11-dev
   fonts-dejavu-core
 )
