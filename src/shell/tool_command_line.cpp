@@ -13,6 +13,7 @@
 #include "export/image_report.h"
 #include "shell/tool_export.h"
 #include "shell/tool_frames.h"
+#include "shell/tool_sound.h"
 #include "shell/tool_support.h"
 #include "view/units.h"
 
@@ -76,17 +77,21 @@ int RunInfo(const InfoCall& call) {
     // Colours do not matter here, so no palettes are read.
     PrepareForExport({}, {}, session);
     OpenPath(path, session, progress);
+    const SoundReport sound = ReportSound(session);
     if (const Problem* const reason = FindNoImage(session.Faults)) {
       PrintError(path, reason->Text);
       status = kToolFailed;
     } else if (call.Json) {
       QJsonObject report = ReportAsJson(session);
+      for (auto field = sound.Fields.begin(); field != sound.Fields.end(); ++field) {
+        report.insert(field.key(), field.value());
+      }
       if (call.Frames) {
         report.insert(QStringLiteral("Frames"), FrameList(session));
       }
       reports.append(report);
     } else {
-      PrintOut(ReportAsText(session).toUtf8());
+      PrintOut(ReportAsText(session, sound.Words).toUtf8());
       if (call.Frames) {
         PrintFrames(session);
       }
@@ -205,10 +210,15 @@ int RunToolCommandLine(int argc, char** argv) {
   visibleCommand->add_option("-o,--output", visible.Out, "JPEG to write")->required();
   visibleCommand->add_flag("--force", visible.Force, "Replace a file that is there already");
 
+  SoundCommands sounds(tool);
+
   try {
     tool.parse(argc, argv);
   } catch (const CLI::ParseError& error) {
     return tool.exit(error) == 0 ? kToolDone : kToolWrongCall;
+  }
+  if (const auto status = sounds.Run()) {
+    return *status;
   }
   if (framesCommand->parsed()) {
     return RunFrames(frames);
