@@ -9,10 +9,12 @@
 #include "formats/bmp.h"
 #include "formats/bmp_trailer.h"
 #include "formats/frame_array.h"
+#include "formats/if_sound.h"
 #include "formats/palette_file.h"
 #include "formats/sequence.h"
 #include "formats/sit.h"
 #include "formats/tmp_image.h"
+#include "formats/wave.h"
 
 namespace {
 
@@ -158,6 +160,9 @@ void WriteAll(const std::filesystem::path& folder) {
   WriteSequenceSeeds(folder);
   WriteLoadSeeds(folder, sit);
   SeedFolder(folder / "palette").Write("whole", Bytes(tessa::kPaletteFileSize, 0x40));
+  const std::uint16_t note[] = {512, 1023, 0, 400};
+  SeedFolder(folder / "if_sound").Write("whole", tessa::EncodeIfSound(2850, note));
+  SeedFolder(folder / "wave").Write("whole", tessa::EncodeWave(2850, tessa::ToWaveSamples(note)));
   const SeedFolder texts(folder / "text");
   int number = 0;
   for (const std::string_view text : {"36.65 \xB0\x43", "-0.049999", "+1e15x", " \t.5", "9.96",

@@ -8,6 +8,7 @@
 #include "core/file_access.h"
 #include "photos.h"
 #include "sample_encoders.h"
+#include "sample_sounds.h"
 #include "sequence/show_frame.h"
 
 namespace tessa::tools {
@@ -95,6 +96,7 @@ void WriteSampleSet(const std::filesystem::path& folder) {
   WriteHouse(folder);
   WriteBoard(folder);
   WriteCup(folder);
+  WriteSoundSamples(folder);
 }
 
 void WriteFrameFiles(const std::filesystem::path& path, std::span<const Scene> frames) {
