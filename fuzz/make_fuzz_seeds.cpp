@@ -12,10 +12,12 @@
 #include "formats/bmp.h"
 #include "formats/bmp_trailer.h"
 #include "formats/frame_array.h"
+#include "formats/if_sound.h"
 #include "formats/palette_file.h"
 #include "formats/sequence.h"
 #include "formats/sit.h"
 #include "formats/tmp_image.h"
+#include "formats/wave.h"
 #include "view/picture_file.h"
 
 namespace {
@@ -233,6 +235,9 @@ void WriteAll(const std::filesystem::path& folder) {
   SeedFolder(folder / "bin").Write("start", Bytes(2000, 11));
   SeedFolder(folder / "txi").Write("scale", {0x38, 0xFF, 0xE8, 0x03});
   WriteTextSeeds(folder);
+  const std::uint16_t note[] = {512, 1023, 0, 400};
+  SeedFolder(folder / "if_sound").Write("whole", tessa::EncodeIfSound(2850, note));
+  SeedFolder(folder / "wave").Write("whole", tessa::EncodeWave(2850, tessa::ToWaveSamples(note)));
 }
 
 }  // namespace

@@ -58,7 +58,4 @@ Bytes FramesAsContainer(std::span<const Scene> frames, const SampleFacts& facts,
 /// One frame in a file of its own, for beside a snapshot or sequence.
 Bytes SceneAsFrameFile(const Scene& scene);
 
-/// A short tone, two strokes of a bell, in the camera's own sound format.
-Bytes ToneBlock();
-
 }  // namespace tessa::tools

@@ -8,8 +8,10 @@
 #include <string>
 
 #include "core/file_access.h"
+#include "formats/if_sound.h"
 #include "open/show_frame.h"
 #include "sample_encoders.h"
+#include "sample_sounds.h"
 
 namespace tessa::tools {
 namespace {
@@ -63,13 +65,14 @@ void WriteBoard(const fs::path& source, const fs::path& folder) {
   }
 }
 
-/// Images with a sound note: one for each way in which a note is kept goes here. Today that is the
-/// block inside a SIT image; a note in a file of its own is one more WriteSample beside its image.
 void WriteSoundNotes(const fs::path& source, const fs::path& folder) {
   const Scene board = Pictured(source / "board.png");
+  constexpr std::uint32_t kRate = 8000;
   WriteSample(
       folder / "board-with-photo-and-sound.sit",
-      SceneAsSit(board, BoardFacts(), {ReadBytes(source / "board-photo.jpg"), ToneBlock()}));
+      SceneAsSit(board, BoardFacts(),
+                 {ReadBytes(source / "board-photo.jpg"), EncodeIfSound(kRate, ChimeNote(kRate))}));
+  WriteSoundSamples(Pictured(source / "cup-3.png"), folder);
 }
 
 void WriteCup(const fs::path& source, const fs::path& folder) {
