@@ -5,7 +5,6 @@
 #include <limits>
 #include <stdexcept>
 
-#include "core/pixel_stores.h"
 #include "formats/kelvin.h"
 #include "formats/number_text.h"
 
@@ -51,13 +50,6 @@ void RequireWithin(const Span& span, double low, double high, const std::string&
     throw std::runtime_error(kind + " holds " + FormatFixed(low, 1) + " to " +
                              FormatFixed(high, 1) + " degrees Celsius, but the scene has " +
                              FormatFixed(span.Low, 1) + " to " + FormatFixed(span.High, 1));
-  }
-}
-
-void RequireMeasurableWidth(const Scene& scene, const std::string& kind) {
-  if (scene.Width > RowCells::kCellsPerRow) {
-    throw std::runtime_error(kind + " is measured up to " + std::to_string(RowCells::kCellsPerRow) +
-                             " columns only, but the scene has " + std::to_string(scene.Width));
   }
 }
 

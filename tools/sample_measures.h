@@ -32,9 +32,6 @@ Span DisplayScale(const Scene& scene);
 /// Throws std::runtime_error unless all of `span` lies within `low` to `high` degrees Celsius.
 void RequireWithin(const Span& span, double low, double high, const std::string& kind);
 
-/// Throws std::runtime_error for a scene that is wider than the program can measure.
-void RequireMeasurableWidth(const Scene& scene, const std::string& kind);
-
 /// Indices of an 8-bit picture on the straight line from `line.Low` at 0 to `line.High` at 255.
 std::vector<std::uint8_t> Levels(const Scene& scene, const Span& line);
 

@@ -44,7 +44,6 @@ Bytes SceneAsPicture(const Scene& scene, const std::string& ending) {
 }
 
 Bytes SceneAsTxi(const Scene& scene) {
-  RequireMeasurableWidth(scene, "a TXI image");
   // Whole tenths around the scene.
   const Span extremes = Extremes(scene);
   Span line{std::floor(extremes.Low * 10.0) / 10.0, std::ceil(extremes.High * 10.0) / 10.0};
@@ -68,7 +67,6 @@ Bytes SceneAsTxi(const Scene& scene) {
 }
 
 Bytes SceneAsRadiometricBmp(const Scene& scene) {
-  RequireMeasurableWidth(scene, "a radiometric bitmap");
   constexpr std::uint16_t kIndexLow = 16;
   constexpr std::uint16_t kIndexHigh = 239;
   const Span extremes = Extremes(scene);

@@ -23,7 +23,6 @@ void RequireFrames(std::span<const Scene> frames, const std::string& kind) {
     throw std::runtime_error(kind + " holds 1 to 32767 frames");
   }
   for (const Scene& frame : frames) {
-    RequireMeasurableWidth(frame, kind);
     if (frame.Width != frames[0].Width || frame.Height != frames[0].Height) {
       throw std::runtime_error(kind + " holds frames of one size only");
     }
@@ -131,7 +130,6 @@ Bytes FramesAsContainer(std::span<const Scene> frames, const SampleFacts& facts,
 }
 
 Bytes SceneAsFrameFile(const Scene& scene) {
-  RequireMeasurableWidth(scene, "a frame file");
   return FrameArray(scene, "a frame file");
 }
 

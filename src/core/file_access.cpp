@@ -129,20 +129,25 @@ Bytes RandomFile::ReadAt(std::uint64_t offset, std::uint64_t count) const {
     return bytes;
   }
   bytes.resize(static_cast<std::size_t>(std::min(count, size_ - offset)));
+  bytes.resize(ReadInto(offset, bytes));
+  return bytes;
+}
+
+std::size_t RandomFile::ReadInto(std::uint64_t offset, std::span<std::uint8_t> to) const noexcept {
   std::size_t filled = 0;
-  while (filled < bytes.size()) {
-    const ssize_t got = ::pread(descriptor_, bytes.data() + filled, bytes.size() - filled,
-                                static_cast<off_t>(offset + filled));
+  while (filled < to.size() && offset + filled < size_) {
+    const std::size_t wanted = std::min<std::uint64_t>(to.size() - filled, size_ - offset - filled);
+    const ssize_t got =
+        ::pread(descriptor_, to.data() + filled, wanted, static_cast<off_t>(offset + filled));
     if (got < 0 && errno == EINTR) {
       continue;
     }
     if (got <= 0) {  // Unreadable there, or shorter since it was opened.
-      bytes.resize(filled);
       break;
     }
     filled += static_cast<std::size_t>(got);
   }
-  return bytes;
+  return filled;
 }
 
 std::optional<FileStart> ReadFileStart(const QString& path, std::uint64_t limit, Problems& faults) {

@@ -3,6 +3,7 @@
 #include <QString>
 #include <cstdint>
 #include <optional>
+#include <span>
 
 #include "formats/byte_reader.h"
 #include "formats/byte_writer.h"
@@ -34,6 +35,8 @@ class RandomFile {
   std::uint64_t Size() const { return size_; }
   /// The bytes from `offset` on, at most `count`: fewer where the file ends or cannot be read.
   Bytes ReadAt(std::uint64_t offset, std::uint64_t count) const;
+  /// Fills `to` with the bytes from `offset` on and tells how many there were.
+  std::size_t ReadInto(std::uint64_t offset, std::span<std::uint8_t> to) const noexcept;
 
  private:
   RandomFile(int descriptor, std::uint64_t size) : descriptor_(descriptor), size_(size) {}

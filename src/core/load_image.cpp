@@ -3,6 +3,7 @@
 #include <QDir>
 #include <algorithm>
 #include <array>
+#include <new>
 #include <optional>
 #include <utility>
 
@@ -235,7 +236,7 @@ DegreesOfIndex TrailerDegrees(const OpenImage& image, StepLog& steps) {
 
 /// Turns one row of displayed values into degrees.
 void MeasureRow(int row, const DegreesOfIndex& degrees, OpenImage& image) {
-  const std::span<const std::int32_t> cells = std::as_const(image.RowBuffers).Row(row);
+  const std::span<const std::uint8_t> cells = std::as_const(image.RowBuffers).Row(row);
   const std::span<float> grid = image.TempGrid.Row(row);
   for (std::size_t column = 0; column < cells.size(); ++column) {
     if (const auto& value = degrees.at(static_cast<std::size_t>(cells[column]))) {
@@ -247,9 +248,7 @@ void MeasureRow(int row, const DegreesOfIndex& degrees, OpenImage& image) {
 /// The extremes of a bitmap grow with every row, and the range control with them.
 void FollowExtremes(int row, Session& session) {
   OpenImage& image = session.Image;
-  // Columns beyond the row buffers were never measured.
-  const auto measured = static_cast<std::size_t>(image.RowBuffers.CellCount());
-  for (const float degrees : std::as_const(image.TempGrid).Row(row).first(measured)) {
+  for (const float degrees : std::as_const(image.TempGrid).Row(row)) {
     image.TempMin = std::min(image.TempMin, degrees);
     image.TempMax = std::max(image.TempMax, degrees);
   }
@@ -284,8 +283,8 @@ void RunRowPass(Ending ending, Session& session, Progress& progress) {
     }
     if (image.PaletteReversed) {
       session.Steps.Run("undo reversed palette", [&] {
-        for (std::int32_t& cell : image.RowBuffers.Row(row)) {
-          cell = 255 - cell;
+        for (std::uint8_t& cell : image.RowBuffers.Row(row)) {
+          cell = static_cast<std::uint8_t>(255 - cell);
         }
         picture.PutRow(image.RowBuffers.Row(row), row);
       });
@@ -302,10 +301,30 @@ void FinishLoad(Ending ending, Session& session, Progress& progress) {
   session.Buffers.PicBuf2.UpdatePalette();
   view.Source = RangeSource::kStored;
   if (ending == Ending::kSit || ending == Ending::kTmp ||
-      (ending == Ending::kBmp && image.HasTemperature)) {
+      ((ending == Ending::kBmp || ending == Ending::kTif) && image.HasTemperature)) {
     view.Source = RangeSource::kImage;
     ToggleRangeSource(PiecesForRendering(session, progress));
   }
+}
+
+/// From the dispatch on the file's ending to the zoom.
+void RunLoad(Session& session, Progress& progress) {
+  const Ending named = EndingOf(session.Image.CurrentFile);
+  const Ending ending = RunLoader(named, session, progress);
+  SetCommonFields(ending, session, progress);
+  SetScale(ending, session);
+  SetDisplayState(session);
+  if (HasRowPass(ending)) {
+    RunRowPass(ending, session, progress);
+  }
+  SetZoomForWidth(session.Image.ImageWidth, session.View.Zoom, session.Buffers.Picbuf1);
+  FinishLoad(ending, session, progress);
+}
+
+void ReportNoMemory(Session& session) {
+  session.View.LoadingTextVisible = false;
+  session.Faults.push_back({ProblemKind::kTooLarge, 0, "Memory",
+                            "the image is too large: there is not enough memory for it", true});
 }
 
 }  // namespace
@@ -389,16 +408,16 @@ void TakeBufferSize(const Picbuf& buffer, OpenImage& image) {
 
 void LoadImageFile(Session& session, Progress& progress) {
   ResetForLoad(session);
-  const Ending named = EndingOf(session.Image.CurrentFile);
-  const Ending ending = RunLoader(named, session, progress);
-  SetCommonFields(ending, session, progress);
-  SetScale(ending, session);
-  SetDisplayState(session);
-  if (HasRowPass(ending)) {
-    RunRowPass(ending, session, progress);
+  try {
+    RunLoad(session, progress);
+  } catch (const std::bad_alloc&) {
+    session.Image.ImageBusy = false;
+    ReportNoMemory(session);
+    return;
   }
-  SetZoomForWidth(session.Image.ImageWidth, session.View.Zoom, session.Buffers.Picbuf1);
-  FinishLoad(ending, session, progress);
+  if (session.Steps.RanOutOfMemory()) {
+    ReportNoMemory(session);
+  }
 }
 
 void OpenCurrentImage(Session& session, Progress& progress) {
