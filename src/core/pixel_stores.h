@@ -35,8 +35,8 @@ class TemperatureGrid {
   std::vector<float> cells_;
 };
 
-/// The displayed 8-bit values of an image, one run of cells for each image row, as many as the image
-/// has columns.
+/// The displayed 8-bit values of an image, one run of cells for each image row, as many as the
+/// image has columns.
 class RowCells {
  public:
   /// `rows` rows of zeros for an image of `width` columns.

@@ -25,14 +25,12 @@ bool ScaleVisible(const QString& path, Session& session) {
   shown.FileName = loaded.FileName = path;
   shown.FileType = loaded.FileType = Picbuf::kJpeg;
   Problems faults;
-  const bool isLoaded =
-      session.Steps.Run("load visible picture", [&] { loaded.LoadFile(faults); });
+  const bool isLoaded = session.Steps.Run("load visible picture", [&] { loaded.LoadFile(faults); });
   // Whatever is wrong with it, the infrared picture stands all the same.
   for (Problem& fault : faults) {
     const char* const lead =
         isLoaded ? "the visible picture is damaged: " : "the visible picture cannot be shown: ";
-    session.Faults.push_back(
-        {fault.Kind, 0, std::string(kVisibleField), lead + fault.Text, false});
+    session.Faults.push_back({fault.Kind, 0, std::string(kVisibleField), lead + fault.Text, false});
   }
   if (!isLoaded) {
     return false;

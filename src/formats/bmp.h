@@ -80,8 +80,8 @@ void ReadBmpHeaders(ByteSpan file, BmpFileHeader& fileHeader, BmpInfoHeader& inf
 /// 24-bit colours (alpha is ignored); RLE4, RLE8, bit fields, top-down rows and the older headers
 /// are read. A picture whose bytes are not all there is refused: half a bitmap would show
 /// temperatures that nobody measured. Only
-/// headers, palette and pixels are read, a piece at a time, and no more work is done than the pixels
-/// and their bytes stand for.
+/// headers, palette and pixels are read, a piece at a time, and no more work is done than the
+/// pixels and their bytes stand for.
 BmpPicture DecodeBmp(const ByteSource& file);
 BmpPicture DecodeBmp(ByteSpan file);
 

@@ -79,13 +79,17 @@ bool CheckTiffDirectory(const ByteSource& file, Problems& faults) {
     return Refuse(faults, ProblemKind::kTruncated, file.Size(), "Directory",
                   "the file ends before the directory of its picture");
   }
+  if (entries == 0) {
+    return Refuse(faults, ProblemKind::kBadValue, directory, "Directory",
+                  "the directory of its picture is empty");
+  }
   if (entries > kMostEntries) {
     return Refuse(faults, ProblemKind::kTooLarge, directory, "Directory",
                   "the directory has " + std::to_string(entries) + " entries; 512 is the limit");
   }
-  const Bytes bytes = ReadPart(file, directory + static_cast<std::uint64_t>(countSize),
-                               static_cast<std::size_t>(entries) *
-                                   static_cast<std::size_t>(entrySize));
+  const Bytes bytes =
+      ReadPart(file, directory + static_cast<std::uint64_t>(countSize),
+               static_cast<std::size_t>(entries) * static_cast<std::size_t>(entrySize));
   OrderedReader reader(bytes, bigEndian);
   std::uint64_t room = file.Size() + kShared;
   for (std::uint64_t i = 0; i < entries; ++i) {

@@ -19,8 +19,10 @@ namespace {
 
 /// Scans of one picture; cameras and programs write about ten.
 constexpr int kMostScans = 100;
-/// Blocks of 8 x 8 samples that all scans together may go over: ten scans of 100 megapixels.
-constexpr std::uint64_t kMostBlockVisits = 32'000'000;
+/// Blocks of 8 x 8 samples that all scans together may go over, at up to 80 ns each: a base that is
+/// ten scans of a 30 megapixel photograph, and some for each byte of a file beyond a small one.
+constexpr std::uint64_t kVisitBase = 8'000'000;
+constexpr std::uint64_t kVisitsPerByte = 2;
 /// Memory for the coefficients of a picture in several scans, beside one byte a pixel: a base, and
 /// what is plausible for each byte of a file beyond the size of a small one.
 constexpr std::uint64_t kCoefficientBase = 56ULL << 20;
@@ -34,7 +36,7 @@ constexpr int kRowsAfterEnd = 64;
 
 struct ErrorManager : jpeg_error_mgr {
   std::jmp_buf Jump;
-  std::array<char, JMSG_LENGTH_MAX> Text{};  // Of the error.
+  std::array<char, JMSG_LENGTH_MAX> Text{};    // Of the error.
   std::array<char, JMSG_LENGTH_MAX> Damage{};  // The first sign of damaged data.
 };
 
@@ -107,6 +109,7 @@ void SkipBytes(j_decompress_ptr codec, long count) {
 struct ScanCounter : jpeg_progress_mgr {
   int LastScan = 0;
   std::uint64_t BlockVisits = 0;
+  std::uint64_t MostVisits = kVisitBase;
 };
 
 void CountScans(j_common_ptr common) {
@@ -120,7 +123,7 @@ void CountScans(j_common_ptr common) {
     const jpeg_component_info* const part = codec->cur_comp_info[i];
     counter->BlockVisits += std::uint64_t{part->width_in_blocks} * part->height_in_blocks;
   }
-  if (counter->LastScan > kMostScans || counter->BlockVisits > kMostBlockVisits) {
+  if (counter->LastScan > kMostScans || counter->BlockVisits > counter->MostVisits) {
     auto* const errors = static_cast<ErrorManager*>(common->err);
     std::snprintf(errors->Text.data(), errors->Text.size(), "%s",
                   counter->LastScan > kMostScans ? "it has more than 100 scans"
@@ -137,6 +140,8 @@ class Decoder {
     SetUpErrors(errors_);
     codec_.err = &errors_;
     source_.File = &file;
+    source_.next_input_byte = nullptr;
+    source_.bytes_in_buffer = 0;
     source_.init_source = Nothing;
     source_.fill_input_buffer = FillPiece;
     source_.skip_input_data = SkipBytes;
@@ -175,6 +180,7 @@ class Decoder {
 
   jpeg_decompress_struct& Codec() { return codec_; }
   SourceManager& Source() { return source_; }
+  ScanCounter& Counter() { return counter_; }
   bool HasSeveralScans() { return jpeg_has_multiple_scans(&codec_) == TRUE; }
   std::string Reason() const { return errors_.Text.data(); }
   std::string Damage() const { return errors_.Damage.data(); }
@@ -220,9 +226,9 @@ bool CheckHeader(Decoder& decoder, std::uint64_t fileSize, Problems& faults) {
   const std::uint64_t pixels = std::uint64_t{codec.image_width} * codec.image_height;
   decoder.Source().Limit = kByteBase + kBytesPerPixel * pixels;
   if (decoder.HasSeveralScans()) {
-    const std::uint64_t allowed =
-        kCoefficientBase + pixels +
-        kCoefficientsPerByte * (fileSize > kSmallFile ? fileSize - kSmallFile : 0);
+    const std::uint64_t beyondSmall = fileSize > kSmallFile ? fileSize - kSmallFile : 0;
+    decoder.Counter().MostVisits = kVisitBase + kVisitsPerByte * beyondSmall;
+    const std::uint64_t allowed = kCoefficientBase + pixels + kCoefficientsPerByte * beyondSmall;
     if (decoder.CoefficientBytes() > allowed) {
       faults.push_back(NoPicture(
           ProblemKind::kTooLarge, "Size",
@@ -279,11 +285,10 @@ void ReadRows(Decoder& decoder, PictureUse use, LoadedPicture& picture, Problems
     faults.push_back({ProblemKind::kTruncated, decoder.Source().Next, "Pixels",
                       "the JPEG data ends early: part of the picture is missing", false});
   } else if (!decoder.Reason().empty() || !decoder.Damage().empty()) {
-    faults.push_back(
-        {ProblemKind::kBadValue, 0, "Pixels",
-         "the JPEG data is damaged: " +
-             (decoder.Reason().empty() ? decoder.Damage() : decoder.Reason()),
-         false});
+    faults.push_back({ProblemKind::kBadValue, 0, "Pixels",
+                      "the JPEG data is damaged: " +
+                          (decoder.Reason().empty() ? decoder.Damage() : decoder.Reason()),
+                      false});
   }
 }
 

@@ -44,9 +44,8 @@ void SettlePalette(PictureUse use, int entries, LoadedPicture& picture) {
   }
   if (use == PictureUse::kView) {
     std::array<std::uint8_t, 256> levels{};
-    std::transform(picture.Palette.begin(), picture.Palette.end(), levels.begin(), [](Colour c) {
-      return Luminance(RedOf(c), GreenOf(c), BlueOf(c));
-    });
+    std::transform(picture.Palette.begin(), picture.Palette.end(), levels.begin(),
+                   [](Colour c) { return Luminance(RedOf(c), GreenOf(c), BlueOf(c)); });
     for (std::uint8_t& pixel : picture.Pixels) {
       pixel = levels[pixel];
     }

@@ -248,16 +248,14 @@ void Picbuf::PutRow(std::span<const std::int32_t> cells, int row) {
 }
 
 void Picbuf::GetRow(std::span<std::uint8_t> cells, int row) const {
-  if (row < 0 || row >= height_ || depth_ != 8 ||
-      cells.size() < static_cast<std::size_t>(width_)) {
+  if (row < 0 || row >= height_ || depth_ != 8 || cells.size() < static_cast<std::size_t>(width_)) {
     throw std::out_of_range("the buffer has no such row of indices");
   }
   std::copy_n(PixelAt(0, row), width_, cells.begin());
 }
 
 void Picbuf::PutRow(std::span<const std::uint8_t> cells, int row) {
-  if (row < 0 || row >= height_ || depth_ != 8 ||
-      cells.size() < static_cast<std::size_t>(width_)) {
+  if (row < 0 || row >= height_ || depth_ != 8 || cells.size() < static_cast<std::size_t>(width_)) {
     throw std::out_of_range("the buffer has no such row of indices");
   }
   std::copy_n(cells.begin(), width_, PixelAt(0, row));

@@ -55,8 +55,7 @@ LoadedPicture LoadBmpPicture(const ByteSource& file, PictureUse use, Problems& f
 
 }  // namespace
 
-LoadedPicture LoadPictureFile(const QString& path, int fileType, PictureUse use,
-                              Problems& faults) {
+LoadedPicture LoadPictureFile(const QString& path, int fileType, PictureUse use, Problems& faults) {
   const auto file = RandomFile::Open(path, faults);
   if (!file) {
     return {};

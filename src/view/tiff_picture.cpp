@@ -6,6 +6,7 @@
 #include <cstring>
 #include <limits>
 #include <string>
+#include <type_traits>
 #include <vector>
 
 #include "formats/tiff_directory.h"
@@ -25,8 +26,7 @@ Sample At(const std::uint8_t* samples, std::size_t index) {
 /// Where the pixels of a stored row belong once the orientation is applied.
 class Placement {
  public:
-  explicit Placement(const TiffFacts& facts)
-      : width_(facts.Width), height_(facts.Height) {
+  explicit Placement(const TiffFacts& facts) : width_(facts.Width), height_(facts.Height) {
     const int way = facts.Orientation;
     mirrored_ = way == 2 || way == 3 || way == 7 || way == 8;
     upsideDown_ = way == 3 || way == 4 || way == 6 || way == 7;
@@ -79,9 +79,8 @@ class LevelReader {
       Each(to, stride, first, [&](std::size_t i) { return from[i] ^ flip; });
     } else if (facts_.Bits == 16) {
       const unsigned flip = isSigned ? 0x8000 : 0;
-      Each(to, stride, first, [&](std::size_t i) {
-        return ((At<std::uint16_t>(from, i) ^ flip) + 128U) / 257U;
-      });
+      Each(to, stride, first,
+           [&](std::size_t i) { return ((At<std::uint16_t>(from, i) ^ flip) + 128U) / 257U; });
     } else if (facts_.Bits == 32) {
       const unsigned flip = isSigned ? 0x80000000U : 0;
       Each(to, stride, first,
@@ -110,33 +109,6 @@ class LevelReader {
   bool isIndex_;
 };
 
-/// Values of the first sample of each pixel.
-void ReadValues(const TiffFacts& facts, const TiffRows& rows, std::vector<double>& values) {
-  const std::uint8_t* const from = rows.Samples(0);
-  const std::size_t step = facts.Planar == PLANARCONFIG_CONTIG ? facts.Samples : 1;
-  const auto each = [&](auto value) {
-    for (std::size_t i = 0; i < facts.Width; ++i) {
-      values[i] = static_cast<double>(value(i * step));
-    }
-  };
-  const bool isSigned = facts.Format == SAMPLEFORMAT_INT;
-  if (facts.Format == SAMPLEFORMAT_IEEEFP && facts.Bits == 64) {
-    each([&](std::size_t i) { return At<double>(from, i); });
-  } else if (facts.Format == SAMPLEFORMAT_IEEEFP) {
-    each([&](std::size_t i) { return At<float>(from, i); });
-  } else if (facts.Bits == 32 && isSigned) {
-    each([&](std::size_t i) { return At<std::int32_t>(from, i); });
-  } else if (facts.Bits == 32) {
-    each([&](std::size_t i) { return At<std::uint32_t>(from, i); });
-  } else if (facts.Bits == 16 && isSigned) {
-    each([&](std::size_t i) { return At<std::int16_t>(from, i); });
-  } else if (facts.Bits == 16) {
-    each([&](std::size_t i) { return At<std::uint16_t>(from, i); });
-  } else {
-    each([&](std::size_t i) { return At<std::int8_t>(from, i); });
-  }
-}
-
 bool IsSpread(const TiffFacts& facts) {
   return facts.Used == 1 && facts.Photometric != PHOTOMETRIC_PALETTE &&
          (facts.Bits > 8 || facts.Format == SAMPLEFORMAT_INT);
@@ -155,15 +127,17 @@ bool ForEachRow(const TiffFacts& facts, TiffRows& rows, Use&& use) {
 }
 
 /// Greys that have more steps than a picture: the lowest value becomes 0, the highest 255.
-bool ReadSpreadGreys(const TiffFacts& facts, const Placement& placement, TiffRows& firstPass,
-                     TiffRows& secondPass, LoadedPicture& picture) {
-  std::vector<double> values(facts.Width);
-  double low = std::numeric_limits<double>::infinity();
-  double high = -low;
+template <typename Value>
+bool SpreadGreys(const TiffFacts& facts, const Placement& placement, TiffRows& firstPass,
+                 TiffRows& secondPass, LoadedPicture& picture) {
+  const std::size_t step = facts.Planar == PLANARCONFIG_CONTIG ? facts.Samples : 1;
+  Value low = std::numeric_limits<Value>::max();
+  Value high = std::numeric_limits<Value>::lowest();
   if (!ForEachRow(facts, firstPass, [&](std::size_t) {
-        ReadValues(facts, firstPass, values);
-        for (const double value : values) {
-          if (std::isfinite(value)) {
+        const std::uint8_t* const from = firstPass.Samples(0);
+        for (std::size_t i = 0; i < facts.Width; ++i) {
+          const auto value = At<Value>(from, i * step);
+          if (!std::is_floating_point_v<Value> || std::isfinite(static_cast<double>(value))) {
             low = std::min(low, value);
             high = std::max(high, value);
           }
@@ -171,20 +145,41 @@ bool ReadSpreadGreys(const TiffFacts& facts, const Placement& placement, TiffRow
       })) {
     return false;
   }
-  const bool inverted = facts.Photometric == PHOTOMETRIC_MINISWHITE;
   // Halves, since the span of two finite numbers need not be finite.
-  const double gain = high > low ? 127.5 / (high / 2 - low / 2) : 0.0;
+  const double halfLow = static_cast<double>(low) / 2;
+  const double halfSpan = static_cast<double>(high) / 2 - halfLow;
+  const double gain = high > low ? 255.0 / halfSpan : 0.0;
+  const std::uint8_t flip = facts.Photometric == PHOTOMETRIC_MINISWHITE ? 0xFF : 0;
   std::vector<std::uint8_t> levels(facts.Width);
   return ForEachRow(facts, secondPass, [&](std::size_t row) {
-    ReadValues(facts, secondPass, values);
-    for (std::size_t i = 0; i < values.size(); ++i) {
-      const double level = (values[i] / 2 - low / 2) * gain * 2;
-      const int rounded = std::isfinite(level) ? static_cast<int>(std::lround(level)) : 0;
-      const int clipped = std::clamp(rounded, 0, 255);
-      levels[i] = static_cast<std::uint8_t>(inverted ? 255 - clipped : clipped);
+    const std::uint8_t* const from = secondPass.Samples(0);
+    for (std::size_t i = 0; i < facts.Width; ++i) {
+      const double level =
+          (static_cast<double>(At<Value>(from, i * step)) / 2 - halfLow) * gain + 0.5;
+      // What is no finite number fails the first test or exceeds the span.
+      const bool isLevel = level >= 0.0 && level < 256.0;
+      levels[i] = static_cast<std::uint8_t>((isLevel ? static_cast<int>(level) : 0) ^ flip);
     }
     placement.Put<1>(levels.data(), row, picture.Stride, picture.Pixels.data());
   });
+}
+
+bool ReadSpreadGreys(const TiffFacts& facts, const Placement& placement, TiffRows& firstPass,
+                     TiffRows& secondPass, LoadedPicture& picture) {
+  const auto spread = [&](auto value) {
+    return SpreadGreys<decltype(value)>(facts, placement, firstPass, secondPass, picture);
+  };
+  const bool isSigned = facts.Format == SAMPLEFORMAT_INT;
+  if (facts.Format == SAMPLEFORMAT_IEEEFP) {
+    return facts.Bits == 64 ? spread(double{}) : spread(float{});
+  }
+  if (facts.Bits == 32) {
+    return isSigned ? spread(std::int32_t{}) : spread(std::uint32_t{});
+  }
+  if (facts.Bits == 16) {
+    return isSigned ? spread(std::int16_t{}) : spread(std::uint16_t{});
+  }
+  return spread(std::int8_t{});
 }
 
 bool ReadDegrees(const TiffFacts& facts, const Placement& placement, TiffRows& rows,
@@ -219,7 +214,14 @@ bool ReadColours(const TiffFacts& facts, const Placement& placement, TiffRows& r
   const auto used = static_cast<std::size_t>(facts.Used);
   std::vector<std::uint8_t> samples(facts.Width * used);
   std::vector<std::uint8_t> colours(facts.Width * std::size_t{3});
+  const bool isPlain = facts.Bits == 8 && facts.Format != SAMPLEFORMAT_INT && facts.Samples == 3 &&
+                       facts.Planar == PLANARCONFIG_CONTIG;
   return ForEachRow(facts, rows, [&](std::size_t row) {
+    if (isPlain && picture.Depth == 8) {
+      ReduceRow(rows.Samples(0), facts.Width, colours.data());
+      placement.Put<1>(colours.data(), row, picture.Stride, picture.Pixels.data());
+      return;
+    }
     std::uint8_t* const to = used == 3 ? colours.data() : samples.data();
     for (int sample = 0; sample < facts.Used; ++sample) {
       reader.Read(rows, sample, to + sample, used);

@@ -14,15 +14,15 @@
 namespace tessa {
 namespace {
 
-/// Bytes that the library may decode: four for each of the most pixels, and what a larger file can
-/// justify for each of its bytes.
-constexpr std::uint64_t kDecodedBase = 4 * kMaxPicturePixels;
+/// Bytes that the library may decode, at up to 3 ns each: three for each of the most pixels, and
+/// what a larger file can justify for each of its bytes.
+constexpr std::uint64_t kDecodedBase = 3 * kMaxPicturePixels;
 constexpr std::uint64_t kDecodedPerByte = 8;
 /// Memory beside the picture for rows of tiles and for scans of JPEG strips.
 constexpr std::uint64_t kWorkMemory = 48ULL << 20;
 /// Small tiles cost their own time each.
 constexpr std::uint32_t kSmallestTile = 16;
-constexpr std::uint64_t kMostBlockVisits = 32'000'000;
+constexpr std::uint64_t kMostBlockVisits = 8'000'000;
 
 TiffHandle::State& StateOf(thandle_t handle) {
   return *static_cast<TiffHandle::State*>(handle);
@@ -113,16 +113,16 @@ bool CheckCompression(std::uint16_t code, Problems& faults) {
                                   [&](const Compression& c) { return c.Code == code; });
   if (known == kCompressions.end() || !known->IsRead) {
     const std::string name = known == kCompressions.end() ? std::string() : known->Name;
-    return Refuse(faults, ProblemKind::kUnsupported, "Compression",
-                  "the TIFF compression " +
-                      (name.empty() ? std::to_string(code)
-                                    : name + " (" + std::to_string(code) + ")") +
-                      " is not read here");
+    return Refuse(
+        faults, ProblemKind::kUnsupported, "Compression",
+        "the TIFF compression " +
+            (name.empty() ? std::to_string(code) : name + " (" + std::to_string(code) + ")") +
+            " is not read here");
   }
   if (TIFFIsCODECConfigured(code) == 0) {
-    return Refuse(faults, ProblemKind::kUnsupported, "Compression",
-                  std::string("the system's TIFF library was built without the compression ") +
-                      known->Name);
+    return Refuse(
+        faults, ProblemKind::kUnsupported, "Compression",
+        std::string("the system's TIFF library was built without the compression ") + known->Name);
   }
   return true;
 }
@@ -169,8 +169,7 @@ bool CheckSamples(const TiffFacts& facts, Problems& faults) {
   const std::uint16_t bits = facts.Bits;
   const bool isFloat = facts.Format == SAMPLEFORMAT_IEEEFP;
   const bool isSigned = facts.Format == SAMPLEFORMAT_INT;
-  const bool isUnsigned =
-      facts.Format == SAMPLEFORMAT_UINT || facts.Format == SAMPLEFORMAT_VOID;
+  const bool isUnsigned = facts.Format == SAMPLEFORMAT_UINT || facts.Format == SAMPLEFORMAT_VOID;
   if (!isFloat && !isSigned && !isUnsigned) {
     return Refuse(faults, ProblemKind::kUnsupported, "SampleFormat",
                   "TIFF samples that are complex numbers are not read here");
@@ -213,9 +212,8 @@ bool CheckJpegParts(TIFF* tiff, const ByteSource& file, const TiffFacts& facts, 
     TIFFGetFieldDefaulted(tiff, TIFFTAG_ROWSPERSTRIP, &partHeight);
     partHeight = std::min(partHeight, facts.Height);
   }
-  const std::uint64_t partSamples =
-      std::uint64_t{partWidth} * partHeight *
-      (facts.Planar == PLANARCONFIG_CONTIG ? facts.Samples : 1U);
+  const std::uint64_t partSamples = std::uint64_t{partWidth} * partHeight *
+                                    (facts.Planar == PLANARCONFIG_CONTIG ? facts.Samples : 1U);
   Bytes piece(1 << 16);
   std::uint64_t room = file.Size() + (1 << 16);
   std::uint64_t visits = 0;
@@ -247,7 +245,8 @@ bool CheckJpegParts(TIFF* tiff, const ByteSource& file, const TiffFacts& facts, 
       }
     }
     visits += scans * (partSamples / 64);
-    if (visits > kMostBlockVisits || (scans > 1 && partSamples * 2 > kWorkMemory)) {
+    if ((scans > 1 && visits > kMostBlockVisits + 2 * file.Size()) ||
+        (scans > 1 && partSamples * 2 > kWorkMemory)) {
       return Refuse(faults, ProblemKind::kTooLarge, "Compression",
                     "the scans of its JPEG parts are more work than a photograph is");
     }
@@ -283,7 +282,7 @@ bool CheckWork(TIFF* tiff, const ByteSource& file, const TiffFacts& facts, Probl
   // Values that are spread over the levels are decoded twice.
   const bool twice = facts.Used == 1 && facts.Photometric != PHOTOMETRIC_PALETTE &&
                      !facts.HoldsDegrees && (facts.Bits > 8 || facts.Format == SAMPLEFORMAT_INT);
-  if (decoded * (twice ? 2 : 1) > kDecodedBase + kDecodedPerByte * file.Size()) {
+  if (decoded + (twice ? decoded / 2 : 0) > kDecodedBase + kDecodedPerByte * file.Size()) {
     return Refuse(faults, ProblemKind::kTooLarge, "Size",
                   "the picture claims to be far larger than its file can justify");
   }
@@ -400,8 +399,8 @@ bool TiffRows::Next() {
       if (row_ % tileHeight_ == 0 && !ReadTiles(plane, sample)) {
         return false;
       }
-    } else if (TIFFReadScanline(tiff, plane.Rows.data(), static_cast<std::uint32_t>(row_),
-                                sample) < 0) {
+    } else if (TIFFReadScanline(tiff, plane.Rows.data(), static_cast<std::uint32_t>(row_), sample) <
+               0) {
       return false;
     }
     ++sample;

@@ -53,8 +53,8 @@ class TiffHandle {
   TIFF* tiff_ = nullptr;
 };
 
-/// Reads and judges the facts: every bound is checked before a pixel is decoded. False, and a fault,
-/// for a picture that is not read here.
+/// Reads and judges the facts: every bound is checked before a pixel is decoded. False, and a
+/// fault, for a picture that is not read here.
 bool ReadTiffFacts(const TiffHandle& handle, const ByteSource& file, TiffFacts& facts,
                    Problems& faults);
 
