@@ -557,9 +557,11 @@ TEST_F(SequenceLoad, ACutVisiblePictureDoesTheInfraredOneNoHarm) {
   EXPECT_TRUE(view_.VisibleImageEntries);
   Open("v.sit", Sit('\2', Joined(Bytes(8), {0xFF, 0xD8})));
   EXPECT_FALSE(view_.VisibleImageEntries);
-  EXPECT_THROW(EncodeForExport(session_, Name("png"), {.View = ExportView::kVisible}), StepFailure);
-  EXPECT_THROW(EncodeForExport(session_, Name("png"), {.View = ExportView::kComposite}),
-               StepFailure);
+  for (const ExportView view : {ExportView::kVisible, ExportView::kComposite}) {
+    ExportOptions options;
+    options.View = view;
+    EXPECT_THROW(EncodeForExport(session_, Name("png"), options), StepFailure);
+  }
   ExpectOneFault(ProblemKind::kWrongKind, 0, "VisibleImage", false);
 }
 
