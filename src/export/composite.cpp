@@ -77,13 +77,15 @@ void PlanTexts(const OpenImage& image, Plan& plan) {
   plan.BarTop = plan.TextHeight / 2.0 - 2.0;
 }
 
-void DrawImageAndBar(const Plan& plan, const OpenImage& image, ViewBuffers& buffers) {
+void DrawImageAndBar(const Plan& plan, ViewBuffers& buffers) {
   Picbuf& target = buffers.Picbuf3;
-  buffers.Picbuf8.CopyFrom(false, buffers.Picbuf1, false);
-  buffers.Picbuf8.ConvertDepth(24);
+  // Only the part that is drawn is turned into colours: the image can be far larger than that.
+  buffers.Picbuf8.CreateBuffer(0, plan.ImageHeight, plan.ImageWidth, 24);
+  const Picbuf& picture = buffers.Picbuf1;
+  Select(buffers.Picbuf8, 0, 0, plan.ImageWidth, plan.ImageHeight);
+  buffers.Picbuf8.CopyFrom(false, picture, true);
   buffers.Picbuf9.CopyFrom(false, buffers.Picbuf7, false);
   buffers.Picbuf9.ConvertDepth(24);
-  Select(buffers.Picbuf8, 0, 0, image.ImageWidth, image.ImageHeight);
   Select(target, 0, 0, plan.ImageWidth, plan.ImageHeight);
   target.CopyFrom(true, buffers.Picbuf8, true);
 
@@ -167,7 +169,7 @@ void Build(bool withVisible, Session& session) {
     buffers.Picbuf3.CreateBuffer(kWhite, height,
                                  barEnd + (withVisible ? kVisibleGap + kVisibleWidth : 0), 24);
     buffers.PicBuf6.CreateBuffer(kWhite, plan.ImageHeight, kTickStart + plan.TextWidth, 24);
-    DrawImageAndBar(plan, image, buffers);
+    DrawImageAndBar(plan, buffers);
     DrawScale(plan, image, session.View, buffers.Picbuf3);
     if (withVisible) {
       steps.Run("visible picture in composite", [&] {

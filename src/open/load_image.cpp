@@ -177,16 +177,14 @@ void FinishLoad(Ending ending, Session& session, Progress& progress) {
   session.Buffers.PicBuf2.UpdatePalette();
   view.Source = RangeSource::kStored;
   if (ending == Ending::kSit || ending == Ending::kTmp ||
-      (ending == Ending::kBmp && image.HasTemperature)) {
+      ((ending == Ending::kBmp || ending == Ending::kTif) && image.HasTemperature)) {
     view.Source = RangeSource::kImage;
     ToggleRangeSource(PiecesForRendering(session, progress));
   }
 }
 
-}  // namespace
-
-void LoadImageFile(Session& session, Progress& progress) {
-  ResetForLoad(session);
+/// From the dispatch on the file's ending to the zoom.
+void RunLoad(Session& session, Progress& progress) {
   const Ending named = EndingOf(session.Image.CurrentFile);
   const Ending ending = RunLoader(named, session, progress);
   SetCommonFields(ending, session, progress);
@@ -197,6 +195,28 @@ void LoadImageFile(Session& session, Progress& progress) {
   }
   SetZoomForWidth(session.Image.ImageWidth, session.View.Zoom, session.Buffers.Picbuf1);
   FinishLoad(ending, session, progress);
+}
+
+void ReportNoMemory(Session& session) {
+  session.View.LoadingTextVisible = false;
+  session.Faults.push_back({ProblemKind::kTooLarge, 0, "Memory",
+                            "the image is too large: there is not enough memory for it", true});
+}
+
+}  // namespace
+
+void LoadImageFile(Session& session, Progress& progress) {
+  ResetForLoad(session);
+  try {
+    RunLoad(session, progress);
+  } catch (const std::bad_alloc&) {
+    session.Image.ImageBusy = false;
+    ReportNoMemory(session);
+    return;
+  }
+  if (session.Steps.RanOutOfMemory()) {
+    ReportNoMemory(session);
+  }
 }
 
 void OpenCurrentImage(Session& session, Progress& progress) {

@@ -50,6 +50,7 @@ bool TakesEnteredRange(const OpenImage& image) {
     case KindRti:
       return true;
     case KindBmp:
+    case KindTiff:
       return image.HasTemperature;
     default:
       return false;
@@ -61,6 +62,7 @@ bool TakesEnteredRange(const OpenImage& image) {
 TemperaturePair PairForButton(const OpenImage& image, RangeSource source) {
   const QString ending = KindEnding(image.CurrentFile);
   const bool plain = ending == QLatin1String("TMP") || ending == QLatin1String("RTI") ||
+                     ending == QLatin1String("TIF") ||
                      (ending == QLatin1String("BMP") && image.HasTemperature);
   if (plain) {
     return source == RangeSource::kImage ? TemperaturePair{image.TempMin, image.TempMax}

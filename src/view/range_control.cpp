@@ -27,7 +27,8 @@ void HideMarkers(ViewState& view) {
 
 bool HasMarkers(const OpenImage& image) {
   return image.ImageKind == KindSit || image.ImageKind == KindTmp || image.ImageKind == KindRti ||
-         image.ImageKind == KindTxi || (image.ImageKind == KindBmp && image.HasTemperature);
+         image.ImageKind == KindTxi ||
+         ((image.ImageKind == KindBmp || image.ImageKind == KindTiff) && image.HasTemperature);
 }
 
 /// The line beside the strip from the image's maximum to its minimum, with a stroke at each end

@@ -11,7 +11,8 @@ bool ReadsGrid(const OpenImage& image) {
   const QString ending = KindEnding(image.CurrentFile);
   return ending == QLatin1String("TMP") || ending == QLatin1String("RTI") ||
          ending == QLatin1String("SEQ") || ending == QLatin1String("SIT") ||
-         ending == QLatin1String("TXI") || ending == QLatin1String("BMP");
+         ending == QLatin1String("TXI") || ending == QLatin1String("BMP") ||
+         ending == QLatin1String("TIF");
 }
 
 /// Temperature in the unit of display at a 1-based position whose palette index is `index`.

@@ -1,6 +1,7 @@
 #include "view/render.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 
 #include "core/units.h"
@@ -58,20 +59,26 @@ RenderLine MakeRenderLine(float lo, float hi, StepLog& steps) {
 void RenderGridRow(int row, int columns, const RenderLine& line, std::int32_t& value,
                    OpenImage& image, Picbuf& picture) {
   const auto degrees = std::as_const(image.TempGrid).Row(row);
-  const std::span<std::int32_t> cells = image.RowBuffers.Row(row);
+  const std::span<std::uint8_t> cells = image.RowBuffers.Row(row);
   const std::span<std::uint8_t> indices = picture.IndexRow(row);
   if (cells.size() < indices.size()) {
     throw std::out_of_range("the picture is wider than a row buffer");
   }
   const auto count =
       std::min({static_cast<std::size_t>(std::max(columns, 0)), degrees.size(), indices.size()});
-  MapToIndices(degrees.first(count), line, value, cells, indices);
+  std::array<std::int32_t, 512> values;
+  for (std::size_t at = 0; at < count; at += values.size()) {
+    const std::size_t part = std::min(values.size(), count - at);
+    MapToIndices(degrees.subspan(at, part), line, value, values, indices.subspan(at, part));
+  }
+  std::copy_n(indices.begin(), count, cells.begin());
 }
 
 void RenderRows(float& lo, float& hi, const RenderPieces& pieces) {
   const QString ending = KindEnding(pieces.Image.CurrentFile);
   const bool wide = ending == QLatin1String("TXI") || ending == QLatin1String("SEQ") ||
-                    ending == QLatin1String("BMP") || ending == QLatin1String("RTI");
+                    ending == QLatin1String("BMP") || ending == QLatin1String("RTI") ||
+                    ending == QLatin1String("TIF");
   Render(lo, hi, wide ? pieces.Image.ImageWidth : kNarrowColumns, pieces);
 }
 
@@ -82,8 +89,8 @@ void RenderRowsSit(float& lo, float& hi, const RenderPieces& pieces) {
 void ToggleRangeSource(const RenderPieces& pieces) {
   const OpenImage& image = pieces.Image;
   const QString ending = KindEnding(image.CurrentFile);
-  const bool plain =
-      ending == QLatin1String("TMP") || (ending == QLatin1String("BMP") && image.HasTemperature);
+  const bool plain = ending == QLatin1String("TMP") || ending == QLatin1String("TIF") ||
+                     (ending == QLatin1String("BMP") && image.HasTemperature);
   const bool toImage = pieces.View.Source == RangeSource::kStored;
   pieces.View.Source = toImage ? RangeSource::kImage : RangeSource::kStored;
   float lo = 0.0F;
