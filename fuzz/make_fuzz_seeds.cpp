@@ -18,7 +18,7 @@
 #include "formats/sit.h"
 #include "formats/tmp_image.h"
 #include "formats/wave.h"
-#include "view/picture_file.h"
+#include "view/jpeg_picture.h"
 
 namespace {
 
