@@ -282,7 +282,7 @@ TEST_F(SitLoad, AFileCutAnywhereKeepsWhatIsThereAndLeavesTheRestZero) {
   ExpectNextFileOpensNormally();
 }
 
-TEST_F(SitLoad, WhatIsNoReadableFileLeavesTheRecordHalfUpdated) {
+TEST_F(SitLoad, WhatIsNoReadableFileLeavesABlankRasterAndNoTexts) {
   const QString folder = folder_.Path(Name("FOLDER.SIT"));
   const QString pipe = folder_.Path(Name("pipe.sit"));
   const QString locked = folder_.Write(Name("locked.sit"), EncodeSit(Golden()));
@@ -302,10 +302,9 @@ TEST_F(SitLoad, WhatIsNoReadableFileLeavesTheRecordHalfUpdated) {
     }
     ASSERT_NE(FindNoImage(session_.Faults), nullptr);
     EXPECT_EQ(session_.Faults[0].Kind, ProblemKind::kUnreadable);
-    EXPECT_FALSE(session_.Steps.Failures().empty());
     EXPECT_EQ(image_.CurrentFilePath, path);
-    EXPECT_EQ(image_.Emissivity, 0.95F);  // The header record is the former file's.
-    EXPECT_EQ(image_.SitScaleMax, 40.0F);
+    EXPECT_EQ(image_.SitHeader.EmissivityX100, 95) << "the record keeps the former header";
+    EXPECT_TRUE((view_.Comment + view_.Memo + image_.ImageDate + view_.StatusPanel[4]).isEmpty());
     ExpectExtremes(999.0F, -999.0F);
     EXPECT_EQ(image_.TempGrid.At(100, 100), 0.0F);
     ExpectNextFileOpensNormally();

@@ -102,15 +102,14 @@ TEST_F(OpenSit, SwitchingTheUnitRewritesEveryTextAndNothingElse) {
 }
 
 TEST_F(OpenSit, RangeTextsAreCutToSixCharacters) {
-  image_.ScaleLowText = QStringLiteral("-900.0");
-  image_.ScaleHighText = QStringLiteral("5555.5");
+  SetRangeAsShown(-900.0, 5555.5, image_);
   ToFahrenheit();
   EXPECT_EQ(image_.ScaleLowText.toStdString(), "-1588.");
   EXPECT_EQ(image_.ScaleHighText.toStdString(), "10031.");  // 10031.9
   EXPECT_EQ(view_.RangeLowText.toStdString(), "-1588.0");
-  image_.ScaleLowText = QStringLiteral("  ");
+  SetNoRange(image_);
   ToCelsius();
-  EXPECT_EQ(image_.ScaleHighText.toStdString(), "10031.");
+  EXPECT_TRUE(image_.ScaleHighText.isEmpty());
   EXPECT_EQ(image_.DisplayUnits, 'C');
 }
 
@@ -188,8 +187,7 @@ TEST_F(OpenSit, WithoutTemperaturesThePaletteEntryIsRead) {
 
 TEST_F(OpenSit, AKindWithoutAGridReadsTheScaleOfItsTexts) {
   SetCurrentFile(image_, QStringLiteral("/x/y.jpg"));
-  image_.ScaleLowText = QStringLiteral("20.0");
-  image_.ScaleHighText = QStringLiteral("71.0");
+  SetRangeAsShown(20.0, 71.0, image_);
   image_.RowBuffers.Row(0)[4] = 100;
   EXPECT_EQ(At(8, 0), "X:  5|Y:  1|Temp: 40.0 \u00B0C");  // 51 x 100 / 255 above 20.
   image_.DisplayUnits = 'F';                              // The texts are in its unit already.

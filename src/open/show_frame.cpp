@@ -222,7 +222,7 @@ bool ShowFrame(bool useEnteredScale, Session& session, Progress& progress) {
   const ScalePair scale = ChooseScale(useEnteredScale, stored, session);
   image.ScaleMin = scale.Low;
   image.ScaleMax = scale.High;
-  SetScaleTexts(static_cast<double>(scale.Low), static_cast<double>(scale.High), image);
+  SetRangeInForce(static_cast<double>(scale.Low), static_cast<double>(scale.High), image);
   if (useEnteredScale) {
     session.Steps.Run("scale display",
                       [&] { UpdateRangeDisplay(image, session.View, session.Words); });
@@ -255,17 +255,12 @@ bool ShowFrameFile(bool keepScale, Session& session, Progress& progress) {
   if (keepScale) {
     scale = {static_cast<float>(ParseNumber(view.RangeLowText)),
              static_cast<float>(ParseNumber(view.RangeHighText))};
-    image.ScaleLowText = SixCharacters(FormatTenths(static_cast<double>(scale.Low)));
-    image.ScaleHighText = SixCharacters(FormatTenths(static_cast<double>(scale.High)));
+    SetRangeAsShown(static_cast<double>(scale.Low), static_cast<double>(scale.High), image);
   } else if (frame) {
-    SetScaleTexts(static_cast<double>(scale.Low), static_cast<double>(scale.High), image);
+    SetRangeInForce(static_cast<double>(scale.Low), static_cast<double>(scale.High), image);
   }
   RenderFrame(frame, scale, session, progress);
 
-  picture.FileType = Picbuf::kBmp;
-  if (session.ConversionOutputs.contains(picture.FileName)) {
-    session.Steps.Run("save shown frame", [&] { picture.SaveFile(); });
-  }
   view.LoadingTextVisible = textShown;
   view.LoadProgressVisible = progressShown;
   view.LoadProgress = 0.0;

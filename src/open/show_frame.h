@@ -14,9 +14,7 @@ bool ShowFrame(bool useEnteredScale, Session& session, Progress& progress);
 /// Shows CurrentFrame from its own frame file beside the open image ("B-000.APD" for frame 1 of
 /// B.RTI) or, where there is none, from the open file itself. Without `keepScale` the palette
 /// spreads over the frame's own extremes; with it the entered range stays, its numbers taken as
-/// they stand. A frame that neither has goes blank. At the end the picture is saved once more under
-/// the buffer's name, if and only if that is an output of the running or the last conversion. False
-/// when the frame went blank.
+/// they stand. A frame that neither has goes blank, and the result is false.
 bool ShowFrameFile(bool keepScale, Session& session, Progress& progress);
 
 /// The same without `keepScale`, but only when the frame has a file of its own; otherwise nothing

@@ -17,6 +17,11 @@ QString FrameOutputName(const QString& prefix, int frame, FrameFormat format);
 /// True for a prefix that names files in the image's own folder and nowhere else.
 bool IsUsablePrefix(const QString& prefix);
 
+/// A step to another frame: shows CurrentFrame as ShowFrameFile does and saves the picture once
+/// more under the buffer's name, if and only if that is an output of the running or the last
+/// conversion.
+void ShowAndSaveFrame(bool keepScale, Session& session, Progress& progress);
+
 struct FrameConversion {
   QString Prefix;
   FrameFormat Format = FrameFormat::kBmp;

@@ -24,7 +24,7 @@ void RememberWhileRed(const TemperaturePair& range, const RenderPieces& pieces) 
     return;
   }
   OpenImage& image = pieces.Image;
-  if (image.ImageKind == KindSit) {
+  if (RulesByImageKind(image).UsesSitPairs) {
     image.SitScaleMin = range.Minimum;
     image.SitScaleMax = range.Maximum;
   } else {
@@ -34,35 +34,21 @@ void RememberWhileRed(const TemperaturePair& range, const RenderPieces& pieces) 
 }
 
 void RenderForKind(TemperaturePair range, const RenderPieces& pieces) {
-  if (pieces.Image.ImageKind == KindSit) {
+  if (RulesByImageKind(pieces.Image).UsesSitPairs) {
     RenderRowsSit(range.Minimum, range.Maximum, pieces);
   } else {
     RenderRows(range.Minimum, range.Maximum, pieces);
   }
 }
 
-/// Kinds that an entered range is applied to.
 bool TakesEnteredRange(const OpenImage& image) {
-  switch (image.ImageKind) {
-    case KindSit:
-    case KindTmp:
-    case KindTxi:
-    case KindRti:
-      return true;
-    case KindBmp:
-      return image.HasTemperature;
-    default:
-      return false;
-  }
+  return Holds(RulesByImageKind(image).TakesEnteredRange, image);
 }
 
 /// The pair that the button's new state stands for. Other kinds than those of the first group use
 /// the fields of SIT images.
 TemperaturePair PairForButton(const OpenImage& image, RangeSource source) {
-  const QString ending = KindEnding(image.CurrentFile);
-  const bool plain = ending == QLatin1String("TMP") || ending == QLatin1String("RTI") ||
-                     (ending == QLatin1String("BMP") && image.HasTemperature);
-  if (plain) {
+  if (Holds(RulesByName(image).PlainPairAtClick, image)) {
     return source == RangeSource::kImage ? TemperaturePair{image.TempMin, image.TempMax}
                                          : TemperaturePair{image.ScaleMin, image.ScaleMax};
   }
@@ -97,11 +83,7 @@ void ThumbMoving(bool autoUpdate, const RenderPieces& pieces) {
     return;
   }
   OpenImage& image = pieces.Image;
-  const auto text = [&](float celsius) {
-    return SixCharacters(TemperatureText(static_cast<double>(celsius), image.DisplayUnits));
-  };
-  image.ScaleHighText = text(range.Maximum);
-  image.ScaleLowText = text(range.Minimum);
+  SetRangeInForce(static_cast<double>(range.Minimum), static_cast<double>(range.Maximum), image);
   pieces.Steps.Run("scale display", [&] { UpdateRangeDisplay(image, pieces.View, pieces.Words); });
 }
 
@@ -133,7 +115,7 @@ void RangeReset(const RenderPieces& pieces) {
   view.RenderProgress = 0.0;
   view.RenderProgressVisible = true;
   const bool green = view.Source == RangeSource::kImage;
-  if (image.ImageKind == KindSit || image.ImageKind == KindTmp) {
+  if (RulesByImageKind(image).ResetsByToggle) {
     RenderForKind(green ? ImageExtremes(image) : StoredScale(image), pieces);
   } else if (TakesEnteredRange(image)) {
     RenderForKind(StoredScale(image), pieces);

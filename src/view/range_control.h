@@ -9,12 +9,6 @@
 
 namespace tessa {
 
-/// A pair of temperatures, degrees Celsius.
-struct TemperaturePair {
-  float Minimum = 0.0F;
-  float Maximum = 0.0F;
-};
-
 /// Extremes and stored scale of the open image, from the fields of its kind.
 TemperaturePair ImageExtremes(const OpenImage& image);
 TemperaturePair StoredScale(const OpenImage& image);
@@ -24,7 +18,7 @@ TemperaturePair StoredScale(const OpenImage& image);
 void InitRangeControl(const TemperaturePair& extremes, const TemperaturePair& range,
                       char displayUnits, RangeSlider& slider, ViewState& view);
 
-/// Brings the texts, labels and markers of the scale into line with ScaleLowText and ScaleHighText.
+/// Brings the texts, labels and markers of the scale into line with the range in force.
 void UpdateRangeDisplay(const OpenImage& image, ViewState& view, const Strings& strings);
 
 /// "Range: -40.0 to 120.0": the camera's calibrated range in the unit of display.

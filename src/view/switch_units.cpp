@@ -31,9 +31,7 @@ void SwitchUnit(OpenImage& image, ViewState& view, const RangeSlider& slider,
   image.FileUnits = unit;
   image.DisplayUnits = unit;
   if (!image.ScaleLowText.trimmed().isEmpty()) {
-    for (QString* text : {&image.ScaleLowText, &image.ScaleHighText}) {
-      *text = SixCharacters(FormatTenths(convert(ParseNumber(*text))));
-    }
+    SetRangeAsShown(convert(image.ShownLow), convert(image.ShownHigh), image);
     UpdateRangeDisplay(image, view, strings);
   }
 }
