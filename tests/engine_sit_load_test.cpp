@@ -222,6 +222,12 @@ TEST_F(SitLoad, ASoundBesideTheImageNeverLeadsOutOfItsFolder) {
   EXPECT_FALSE(image_.SoundEmbedded);
   EXPECT_EQ(image_.SoundFile, folder_.Path(Name("SND00001.AIF")));
   EXPECT_EQ(image_.SoundFileTitle.toStdString(), "NOTE.WAV");
+  // With this extension the name is a position inside the file.
+  fields.SoundName = "156161";
+  fields.SoundExt = "WAV";
+  Open(fields);
+  EXPECT_FALSE(image_.SoundEmbedded);
+  EXPECT_EQ(image_.SoundFile, Name("156161.WAV"));
   for (const auto& [name, extension] :
        {std::pair{"../../AB", "AIF"}, std::pair{"/ETC/X", "AIF"}, std::pair{"A\\B", "AIF"},
         std::pair{"A", "/B"}, std::pair{"..", "AIF"}, std::pair{" SND", "AIF"}}) {
@@ -236,14 +242,15 @@ TEST_F(SitLoad, DigitsBecomeDatesAndTimesAndOthersStayAsTheyStand) {
   for (const auto& [digits, time] :
        {std::pair{"000000", "12:00:00 AM"}, std::pair{"090807", "9:08:07 AM"},
         std::pair{"120000", "12:00:00 PM"}, std::pair{"235959", "11:59:59 PM"},
-        std::pair{"256199", "25:61:99"}, std::pair{"ABCDEF", "0:CD:EF"}}) {
+        std::pair{"256199", "25:61:99"}, std::pair{"ABCDEF", "0:CD:EF"}, std::pair{"", ""},
+        std::pair{"      ", ""}}) {
     EXPECT_EQ(TimeFromDigits(digits).toStdString(), time);
   }
   for (const auto& [digits, date] :
        {std::pair{"260705", "7/05/2026"}, std::pair{"791231", "12/31/2079"},
         std::pair{"800101", "1/01/1980"}, std::pair{"240229", "2/29/2024"},
         std::pair{"260229", "02/29/26"}, std::pair{"261315", "13/15/26"},
-        std::pair{"ABCDEF", "CD/EF/AB"}}) {
+        std::pair{"ABCDEF", "CD/EF/AB"}, std::pair{"", ""}, std::pair{"      ", ""}}) {
     EXPECT_EQ(DateFromDigits(digits).toStdString(), date);
   }
 }
@@ -321,9 +328,10 @@ TEST_F(SitLoad, AFileOfNothingButOnesIsReadAsItStands) {
   EXPECT_EQ(image_.SitScaleMax, -9.9999237060546875F);
   // From 3s to -5s the palette runs downwards: 0 degrees lie 3/8 of the way, at 95.6.
   EXPECT_EQ(Row(7)[7], 96);
-  // lo 0, hi -10: half the span is -5, half of that truncated -2.
-  EXPECT_EQ(view_.LimitMinText.toStdString(), "2.0");
-  EXPECT_EQ(view_.LimitMaxText.toStdString(), "-12.0");
+  // The slider runs upwards all the same: from -10 to 6, half the span is 8, half of that 4.
+  EXPECT_EQ(view_.LimitMinText.toStdString(), "-14.0");
+  EXPECT_EQ(view_.LimitMaxText.toStdString(), "10.0");
+  EXPECT_EQ(session_.Range.RangeMaxValue(), 5.9999542236328125);
   EXPECT_EQ(image_.ImageDate.toStdString(), "\u00FF\u00FF/\u00FF\u00FF/\u00FF\u00FF");
   ExpectNextFileOpensNormally();
 }

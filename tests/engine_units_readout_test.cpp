@@ -12,7 +12,7 @@ namespace {
 TEST(Units, NumbersEndAtTheDegreeSign) {
   const std::pair<const char*, double> numbers[] = {
       {"36.5 \u00B0C", 36.5}, {"120.5\u00B0 99", 120.5}, {"-40", -40.0},
-      {"1,234", 1.0},         {"\u00B05", 0.0},          {"abc", 0.0}};
+      {"20,5\u00B0", 20.5},   {"\u00B05", 0.0},          {"abc", 0.0}};
   for (const auto& [text, number] : numbers) {
     EXPECT_EQ(ParseNumber(QString::fromUtf8(text)), number) << text;
   }

@@ -89,6 +89,7 @@ struct OpenImage {
   int FrameCount = 0;    // 0: no sequence, or one that could not be read.
   int CurrentFrame = 0;  // 1-based.
   float SeqVersion = 0.0F;
+  bool SeqIsContainer = false;         // Frames are read from the file one by one.
   std::int64_t SeqFrameStride = 0;     // Bytes from one frame to the next in a container.
   int SeqDepth = 0;                    // Bits a pixel, containers only.
   std::vector<QString> SeqFrameTimes;  // Stamps of a snapshot's frames.

@@ -258,6 +258,8 @@ void CloseImage(Session& session, Progress& progress) {
   view.HasImage = false;
   view.Comment.clear();
   view.Memo.clear();
+  view.RangeLowText.clear();
+  view.RangeHighText.clear();
   view.StatusPanel.fill(QString());
   ClearReadout(session.Cursor, view);
   progress.LetEventsRun();

@@ -85,19 +85,16 @@ void TakeStill(Still still, Session& session) {
   if (isBin) {
     // From here on a SIT image to every test of the kind; no file has this name.
     image.CurrentFile = image.CurrentFile.chopped(3) + QStringLiteral(".SIT");
-    image.HasTemperature = true;
-    view.RangeToggleVisible = true;
-    view.StatusPanel[5].clear();
-    image.ImageKind = KindSit;
-    return;
-  }
-  if (still.Kind == KindSit) {
+  } else if (still.Kind == KindSit) {
     image.SitFileLength = static_cast<std::int64_t>(still.FileSize);
     image.SitVersion = still.Version;
     TakeSound(still.Sound, session.Folder, image);
     ExtractVisible(still.PhotographPosition, session);
   }
   FinishRadiometricLoad(still.Kind, session);
+  if (isBin) {
+    view.StatusPanel[5].clear();
+  }
 }
 
 void LoadStill(Session& session, Progress& progress) {

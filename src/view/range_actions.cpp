@@ -18,6 +18,21 @@ void SetThumbs(const TemperaturePair& range, RangeSlider& slider) {
                         static_cast<double>(range.Minimum));
 }
 
+/// The same as far as the slider's limits, which may be narrower, allow it.
+void SetThumbsWithinLimits(const TemperaturePair& range, RangeSlider& slider) {
+  const auto kept = [&](float value) {
+    return std::clamp(static_cast<double>(value), slider.ScaleMinLimit(), slider.ScaleMaxLimit());
+  };
+  slider.SetRangeValues(true, kept(range.Maximum), kept(range.Minimum));
+}
+
+/// `celsius`, or `shown` when both read the same in the unit of display: what a box shows, rounded,
+/// may be entered again.
+double AsShown(double celsius, double shown, char displayUnits) {
+  return TemperatureText(celsius, displayUnits) == TemperatureText(shown, displayUnits) ? shown
+                                                                                        : celsius;
+}
+
 /// A range chosen while the toggle is red becomes the stored scale of the image's kind.
 void RememberWhileRed(const TemperaturePair& range, const RenderPieces& pieces) {
   if (pieces.View.Source != RangeSource::kStored) {
@@ -95,8 +110,14 @@ void RangeApply(const QString& lowText, const QString& highText, const RenderPie
     const auto celsius = [&](const QString& text) {
       return FromDisplayUnits(ParseNumber(text), pieces.Image.DisplayUnits);
     };
-    double lo = celsius(lowText);
-    double hi = celsius(highText);
+    const auto inside = [&](double value) {
+      const char unit = pieces.Image.DisplayUnits;
+      return value < pieces.Slider.ScaleMinLimit()
+                 ? AsShown(value, pieces.Slider.ScaleMinLimit(), unit)
+                 : std::min(value, AsShown(value, pieces.Slider.ScaleMaxLimit(), unit));
+    };
+    double lo = inside(celsius(lowText));
+    double hi = inside(celsius(highText));
     if (!pieces.Slider.SetRangeValues(true, hi, lo)) {
       hi = pieces.Slider.RangeMaxValue();
       lo = pieces.Slider.RangeMinValue();
@@ -127,8 +148,11 @@ void RangeReset(const RenderPieces& pieces) {
 void ApplyLimitTexts(const QString& minText, const QString& maxText, const RenderPieces& pieces) {
   const char unit = pieces.Image.DisplayUnits;
   RangeSlider& slider = pieces.Slider;
-  double minimum = FromDisplayUnits(ParseNumber(minText), unit);
-  double maximum = FromDisplayUnits(ParseNumber(maxText), unit);
+  const auto limit = [&](const QString& text, double present) {
+    return AsShown(FromDisplayUnits(ParseNumber(text), unit), present, unit);
+  };
+  double minimum = limit(minText, slider.ScaleMinLimit());
+  double maximum = limit(maxText, slider.ScaleMaxLimit());
   // Limits that leave nothing of the range in view would squeeze the thumbs into one point.
   const bool leavesRange = maximum > slider.RangeMinValue() && minimum < slider.RangeMaxValue();
   if (!leavesRange || !slider.SetScaleLimits(true, maximum, minimum)) {
@@ -141,7 +165,7 @@ void ApplyLimitTexts(const QString& minText, const QString& maxText, const Rende
   slider.SetImageMarks(true, static_cast<double>(extremes.Maximum),
                        static_cast<double>(extremes.Minimum));
   if (pieces.View.Source == RangeSource::kImage) {
-    SetThumbs(extremes, slider);
+    SetThumbsWithinLimits(extremes, slider);
   }
   ThumbAtRest(pieces);
 }
@@ -149,7 +173,7 @@ void ApplyLimitTexts(const QString& minText, const QString& maxText, const Rende
 void ToggleRangeByButton(const RenderPieces& pieces) {
   ViewState& view = pieces.View;
   view.Source = view.Source == RangeSource::kStored ? RangeSource::kImage : RangeSource::kStored;
-  SetThumbs(PairForButton(pieces.Image, view.Source), pieces.Slider);
+  SetThumbsWithinLimits(PairForButton(pieces.Image, view.Source), pieces.Slider);
   pieces.Watcher.LetEventsRun();
   ThumbAtRest(pieces);
 }

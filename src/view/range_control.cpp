@@ -92,8 +92,11 @@ TemperaturePair StoredScale(const OpenImage& image) {
              : TemperaturePair{image.ScaleMin, image.ScaleMax};
 }
 
-void InitRangeControl(const TemperaturePair& extremes, const TemperaturePair& range,
+void InitRangeControl(const TemperaturePair& extremes, const TemperaturePair& stored,
                       char displayUnits, RangeSlider& slider, ViewState& view) {
+  // A file may have its palette run downwards; the slider never does.
+  const TemperaturePair range{std::min(stored.Minimum, stored.Maximum),
+                              std::max(stored.Minimum, stored.Maximum)};
   auto lo = static_cast<double>(std::min(extremes.Minimum, range.Minimum));
   auto hi = static_cast<double>(std::max(extremes.Maximum, range.Maximum));
   // A half span that fits no integer is a failed step and leaves no margin.
@@ -108,8 +111,8 @@ void InitRangeControl(const TemperaturePair& extremes, const TemperaturePair& ra
   view.LimitMinText = TemperatureText(lo, displayUnits);
   view.LimitMaxText = TemperatureText(hi, displayUnits);
   slider.SetScaleLimits(false, hi, lo);
-  slider.SetImageMarks(false, static_cast<double>(extremes.Maximum),
-                       static_cast<double>(extremes.Minimum));
+  slider.SetImageMarks(false, static_cast<double>(std::max(extremes.Minimum, extremes.Maximum)),
+                       static_cast<double>(std::min(extremes.Minimum, extremes.Maximum)));
   slider.SetRangeValues(false, static_cast<double>(range.Maximum),
                         static_cast<double>(range.Minimum));
   slider.CommitRange();

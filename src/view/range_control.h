@@ -14,8 +14,8 @@ TemperaturePair ImageExtremes(const OpenImage& image);
 TemperaturePair StoredScale(const OpenImage& image);
 
 /// Sets up the range control for a loaded image: limits about a quarter of the span beyond the data
-/// on each side, marks at the extremes, thumbs at the stored range.
-void InitRangeControl(const TemperaturePair& extremes, const TemperaturePair& range,
+/// on each side, marks at the extremes, thumbs at the stored range, each pair in order.
+void InitRangeControl(const TemperaturePair& extremes, const TemperaturePair& stored,
                       char displayUnits, RangeSlider& slider, ViewState& view);
 
 /// Brings the texts, labels and markers of the scale into line with the range in force.
