@@ -99,7 +99,7 @@ class KindsLoad : public LoadTest {
 
   void ExpectSize(int width, int height) const {
     EXPECT_EQ(image_.ImageWidth, width);
-    EXPECT_EQ(image_.HeaderHeight, height);
+    EXPECT_EQ(image_.HeaderHeight(), height);
     EXPECT_EQ(image_.TempGrid.Width(), width);
     EXPECT_EQ(image_.TempGrid.Height(), height);
     EXPECT_EQ(image_.RowBuffers.Rows(), height);
@@ -393,6 +393,13 @@ TEST_F(KindsLoad, ATxiImageWhoseLowLimitIsTheTrailerMarkReadsTheTrailerFirst) {
   EXPECT_EQ(FindNoImage(session_.Faults), nullptr);
   EXPECT_FLOAT_EQ(image_.TempGrid.At(0, 1), 2801.3F);
   EXPECT_FLOAT_EQ(image_.TempGrid.At(0, 2), 3000.0F);
+}
+
+TEST_F(KindsLoad, LongerEndingsOfPicturesNameTheirKinds) {
+  EXPECT_EQ(KindOfName(Name("/A/B.JPEG")).Name, FileKind::kJpg);
+  EXPECT_EQ(KindOfName(Name("/A/B.TIFF")).Name, FileKind::kTif);
+  EXPECT_EQ(KindOfName(Name("/A/JPEG")).Name, FileKind::kOther);
+  EXPECT_EQ(KindOfName(Name("")).Name, FileKind::kOther);
 }
 
 TEST_F(KindsLoad, ProgressEndsAtAHundredAndNeverFalls) {

@@ -129,7 +129,6 @@ TEST_F(SitLoad, HeaderFieldsReachRecordAndPanels) {
               fahrenheit ? "Range: -40.0 to 248.0" : "Range: -40.0 to 120.0");
     EXPECT_EQ(view_.StatusPanel[6], folder_.Path(Name("note.sit")).toUpper());
     EXPECT_TRUE(view_.RangeSliderVisible && view_.RangeEntryVisible);
-    EXPECT_EQ(view_.FahrenheitSelected, fahrenheit);
     EXPECT_EQ(view_.CelsiusSelected, !fahrenheit);
     EXPECT_EQ(image_.FileUnits, fahrenheit ? 'F' : 'C');
     EXPECT_EQ(session_.Settings.LastFolder + Name("note.sit"), image_.CurrentFilePath);

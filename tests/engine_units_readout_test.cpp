@@ -84,7 +84,7 @@ TEST_F(OpenSit, SwitchingTheUnitRewritesEveryTextAndNothingElse) {
     fahrenheit ? ToFahrenheit() : ToCelsius();
     EXPECT_EQ(image_.DisplayUnits, unit);
     EXPECT_EQ(image_.FileUnits, unit);
-    EXPECT_EQ(view_.FahrenheitSelected, fahrenheit);
+    EXPECT_EQ(view_.CelsiusSelected, !fahrenheit);
     EXPECT_EQ(view_.CelsiusSelected, !fahrenheit);
     if (fahrenheit) {
       ExpectScaleTexts("68.0", "104.0", "59.0", "113.0");  // The limits are 15 and 45.

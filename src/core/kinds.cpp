@@ -91,7 +91,10 @@ constexpr std::array<KindRules, 11> kKinds = {{
 }  // namespace
 
 const KindRules& KindOfName(const QString& upperCasedPath) {
-  const QString ending = upperCasedPath.right(3);
+  const QString ending = upperCasedPath.endsWith(QLatin1String(".JPEG")) ? QStringLiteral("JPG")
+                         : upperCasedPath.endsWith(QLatin1String(".TIFF"))
+                             ? QStringLiteral("TIF")
+                             : upperCasedPath.right(3);
   const auto found = std::find_if(kKinds.begin(), kKinds.end() - 1, [&](const KindRules& kind) {
     return ending == QLatin1String(kind.Ending);
   });

@@ -58,7 +58,8 @@ struct KindRules {
   When TakesEnteredRange = When::kNever;
 };
 
-/// The rules for the kind that an upper-cased path's last three characters name.
+/// The rules for the kind that an upper-cased path's last three characters name; the longer endings
+/// ".JPEG" and ".TIFF" name those of "JPG" and "TIF".
 const KindRules& KindOfName(const QString& upperCasedPath);
 
 /// The rules for an ImageKind; those of kOther above KindRtv.

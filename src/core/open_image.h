@@ -38,15 +38,17 @@ struct OpenImage {
   QString CurrentFilePath;  // Exactly as it is on disk.
   std::int16_t ImageKind = KindBmp;
   bool HasTemperature = false;         // TempGrid holds degrees for this image.
-  std::int16_t PreviousKindIndex = 1;  // ImageKind + 1 after a completed load.
+  std::int16_t PreviousKindIndex = 1;  // 1-based entry of the open dialog's filter: kind + 1.
+  /// The kind that the load button offers.
+  int OfferedKind() const { return PreviousKindIndex - 1; }
 
-  // Frame geometry, pixels. All three pairs are equal after a load.
-  int BufferWidth = 0;
-  int BufferHeight = 0;
-  int HeaderWidth = 0;
-  int HeaderHeight = 0;
+  // Frame geometry, pixels; that of the buffer and of the file's header is the same.
   int ImageWidth = 0;
   int ImageHeight = 0;
+  int BufferWidth() const { return ImageWidth; }
+  int BufferHeight() const { return ImageHeight; }
+  int HeaderWidth() const { return ImageWidth; }
+  int HeaderHeight() const { return ImageHeight; }
 
   TemperatureGrid TempGrid;
   TemperatureGrid SavedTempGrid;  // Kept while the thumbnail browser uses TempGrid.

@@ -34,7 +34,6 @@ void ResetForLoad(Session& session) {
   view.RangeSliderVisible = false;
   view.AutoUpdateVisible = false;
   view.LimitBoxesVisible = false;
-  view.MeasuringTool = 3;
   view.FrameRowVisible = false;
   view.RangeLowText.clear();
   view.RangeHighText.clear();
@@ -137,11 +136,8 @@ void SetDisplayState(Session& session) {
   ViewState& view = session.View;
   image.DisplayUnits = image.FileUnits;
   view.CelsiusSelected = image.FileUnits != 'F';
-  view.FahrenheitSelected = image.FileUnits == 'F';
   session.Steps.Run("scale display", [&] { UpdateRangeDisplay(image, view, session.Words); });
   image.PreviousKindIndex = static_cast<std::int16_t>(image.ImageKind + 1);
-  view.LoadButtonKind = image.ImageKind;
-  view.LoadButtonTip = LoadButtonTip(image.ImageKind, session.Words);
   session.Steps.Run("palette", [&] { UsePalette(session.Palettes, view.PaletteSelection); });
   const Picbuf& picture = session.Buffers.Picbuf1;
   // Of the picture's own palette: a buffer that kept its former contents has none.

@@ -5,8 +5,8 @@
 
 namespace tessa {
 
-QString LoadButtonTip(int imageKind, const Strings& strings) {
-  return strings.LangString(179, "Load Image") + QLatin1Char(' ') + KindWord(imageKind) +
+QString LoadButtonTip(const OpenImage& image, const Strings& strings) {
+  return strings.LangString(179, "Load Image") + QLatin1Char(' ') + KindWord(image.OfferedKind()) +
          strings.LangString(177, "Images");
 }
 
@@ -47,8 +47,8 @@ QString FrameText(const OpenImage& image, const Strings& strings) {
 }
 
 void TakeBufferSize(const Picbuf& buffer, OpenImage& image) {
-  image.BufferWidth = image.HeaderWidth = image.ImageWidth = buffer.BufWidth();
-  image.BufferHeight = image.HeaderHeight = image.ImageHeight = buffer.BufHeight();
+  image.ImageWidth = buffer.BufWidth();
+  image.ImageHeight = buffer.BufHeight();
 }
 
 void InstallPalette(Session& session) {

@@ -7,8 +7,8 @@ namespace tessa {
 
 // Steps that several loaders take.
 
-/// "Load Image SIT Images": the tool tip of the load button for the present kind.
-QString LoadButtonTip(int imageKind, const Strings& strings);
+/// "Load Image SIT Images": the tool tip of the load button.
+QString LoadButtonTip(const OpenImage& image, const Strings& strings);
 
 /// "Range: ..." and "Emissivity: ..." in status panels 5 and 4.
 void ShowCalibratedRange(const OpenImage& image, const Strings& strings, ViewState& view);
@@ -25,7 +25,7 @@ void ShowLoadingText(const QString& loadingWord, const OpenImage& image, ViewSta
 /// "2 of 10": the frame on show.
 QString FrameText(const OpenImage& image, const Strings& strings);
 
-/// Every width and height field takes the buffer's size.
+/// The image takes the buffer's size.
 void TakeBufferSize(const Picbuf& buffer, OpenImage& image);
 
 /// The palette in use goes into the three buffers that show it.

@@ -80,10 +80,6 @@ void ConvertFrames(const FrameConversion& conversion, Session& session, Progress
   const Strings& words = session.Words;
   const int shownBefore = image.CurrentFrame;
   const QString folder = QFileInfo(image.CurrentFilePath).absolutePath() + QLatin1Char('/');
-  if (conversion.Entered) {
-    session.View.RangeLowText = conversion.Entered->Low;
-    session.View.RangeHighText = conversion.Entered->High;
-  }
   QSet<QString> outputs;
   image.ImageKind = KindBmp;
   image.PreviousKindIndex = 1;

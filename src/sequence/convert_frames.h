@@ -2,7 +2,6 @@
 
 #include <QString>
 #include <functional>
-#include <optional>
 #include <vector>
 
 #include "core/progress.h"
@@ -23,20 +22,14 @@ bool IsUsablePrefix(const QString& prefix);
 /// conversion.
 void ShowAndSaveFrame(bool keepScale, Session& session, Progress& progress);
 
-/// The texts that stand in the two boxes for the range, applied or not.
-struct RangeTexts {
-  QString Low;
-  QString High;
-};
-
 struct FrameConversion {
   QString Prefix;
   FrameFormat Format = FrameFormat::kBmp;
-  std::vector<int> Frames;              // 1-based.
-  std::optional<RangeTexts> Entered{};  // Nothing: those that the view shows.
+  std::vector<int> Frames;  // 1-based.
 };
 
-/// Converts frames of the open sequence into files beside it, in the entered range, and
+/// Converts frames of the open sequence into files beside it, in the range that RangeLowText
+/// and RangeHighText of the view tell, applied or not, and
 /// then shows the frame again that was on show. Existing files of the names are replaced. Each step
 /// of the view saves under the buffer's present name, so an output is written once more with the
 /// frame that is shown after it: that is how this conversion works. `status` receives the line for

@@ -13,7 +13,6 @@ void SwitchUnit(OpenImage& image, ViewState& view, const RangeSlider& slider,
     return;
   }
   view.CelsiusSelected = unit == 'C';
-  view.FahrenheitSelected = unit == 'F';
   if (!image.HasTemperature) {
     image.DisplayUnits = unit;
     return;
