@@ -69,8 +69,8 @@ int PlanSize(const OpenImage& image, Plan& plan) {
 
 void PlanTexts(const OpenImage& image, Plan& plan) {
   plan.HasTemperature = image.HasTemperature;
-  const QSize high = MeasureText(BarText(ParseNumber(image.ScaleHighText), image.HasTemperature));
-  const QSize low = MeasureText(BarText(ParseNumber(image.ScaleLowText), image.HasTemperature));
+  const QSize high = MeasureText(BarText(image.ShownHigh, image.HasTemperature));
+  const QSize low = MeasureText(BarText(image.ShownLow, image.HasTemperature));
   plan.TextWidth = std::max(high.width(), low.width());
   plan.TextHeight = high.height();
   plan.BarHeight = RoundToInteger(plan.ImageHeight - plan.TextHeight - plan.TextHeight / 2.0);
@@ -151,8 +151,8 @@ void DrawScale(const Plan& plan, const OpenImage& image, const ViewState& view, 
                                          plan.BarHeight / 2.0 + plan.BarTop - 1, plan.BarTop};
   for (std::size_t label = 0; label < heights.size(); ++label) {
     const QString& caption = view.ScaleLabel[label];
-    const QString text = BarText(ParseNumber(caption.isEmpty() ? image.ScaleHighText : caption),
-                                 plan.HasTemperature);
+    const QString text =
+        BarText(caption.isEmpty() ? image.ShownHigh : ParseNumber(caption), plan.HasTemperature);
     const double top = label == 2 ? 0.0 : heights[label] - MeasureText(text).height() / 2.0;
     DrawTick(plan, heights[label], top, text, target, steps);
   }
