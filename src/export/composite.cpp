@@ -80,13 +80,13 @@ void PlanTexts(const OpenImage& image, Plan& plan) {
 // Each operation of a drawing is a step of its own: beside an image of a few rows the bar has no
 // room, and what has is drawn all the same.
 
-void DrawImageAndBar(const Plan& plan, const OpenImage& image, ViewBuffers& buffers,
-                     StepLog& steps) {
+void DrawImageAndBar(const Plan& plan, ViewBuffers& buffers, StepLog& steps) {
   Picbuf& target = buffers.Picbuf3;
   steps.Run("image in composite", [&] {
-    buffers.Picbuf8.CopyFrom(false, buffers.Picbuf1, false);
-    buffers.Picbuf8.ConvertDepth(24);
-    Select(buffers.Picbuf8, 0, 0, image.ImageWidth, image.ImageHeight);
+    // Only the part that is drawn is turned into colours: the image can be far larger than that.
+    buffers.Picbuf8.CreateBuffer(0, plan.ImageHeight, plan.ImageWidth, 24);
+    Select(buffers.Picbuf8, 0, 0, plan.ImageWidth, plan.ImageHeight);
+    buffers.Picbuf8.CopyFrom(false, buffers.Picbuf1, true);
     Select(target, 0, 0, plan.ImageWidth, plan.ImageHeight);
     target.CopyFrom(true, buffers.Picbuf8, true);
   });
@@ -191,7 +191,7 @@ void Build(bool withVisible, Session& session) {
   steps.Run("create palette bar", [&] {
     buffers.PicBuf6.CreateBuffer(kWhite, plan.ImageHeight, kTickStart + plan.TextWidth, 24);
   });
-  DrawImageAndBar(plan, image, buffers, steps);
+  DrawImageAndBar(plan, buffers, steps);
   DrawScale(plan, image, session.View, buffers.Picbuf3, steps);
   if (withVisible) {
     steps.Run("visible picture in composite", [&] {
