@@ -2,13 +2,14 @@
 
 #include <QDir>
 
+#include "core/path_bytes.h"
 #include "core/units.h"
 
 namespace tessa {
 
 void SetCurrentFile(OpenImage& image, const QString& path) {
   image.CurrentFilePath = path;
-  image.CurrentFile = path.toUpper().trimmed();
+  image.CurrentFile = ShownPath(path).toUpper().trimmed();
   image.CurrentFileName =
       image.CurrentFile.mid(image.CurrentFile.lastIndexOf(QDir::separator()) + 1);
 }

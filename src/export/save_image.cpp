@@ -1,9 +1,9 @@
 #include "export/save_image.h"
 
-#include <QFileInfo>
 #include <algorithm>
 
 #include "core/file_access.h"
+#include "core/path_bytes.h"
 #include "core/units.h"
 #include "export/composite.h"
 #include "formats/txi_words.h"
@@ -123,9 +123,8 @@ void SaveTxi(Session& session, Dialogs& dialogs) {
     return;
   }
   const QString name = image.ImageKind == KindRti
-                           ? QFileInfo(image.CurrentFilePath).absolutePath() +
-                                 QStringLiteral("/Frame") + QString::number(image.CurrentFrame) +
-                                 QStringLiteral(".TXI")
+                           ? FolderOfPath(image.CurrentFilePath) + QStringLiteral("/Frame") +
+                                 QString::number(image.CurrentFrame) + QStringLiteral(".TXI")
                            : Suggest(image, 4, QStringLiteral(".TXI"));
   const auto path = dialogs.AskSaveFile(
       {name, {QStringLiteral("TXI Files (*.TXI *.txi)")}, QStringLiteral("TXI")});

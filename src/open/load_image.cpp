@@ -232,8 +232,7 @@ void OpenCurrentImage(Session& session, Progress& progress) {
 
 void OpenPath(const QString& path, Session& session, Progress& progress) {
   // Only a missing folder is added: resolving dots could lead elsewhere through links.
-  SetCurrentFile(session.Image,
-                 QDir::isAbsolutePath(path) ? path : QDir::currentPath() + QLatin1Char('/') + path);
+  SetCurrentFile(session.Image, AbsolutePath(path));
   OpenCurrentImage(session, progress);
 }
 

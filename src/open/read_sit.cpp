@@ -1,8 +1,7 @@
-#include <QDir>
-#include <QFileInfo>
 #include <algorithm>
 
 #include "core/file_access.h"
+#include "core/path_bytes.h"
 #include "open/still_readers.h"
 
 namespace tessa {
@@ -67,7 +66,7 @@ bool HasEmbeddedSound(const SitHeader& header, float version, std::uint64_t file
 SoundFacts FindSound(const SitHeader& header, std::uint64_t fileSize, const QString& path) {
   SoundFacts sound;
   sound.Embedded = HasEmbeddedSound(header, SitVersionOf(header), fileSize);
-  sound.CanEmbed = !sound.Embedded && QFileInfo(path).isWritable();
+  sound.CanEmbed = !sound.Embedded && IsWritable(path);
   const char first = header.SoundName.empty() ? '\0' : header.SoundName.front();
   if (sound.Embedded || first == ' ' || first == '\0') {
     return sound;
@@ -82,7 +81,7 @@ SoundFacts FindSound(const SitHeader& header, std::uint64_t fileSize, const QStr
   if (!file.contains(QLatin1Char('/')) && !file.contains(QLatin1Char('\\')) &&
       !file.contains(QLatin1String(".."))) {
     sound.IsBeside = true;
-    sound.File = QFileInfo(path).absolutePath() + QDir::separator() + file;
+    sound.File = JoinPath(FolderOfPath(path), file);
   }
   return sound;
 }

@@ -1,4 +1,3 @@
-#include <QFileInfo>
 #include <algorithm>
 
 #include "core/date_time_text.h"
@@ -67,8 +66,7 @@ Still ReadTmp(const QString& path) {
     still.FileSize = file->Size;
   }
   // An empty file is the shortest of the 8-bit kind.
-  const QFileInfo onDisk(path);
-  const bool isEmpty = !file && onDisk.isFile() && onDisk.size() == 0;
+  const bool isEmpty = !file && FileSize(path) == std::uint64_t{0};
   if (isEmpty) {
     TakeTmp8(DecodeLegacyTmp({}, 0), still);
   } else if (!file) {

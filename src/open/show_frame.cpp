@@ -1,7 +1,5 @@
 #include "open/show_frame.h"
 
-#include <QFile>
-#include <QFileInfo>
 #include <algorithm>
 #include <limits>
 
@@ -158,8 +156,8 @@ std::optional<Frame> ReadFrameFile(Session& session) {
   const Picbuf& picture = session.Buffers.Picbuf1;
   Problems faults;
   const QString named = FrameFilePath(image.CurrentFilePath, image.CurrentFrame);
-  const auto file =
-      RandomFile::Open(FindSideFile(image.CurrentFilePath, QFileInfo(named).fileName()), faults);
+  const QString name = named.mid(named.lastIndexOf(QLatin1Char('/')) + 1);
+  const auto file = RandomFile::Open(FindSideFile(image.CurrentFilePath, name), faults);
   if (!file) {
     return std::nullopt;
   }

@@ -2,13 +2,14 @@
 
 #include "core/date_time_text.h"
 #include "core/kinds.h"
+#include "core/path_bytes.h"
 #include "formats/ansi_text.h"
 #include "open/still_readers.h"
 
 namespace tessa {
 
 Still ReadStill(const QString& path) {
-  switch (KindOfName(path.toUpper().trimmed()).Name) {
+  switch (KindOfName(ShownPath(path).toUpper().trimmed()).Name) {
     case FileKind::kSit:
       return ReadSit(path);
     case FileKind::kTmp:

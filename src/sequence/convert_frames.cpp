@@ -1,10 +1,10 @@
 #include "sequence/convert_frames.h"
 
-#include <QFileInfo>
 #include <limits>
 #include <optional>
 
 #include "core/file_access.h"
+#include "core/path_bytes.h"
 #include "core/units.h"
 #include "open/show_frame.h"
 
@@ -79,7 +79,7 @@ void ConvertFrames(const FrameConversion& conversion, Session& session, Progress
   Picbuf& picture = session.Buffers.Picbuf1;
   const Strings& words = session.Words;
   const int shownBefore = image.CurrentFrame;
-  const QString folder = QFileInfo(image.CurrentFilePath).absolutePath() + QLatin1Char('/');
+  const QString folder = FolderOfPath(image.CurrentFilePath) + QLatin1Char('/');
   QSet<QString> outputs;
   image.ImageKind = KindBmp;
   image.PreviousKindIndex = 1;

@@ -5,8 +5,10 @@
 #include <QJsonDocument>
 #include <QLoggingCategory>
 #include <cstdio>
+#include <iostream>
 
 #include "core/file_access.h"
+#include "core/plain_line.h"
 #include "core/program_version.h"
 #include "core/units.h"
 #include "export/image_export.h"
@@ -24,7 +26,7 @@ namespace {
 void PrintOwnMessages(QtMsgType /*type*/, const QMessageLogContext& context,
                       const QString& message) {
   if (QLatin1String(context.category).startsWith(QLatin1String("tessa."))) {
-    std::fprintf(stderr, "%s\n", message.toUtf8().constData());
+    std::fprintf(stderr, "%s\n", PlainUtf8(message).c_str());
   }
 }
 
@@ -58,12 +60,12 @@ void PrintFrames(Session& session) {
   for (const QJsonValue& value : FrameList(session)) {
     const QJsonObject frame = value.toObject();
     const auto text = [&](const char* name) { return frame.value(QLatin1String(name)); };
-    PrintOut(QStringLiteral("  Frame %1  %2 %3  %4 to %5 \u00B0C\n")
-                 .arg(text("Frame").toInt(), -5)
-                 .arg(text("ImageDate").toString(), text("ImageTime").toString(),
-                      FormatTenths(text("TempMin").toDouble()),
-                      FormatTenths(text("TempMax").toDouble()))
-                 .toUtf8());
+    PrintOut(
+        QStringLiteral("  Frame %1  %2 %3  %4 to %5 \u00B0C\n")
+            .arg(text("Frame").toInt(), -5)
+            .arg(PlainLine(text("ImageDate").toString()), PlainLine(text("ImageTime").toString()),
+                 FormatTenths(text("TempMin").toDouble()), FormatTenths(text("TempMax").toDouble()))
+            .toUtf8());
   }
 }
 
@@ -94,8 +96,8 @@ int RunInfo(const InfoCall& call) {
     }
   }
   if (call.Json && !reports.isEmpty()) {
-    PrintOut(call.Files.size() == 1 ? QJsonDocument(reports[0].toObject()).toJson()
-                                    : QJsonDocument(reports).toJson());
+    PrintOut(PlainJson(call.Files.size() == 1 ? QJsonDocument(reports[0].toObject()).toJson()
+                                              : QJsonDocument(reports).toJson()));
   }
   return status;
 }
@@ -209,15 +211,20 @@ int RunToolCommandLine(int argc, char** argv) {
   try {
     tool.parse(argc, argv);
   } catch (const CLI::ParseError& error) {
-    return tool.exit(error) == 0 ? kToolDone : kToolWrongCall;
+    if (error.get_exit_code() == 0) {  // Help or version.
+      tool.exit(error);
+      std::cout.flush();
+      return FinishOutput(std::cout ? kToolDone : kToolFailed);
+    }
+    PrintError(error.what());
+    std::fputs("Run with --help for more information.\n", stderr);
+    return kToolWrongCall;
   }
-  if (framesCommand->parsed()) {
-    return RunFrames(frames);
-  }
-  if (visibleCommand->parsed()) {
-    return RunVisible(visible);
-  }
-  return infoCommand->parsed() ? RunInfo(info) : RunExport(exportCall);
+  const int status = framesCommand->parsed()    ? RunFrames(frames)
+                     : visibleCommand->parsed() ? RunVisible(visible)
+                     : infoCommand->parsed()    ? RunInfo(info)
+                                                : RunExport(exportCall);
+  return FinishOutput(status);
 }
 
 }  // namespace tessa

@@ -1,13 +1,11 @@
 #include "tool/frames_command.h"
 
-#include <QDir>
-#include <QFileInfo>
 #include <algorithm>
-#include <cstdio>
 #include <optional>
 #include <vector>
 
 #include "core/file_access.h"
+#include "core/path_bytes.h"
 #include "core/units.h"
 #include "export/image_export.h"
 #include "open/session.h"
@@ -71,9 +69,9 @@ TemperaturePair CommonRange(const ExportOptions& options, Session& session) {
 }
 
 QString FramePath(const FramesCall& call, int frame) {
-  return QDir(FromArgument(call.Folder))
-      .filePath(
-          FromArgument(call.Prefix) +
+  return JoinPath(
+      FromArgument(call.Folder),
+      FromArgument(call.Prefix) +
           QStringLiteral("%1.%2").arg(frame, 3, 10, QLatin1Char('0')).arg(FromArgument(call.To)));
 }
 
@@ -87,7 +85,7 @@ int WriteFrames(const FramesCall& call, const ExportOptions& options,
   StopAfterThisFile();
   for (const int frame : frames) {
     if (Interrupted()) {
-      return kToolInterrupted;
+      return InterruptedStatus();
     }
     const QString path = FramePath(call, frame);
     try {
@@ -118,20 +116,19 @@ int RunFrames(const FramesCall& call) {
   options.Palette = FindPalette(FromArgument(call.Palette));
   const auto range = ParseExportRange(FromArgument(call.Range));
   if (options.Palette < 0 || !range || !IsUsablePrefix(FromArgument(call.Prefix))) {
-    std::fputs(
-        "tessatool: --palette takes a name or number, --range stored, image or LOW:HIGH, "
-        "and --prefix a text without a separator\n",
-        stderr);
+    PrintError(
+        "--palette takes a name or number, --range stored, image or LOW:HIGH, and --prefix a text "
+        "without a separator");
     return kToolWrongCall;
   }
   options.Range = *range;
   try {
-    Palettes palettes;
-    ViewState unused;
-    Problems paletteFaults;
-    LoadPalettes(palettes, unused, OwnFolder(), paletteFaults);
-    Session session(ApplicationFolder{QDir::tempPath(), QString()});
-    PrepareForExport(options, palettes, session);
+    const auto palettes = ReadToolPalettes(NeedsPalette(FromArgument(call.To)));
+    if (!palettes) {
+      return kToolFailed;
+    }
+    Session session(OwnFolder());
+    PrepareForExport(options, *palettes, session);
     ExportOptions stored = options;
     stored.Range = {};
     LoadForExport(path, stored, session);
@@ -140,12 +137,13 @@ int RunFrames(const FramesCall& call) {
     }
     const auto frames = ParseFrames(FromArgument(call.Frames), FrameSlots(session.Image));
     if (!frames) {
-      std::fprintf(stderr, "tessatool: --frames takes numbers from 1 to %d, such as 1-10,15\n",
-                   FrameSlots(session.Image));
+      PrintError("--frames takes numbers from 1 to " + std::to_string(FrameSlots(session.Image)) +
+                 ", such as 1-10,15");
       return kToolWrongCall;
     }
-    if (!QDir().mkpath(FromArgument(call.Folder))) {
-      throw StepFailure("the folder cannot be made");
+    if (const QString folder = FromArgument(call.Folder); !MakeFolders(folder)) {
+      PrintError(folder, "the folder cannot be made");
+      return kToolFailed;
     }
     return WriteFrames(call, options, *frames, session);
   } catch (const std::exception& failure) {

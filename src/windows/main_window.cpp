@@ -16,6 +16,7 @@
 #include <QToolBar>
 #include <QToolButton>
 
+#include "core/path_bytes.h"
 #include "open/load_dialog.h"
 #include "open/load_image.h"
 #include "open/load_steps.h"
@@ -46,7 +47,12 @@ const QSize kFirstSize(1080, 720);
 /// The first local file of what is dragged; empty for none.
 QString DroppedFile(const QMimeData& data) {
   const QList<QUrl> urls = data.urls();
-  return urls.isEmpty() ? QString() : urls.constFirst().toLocalFile();
+  if (urls.isEmpty() || !urls.constFirst().isLocalFile()) {
+    return {};
+  }
+  // Names need not be UTF-8, which a text out of the address would make of them.
+  const QByteArray encoded = urls.constFirst().path(QUrl::FullyEncoded).toLatin1();
+  return PathFromBytes(QByteArray::fromPercentEncoding(encoded));
 }
 
 }  // namespace
@@ -171,7 +177,7 @@ void MainWindow::ShowStatusPanels() {
       statusPanels_[i]->setText(text);
     }
   }
-  statusPanels_[ViewState::kStatusPanels]->setToolTip(session_.Image.CurrentFilePath);
+  statusPanels_[ViewState::kStatusPanels]->setToolTip(ShownPath(session_.Image.CurrentFilePath));
 }
 
 void MainWindow::ShowPaletteList() {
@@ -234,7 +240,7 @@ void MainWindow::EnableActions() {
 void MainWindow::BringIntoLine() {
   const ViewState& view = session_.View;
   setWindowTitle(view.Title);
-  setWindowFilePath(session_.Image.CurrentFilePath);
+  setWindowFilePath(ShownPath(session_.Image.CurrentFilePath));
   ShowStatusPanels();
   ShowPaletteList();
   ShowUnits();
