@@ -2,7 +2,6 @@
 
 #include <filesystem>
 
-#include "core/file_access.h"
 #include "core/path_bytes.h"
 
 namespace tessa {
@@ -11,12 +10,12 @@ QString FindSideFile(const QString& imagePath, const QString& name) {
   namespace fs = std::filesystem;
   const QString folder = FolderOfPath(imagePath);
   const QString exact = JoinPath(folder, name);
-  if (PathExists(exact)) {
+  std::error_code error;
+  if (fs::exists(fs::symlink_status(PathToBytes(exact).toStdString(), error))) {
     return exact;
   }
   QString found;
   const QString folded = name.toCaseFolded();
-  std::error_code error;
   fs::directory_iterator entry(PathToBytes(folder).toStdString(), error);
   for (; !error && entry != fs::directory_iterator(); entry.increment(error)) {
     const QString other =

@@ -145,7 +145,7 @@ QJsonObject ReportAsJson(const Session& session) {
   return report;
 }
 
-QString ReportAsText(const Session& session) {
+QString ReportAsText(const Session& session, const QString& sound) {
   const OpenImage& image = session.Image;
   const QString unit = QStringLiteral(" \u00B0") + QLatin1Char(image.DisplayUnits);
   const auto range = [&](const TemperaturePair& pair) {
@@ -173,9 +173,7 @@ QString ReportAsText(const Session& session) {
   if (image.HasVisibleImage) {
     listing.Add("Photograph", QStringLiteral("visible-light picture inside"));
   }
-  if (image.SoundEmbedded || !image.SoundFile.isEmpty()) {
-    listing.Add("Sound", image.SoundEmbedded ? QStringLiteral("inside the file") : image.SoundFile);
-  }
+  listing.Add("Sound", sound.isEmpty() ? image.SoundFile : sound);
   listing.Add("Comment", session.View.Comment.trimmed());
   listing.Add("Memo", session.View.Memo.trimmed());
   for (const Problem& problem : session.Faults) {

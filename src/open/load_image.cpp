@@ -18,6 +18,9 @@ namespace {
 void ResetForLoad(Session& session) {
   OpenImage& image = session.Image;
   ViewState& view = session.View;
+  if (session.Follower != nullptr) {
+    session.Follower->ImageLeaves();
+  }
   session.ConversionOutputs.clear();
   session.Faults.clear();
   session.Steps.Clear();
@@ -27,9 +30,10 @@ void ResetForLoad(Session& session) {
   image.HasVisibleImage = false;
   image.VisibleWindowOpen = false;
   view.VisibleImageEntries = false;
-  view.SoundButtonsVisible = false;
   image.SoundFile.clear();
   image.SoundFileTitle.clear();
+  image.SoundEmbedded = false;
+  image.CanEmbedSound = false;
   view.StatusPanel[4].clear();
   view.RangeSliderVisible = false;
   view.AutoUpdateVisible = false;
@@ -211,6 +215,9 @@ void OpenCurrentImage(Session& session, Progress& progress) {
   session.Cursor = Readout{};
 
   LoadImageFile(session, progress);
+  if (session.Follower != nullptr) {
+    session.Follower->ImageArrived();
+  }
 
   // Only a sequence has frames to step through.
   view.FrameRowVisible = RulesByName(image).Name == FileKind::kRti &&
@@ -239,8 +246,10 @@ void OpenPath(const QString& path, Session& session, Progress& progress) {
 void CloseImage(Session& session, Progress& progress) {
   OpenImage& image = session.Image;
   ViewState& view = session.View;
+  if (session.Follower != nullptr) {
+    session.Follower->ImageLeaves();
+  }
   view.VisibleImageEntries = false;
-  view.SoundButtonsVisible = false;
   view.StatusPanel[4].clear();
   view.Title = QStringLiteral("TessaView");
   SetCurrentFile(image, QString());

@@ -1,7 +1,9 @@
 #include <algorithm>
 
 #include "core/file_access.h"
-#include "core/path_bytes.h"
+#include "core/side_file.h"
+#include "formats/ansi_text.h"
+#include "formats/sit_sound.h"
 #include "open/still_readers.h"
 
 namespace tessa {
@@ -49,39 +51,18 @@ TemperaturePair FindSitExtremes(const Still& still, const RawRaster& raster,
   return extremes;
 }
 
-/// True when the image carries its sound inside.
-bool HasEmbeddedSound(const SitHeader& header, float version, std::uint64_t fileSize) {
-  const bool longEnough = fileSize > kSitAttachmentOffset;
-  if (version >= 4.0F) {
-    const int code = AttachmentCode(header);
-    return code == 1 || code == 3;
-  }
-  if (version == 3.1F) {
-    return longEnough && static_cast<unsigned char>(header.Signature[8]) >= 'I';
-  }
-  return version > 3.1F && longEnough;
-}
-
-/// Where the image's sound note lies.
+/// Where the image's sound note lies, from the header and the names in the image's folder alone.
 SoundFacts FindSound(const SitHeader& header, std::uint64_t fileSize, const QString& path) {
   SoundFacts sound;
-  sound.Embedded = HasEmbeddedSound(header, SitVersionOf(header), fileSize);
-  sound.CanEmbed = !sound.Embedded && IsWritable(path);
-  const char first = header.SoundName.empty() ? '\0' : header.SoundName.front();
-  if (sound.Embedded || first == ' ' || first == '\0') {
+  sound.Embedded = HasEmbeddedSound(header, fileSize);
+  if (sound.Embedded) {
     return sound;
   }
-  const QString extension = FieldText(header.SoundExt).trimmed();
-  const QString file = FieldText(header.SoundName).trimmed() + QLatin1Char('.') + extension;
-  if (extension == QLatin1String("WAV")) {
-    sound.File = file;  // The name is a position inside the file.
-    return sound;
-  }
-  // A name out of a file never leads out of the image's own folder.
-  if (!file.contains(QLatin1Char('/')) && !file.contains(QLatin1Char('\\')) &&
-      !file.contains(QLatin1String(".."))) {
-    sound.IsBeside = true;
-    sound.File = JoinPath(FolderOfPath(path), file);
+  sound.CanEmbed = IsWritable(path) && StaysFindable(header);
+  sound.File = QString::fromStdString(AnsiToUtf8(SideSoundName(header)));
+  if (!sound.File.isEmpty() && !NamesWave(header)) {
+    sound.File = FindSideFile(path, sound.File);
+    sound.IsBeside = !sound.File.isEmpty();
   }
   return sound;
 }
@@ -110,7 +91,9 @@ Still ReadSit(const QString& path) {
   still.Extremes = FindSitExtremes(still, sit.Raster, line);
 
   still.Version = SitVersionOf(header);
-  still.Sound = FindSound(header, still.FileSize, path);
+  if (FindNoImage(still.Faults) == nullptr) {
+    still.Sound = FindSound(header, still.FileSize, path);
+  }
   still.PhotographPosition = VisiblePosition(header, sit.VisibleLength);
   still.Header = std::move(sit.Header);
   return still;

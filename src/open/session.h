@@ -4,6 +4,7 @@
 #include <QString>
 
 #include "core/application_folder.h"
+#include "core/image_follower.h"
 #include "core/language_strings.h"
 #include "core/open_image.h"
 #include "core/settings.h"
@@ -37,7 +38,8 @@ struct Session {
   ApplicationFolder Folder;
   /// False where nobody looks at or listens to what images carry: then nothing is cut out of them.
   bool ExtractsAttachments = true;
-  QString PendingCommandFile;  // Exact path from the command line that waits to be opened.
+  ImageFollower* Follower = nullptr;  // Not owned; null where nobody follows.
+  QString PendingCommandFile;         // Exact path from the command line that waits to be opened.
 
   /// Files written by the running or the last conversion of the open sequence.
   QSet<QString> ConversionOutputs;

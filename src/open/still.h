@@ -18,7 +18,7 @@ struct SoundFacts {
   bool Embedded = false;  // The camera's own sound, inside the image file.
   bool IsBeside = false;  // File is a sound file beside the image.
   QString File;           // Path of that file, or name and "WAV" of a wave inside the image file.
-  bool CanEmbed = false;  // The image file may be written to and holds no sound of the camera yet.
+  bool CanEmbed = false;  // A wave may be put into the image file and would be found again.
 };
 
 /// What a radiometric still file holds, apart from any window or open image. All temperatures are

@@ -17,6 +17,7 @@
 #include "open/visible_image.h"
 #include "tool/export_command.h"
 #include "tool/frames_command.h"
+#include "tool/sound_command.h"
 #include "tool/streams.h"
 
 namespace tessa {
@@ -79,17 +80,21 @@ int RunInfo(const InfoCall& call) {
     // Colours do not matter here, so no palettes are read.
     PrepareForExport({}, {}, session);
     OpenPath(path, session, progress);
+    const SoundReport sound = ReportSound(session);
     if (const Problem* const reason = FindNoImage(session.Faults)) {
       PrintError(path, reason->Text);
       status = kToolFailed;
     } else if (call.Json) {
       QJsonObject report = ReportAsJson(session);
+      for (auto field = sound.Fields.begin(); field != sound.Fields.end(); ++field) {
+        report.insert(field.key(), field.value());
+      }
       if (call.Frames) {
         report.insert(QStringLiteral("Frames"), FrameList(session));
       }
       reports.append(report);
     } else {
-      PrintOut(ReportAsText(session).toUtf8());
+      PrintOut(ReportAsText(session, sound.Words).toUtf8());
       if (call.Frames) {
         PrintFrames(session);
       }
@@ -208,6 +213,8 @@ int RunToolCommandLine(int argc, char** argv) {
   visibleCommand->add_option("-o,--output", visible.Out, "JPEG to write")->required();
   visibleCommand->add_flag("--force", visible.Force, "Replace a file that is there already");
 
+  SoundCommands sounds(tool);
+
   try {
     tool.parse(argc, argv);
   } catch (const CLI::ParseError& error) {
@@ -219,6 +226,9 @@ int RunToolCommandLine(int argc, char** argv) {
     PrintError(error.what());
     std::fputs("Run with --help for more information.\n", stderr);
     return kToolWrongCall;
+  }
+  if (const auto status = sounds.Run()) {
+    return FinishOutput(*status);
   }
   const int status = framesCommand->parsed()    ? RunFrames(frames)
                      : visibleCommand->parsed() ? RunVisible(visible)

@@ -15,34 +15,6 @@
 namespace tessa {
 namespace {
 
-/// The numbers in "1-10,15", each from 1 to `last`; all when the text is empty, nothing when it
-/// makes no sense.
-std::optional<std::vector<int>> ParseFrames(const QString& text, int last) {
-  std::vector<int> frames;
-  if (text.isEmpty()) {
-    for (int frame = 1; frame <= last; ++frame) {
-      frames.push_back(frame);
-    }
-    return frames;
-  }
-  for (const QString& part : text.split(QLatin1Char(','))) {
-    bool firstIsNumber = false;
-    bool lastIsNumber = false;
-    const int from = part.section(QLatin1Char('-'), 0, 0).toInt(&firstIsNumber);
-    const int to = part.section(QLatin1Char('-'), -1).toInt(&lastIsNumber);
-    if (!firstIsNumber || !lastIsNumber || part.count(QLatin1Char('-')) > 1 || from < 1 ||
-        to < from || to > last) {
-      return std::nullopt;
-    }
-    for (int frame = from; frame <= to; ++frame) {
-      frames.push_back(frame);
-    }
-  }
-  std::sort(frames.begin(), frames.end());
-  frames.erase(std::unique(frames.begin(), frames.end()), frames.end());
-  return frames;
-}
-
 /// The one range of all files. `image` stands for the extremes over all frames.
 TemperaturePair CommonRange(const ExportOptions& options, Session& session) {
   const OpenImage& image = session.Image;
@@ -107,6 +79,30 @@ int WriteFrames(const FramesCall& call, const ExportOptions& options,
 }
 
 }  // namespace
+
+std::optional<std::vector<int>> ParseFrames(const QString& text, int last) {
+  // One mark for each frame, so that naming one a thousand times costs no memory.
+  std::vector<bool> isWanted(static_cast<std::size_t>(last) + 1, text.isEmpty());
+  const QStringList parts = text.split(QLatin1Char(','));
+  for (const QString& part : text.isEmpty() ? QStringList() : parts) {
+    bool firstIsNumber = false;
+    bool lastIsNumber = false;
+    const int from = part.section(QLatin1Char('-'), 0, 0).toInt(&firstIsNumber);
+    const int to = part.section(QLatin1Char('-'), -1).toInt(&lastIsNumber);
+    if (!firstIsNumber || !lastIsNumber || part.count(QLatin1Char('-')) > 1 || from < 1 ||
+        to < from || to > last) {
+      return std::nullopt;
+    }
+    std::fill(isWanted.begin() + from, isWanted.begin() + to + 1, true);
+  }
+  std::vector<int> frames;
+  for (int frame = 1; frame <= last; ++frame) {
+    if (isWanted[static_cast<std::size_t>(frame)]) {
+      frames.push_back(frame);
+    }
+  }
+  return frames;
+}
 
 int RunFrames(const FramesCall& call) {
   const QString path = FromArgument(call.File);

@@ -228,9 +228,8 @@ void MainWindow::EnableActions() {
   }
   const bool hasVisible = session_.View.VisibleImageEntries;
   Action("btnViewVis")->setVisible(hasVisible);
-  for (const char* id : {"btnPlaysound", "btnEmbedSound"}) {
-    Action(id)->setVisible(session_.View.SoundButtonsVisible);
-  }
+  Action("btnPlaysound")->setVisible(session_.View.Sound.PlayVisible);
+  Action("btnEmbedSound")->setVisible(session_.View.Sound.EmbedVisible);
   viewMenu_->setEnabled(hasVisible);
   frameMenu_->setEnabled(session_.View.FrameRowVisible);
   compositeMenu_->menuAction()->setVisible(hasVisible);

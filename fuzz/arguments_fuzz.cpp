@@ -1,0 +1,35 @@
+#include <QStringList>
+#include <algorithm>
+
+#include "export/image_export.h"
+#include "open/command_line.h"
+#include "require.h"
+#include "sequence/convert_frames.h"
+#include "tool/frames_command.h"
+#include "view/palettes.h"
+
+using tessa::fuzz::Require;
+
+/// The lines of the input are arguments; each goes to every reader of one.
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  constexpr int kMostFrames = 32767;
+  const QStringList arguments =
+      QString::fromUtf8(reinterpret_cast<const char*>(data), static_cast<qsizetype>(size))
+          .split(QLatin1Char('\n'));
+  const QString file = tessa::PendingFileFromArguments(arguments);
+  Require(file.size() <= static_cast<qsizetype>(size), "a file's name comes from the arguments");
+  for (const QString& argument : arguments) {
+    const int palette = tessa::FindPalette(argument);
+    Require(palette >= -1 && palette < tessa::kPaletteCount, "a palette of the list or none");
+    tessa::ParseExportRange(argument);
+    Require(!tessa::IsUsablePrefix(argument) || !argument.contains(QLatin1Char('/')),
+            "a prefix names files of one folder");
+    if (const auto frames = tessa::ParseFrames(argument, kMostFrames)) {
+      Require(std::is_sorted(frames->begin(), frames->end()) && frames->size() <= kMostFrames,
+              "frames stand in order and none twice");
+      Require(frames->empty() || (frames->front() >= 1 && frames->back() <= kMostFrames),
+              "frames are those that there are");
+    }
+  }
+  return 0;
+}
