@@ -1,5 +1,6 @@
 #include <QStringList>
 #include <algorithm>
+#include <vector>
 
 #include "export/image_export.h"
 #include "open/command_line.h"
@@ -16,8 +17,16 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   const QStringList arguments =
       QString::fromUtf8(reinterpret_cast<const char*>(data), static_cast<qsizetype>(size))
           .split(QLatin1Char('\n'));
-  const QString file = tessa::PendingFileFromArguments(arguments);
-  Require(file.size() <= static_cast<qsizetype>(size), "a file's name comes from the arguments");
+  std::vector<QByteArray> texts;
+  for (const QString& argument : arguments) {
+    texts.push_back(argument.toUtf8());
+  }
+  std::vector<const char*> pointers;
+  for (const QByteArray& text : texts) {
+    pointers.push_back(text.constData());
+  }
+  const QString file = tessa::PendingFileFromArguments(pointers);
+  Require(file.size() <= 3 * static_cast<qsizetype>(size), "its name comes from the arguments");
   for (const QString& argument : arguments) {
     const int palette = tessa::FindPalette(argument);
     Require(palette >= -1 && palette < tessa::kPaletteCount, "a palette of the list or none");

@@ -8,6 +8,7 @@
 #include <cmath>
 #include <fstream>
 
+#include "export/image_export.h"
 #include "formats/frame_array.h"
 #include "formats/tmp_image.h"
 #include "open/show_frame.h"
@@ -583,10 +584,20 @@ TEST_F(SequenceLoad, ACutVisiblePictureDoesTheInfraredOneNoHarm) {
     EXPECT_TRUE(image_.HasVisibleImage) << length;
     EXPECT_EQ(FindNoImage(session_.Faults), nullptr) << length;
     EXPECT_TRUE(image_.HasTemperature);
-    EXPECT_EQ(session_.Visible.Picbuf3.BufWidth(), 640);
+    // What came before stays nowhere: there is a picture with a warning, or none and a reason.
+    ASSERT_FALSE(session_.Faults.empty()) << length;
+    EXPECT_EQ(session_.Faults[0].Field, "VisibleImage");
+    EXPECT_EQ(session_.Visible.Picbuf3.BufWidth(), view_.VisibleImageEntries ? 640 : 0) << length;
   }
+  EXPECT_TRUE(view_.VisibleImageEntries);
   Open("v.sit", Sit('\2', Joined(Bytes(8), {0xFF, 0xD8})));
-  ExpectOneFault(ProblemKind::kBadValue, 0, "VisibleImage", false);
+  EXPECT_FALSE(view_.VisibleImageEntries);
+  for (const ExportView view : {ExportView::kVisible, ExportView::kComposite}) {
+    ExportOptions options;
+    options.View = view;
+    EXPECT_THROW(EncodeForExport(session_, Name("png"), options), StepFailure);
+  }
+  ExpectOneFault(ProblemKind::kWrongKind, 0, "VisibleImage", false);
 }
 
 }  // namespace

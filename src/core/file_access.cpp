@@ -64,6 +64,14 @@ Bytes RandomFile::ReadAt(std::uint64_t offset, std::uint64_t count) const {
   return bytes;
 }
 
+std::size_t RandomFile::ReadInto(std::uint64_t offset, std::span<std::uint8_t> to) const noexcept {
+  if (offset >= size_) {
+    return 0;
+  }
+  const auto wanted = static_cast<std::size_t>(std::min<std::uint64_t>(to.size(), size_ - offset));
+  return ReadAllAt(file_.Get(), to.first(wanted), offset);
+}
+
 std::optional<FileStart> ReadFileStart(const QString& path, std::uint64_t limit, Problems& faults) {
   const auto file = RandomFile::Open(path, faults);
   if (!file) {

@@ -48,6 +48,8 @@ class RandomFile {
   std::optional<FileStamp> Stamp() const { return StampOf(file_.Get()); }
   /// The bytes from `offset` on, at most `count`: fewer where the file ends or cannot be read.
   Bytes ReadAt(std::uint64_t offset, std::uint64_t count) const;
+  /// Fills `to` with the bytes from `offset` on and tells how many there were.
+  std::size_t ReadInto(std::uint64_t offset, std::span<std::uint8_t> to) const noexcept;
 
  private:
   RandomFile(FileDescriptor file, std::uint64_t size) : file_(std::move(file)), size_(size) {}

@@ -36,7 +36,7 @@ std::span<const float> TemperatureGrid::Row(int row) const {
 
 void RowCells::Allocate(int rows, int width) {
   rows_ = std::max(rows, 0);
-  cells_ = std::clamp(width, 0, kCellsPerRow);
+  cells_ = std::max(width, 0);
   values_.assign(static_cast<std::size_t>(rows_) * static_cast<std::size_t>(cells_), 0);
 }
 
@@ -47,11 +47,11 @@ std::size_t RowCells::Start(int row) const {
   return static_cast<std::size_t>(row) * static_cast<std::size_t>(cells_);
 }
 
-std::span<std::int32_t> RowCells::Row(int row) {
+std::span<std::uint8_t> RowCells::Row(int row) {
   return std::span(values_).subspan(Start(row), static_cast<std::size_t>(cells_));
 }
 
-std::span<const std::int32_t> RowCells::Row(int row) const {
+std::span<const std::uint8_t> RowCells::Row(int row) const {
   return std::span(values_).subspan(Start(row), static_cast<std::size_t>(cells_));
 }
 

@@ -35,29 +35,26 @@ class TemperatureGrid {
   std::vector<float> cells_;
 };
 
-/// The displayed 8-bit values of an image, one run of 32-bit cells for each image row. A row has
-/// 1501 cells, so 1501 is the widest picture whose values can be held. Memory is only taken for the
-/// cells that the image's width can use.
+/// The displayed 8-bit values of an image, one run of cells for each image row, as many as the
+/// image has columns.
 class RowCells {
  public:
-  static constexpr int kCellsPerRow = 1501;
-
   /// `rows` rows of zeros for an image of `width` columns.
   void Allocate(int rows, int width);
 
   int Rows() const { return rows_; }
-  /// Usable cells of a row: min(image width, 1501).
+  /// Cells of a row.
   int CellCount() const { return cells_; }
   /// The cells of image row `row` (from 0). Throws std::out_of_range for a row that is not there.
-  std::span<std::int32_t> Row(int row);
-  std::span<const std::int32_t> Row(int row) const;
+  std::span<std::uint8_t> Row(int row);
+  std::span<const std::uint8_t> Row(int row) const;
 
  private:
   std::size_t Start(int row) const;
 
   int rows_ = 0;
   int cells_ = 0;
-  std::vector<std::int32_t> values_;
+  std::vector<std::uint8_t> values_;
 };
 
 }  // namespace tessa

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <exception>
+#include <new>
 #include <stdexcept>
 #include <string>
 #include <string_view>
@@ -31,6 +32,10 @@ class StepLog {
     try {
       std::forward<Step>(step)();
       return true;
+    } catch (const std::bad_alloc&) {
+      ranOutOfMemory_ = true;
+      Record(name, "there is not enough memory");
+      return false;
     } catch (const std::exception& failure) {
       Record(name, failure.what());
       return false;
@@ -38,7 +43,12 @@ class StepLog {
   }
 
   const std::vector<FailedStep>& Failures() const { return failures_; }
-  void Clear() { failures_.clear(); }
+  /// True when a step failed for want of memory.
+  bool RanOutOfMemory() const { return ranOutOfMemory_; }
+  void Clear() {
+    failures_.clear();
+    ranOutOfMemory_ = false;
+  }
 
  private:
   void Record(std::string_view name, std::string_view reason);
@@ -46,6 +56,7 @@ class StepLog {
   // A file can make a step fail on every row; more than this says nothing new.
   static constexpr std::size_t kMostKept = 200;
   std::vector<FailedStep> failures_;
+  bool ranOutOfMemory_ = false;
 };
 
 /// The nearest integer to `value`, ties to even. Throws StepFailure when no 32-bit integer is near.

@@ -12,6 +12,8 @@
 #include "formats/txi_words.h"
 #include "open/load_image.h"
 #include "open/show_frame.h"
+#include "open/visible_image.h"
+#include "view/jpeg_picture.h"
 #include "view/picture_file.h"
 #include "view/range_control.h"
 
@@ -95,6 +97,12 @@ const Picbuf& ChosenPicture(Session& session, ExportView view) {
   if (needsVisible && !session.Image.HasVisibleImage) {
     throw StepFailure("the image has no visible-light picture inside");
   }
+  if (needsVisible && session.Visible.Picbuf3.BufWidth() == 0) {
+    const auto reason = std::find_if(session.Faults.begin(), session.Faults.end(),
+                                     [](const Problem& p) { return p.Field == kVisibleField; });
+    throw StepFailure(reason != session.Faults.end() ? reason->Text
+                                                     : "the visible picture cannot be shown");
+  }
   switch (view) {
     case ExportView::kWithBar:
       BuildPaletteView(session);
@@ -115,7 +123,7 @@ Bytes EncodePicture(const Picbuf& picture, const QString& ending) {
     return EncodePng(picture.ToImage());
   }
   if (ending == QLatin1String("jpg")) {
-    return EncodeJpeg(picture.ToImage().convertToFormat(QImage::Format_RGB888), kJpegQuality);
+    return EncodeJpeg(picture.ToImage(), kJpegQuality);
   }
   return picture.BufDepth() == 8 ? EncodeBmp8(picture.BufWidth(), picture.BufHeight(),
                                               picture.Pixels(), picture.Stride(), picture.Palette())

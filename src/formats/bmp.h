@@ -5,6 +5,7 @@
 #include <span>
 
 #include "formats/byte_reader.h"
+#include "formats/byte_source.h"
 #include "formats/byte_writer.h"
 #include "formats/problem.h"
 
@@ -31,6 +32,8 @@ inline constexpr std::size_t kBmpFileHeaderSize = 14;
 inline constexpr std::uint16_t kBmpType = 19778;  // "BM"
 /// Widest and highest picture of the program: sizes are signed 16-bit values.
 inline constexpr int kMaxPictureSide = 32767;
+/// Most pixels of a picture file: room for the largest photographs, 11648 x 8736.
+inline constexpr std::uint64_t kMaxPicturePixels = 100ULL << 20;
 
 /// The 14 bytes at the start of a bitmap file. The reserved words can carry temperatures.
 struct BmpFileHeader {
@@ -64,6 +67,7 @@ struct BmpPicture {
   int Depth = 0;                     // 8: one palette index a pixel. 24: red, green, blue bytes.
   std::vector<std::uint8_t> Pixels;  // Rows from the top, without padding.
   ColourTable Palette{};             // Entries that the file does not have are 0.
+  int PaletteEntries = 0;            // How many of them it has.
   Problems Faults;
 };
 
@@ -75,7 +79,10 @@ void ReadBmpHeaders(ByteSpan file, BmpFileHeader& fileHeader, BmpInfoHeader& inf
 /// Decodes a whole bitmap file: 1, 2, 4 and 8 bits become 8-bit indices, 16, 24 and 32 bits become
 /// 24-bit colours (alpha is ignored); RLE4, RLE8, bit fields, top-down rows and the older headers
 /// are read. A picture whose bytes are not all there is refused: half a bitmap would show
-/// temperatures that nobody measured.
+/// temperatures that nobody measured. Only
+/// headers, palette and pixels are read, a piece at a time, and no more work is done than the
+/// pixels and their bytes stand for.
+BmpPicture DecodeBmp(const ByteSource& file);
 BmpPicture DecodeBmp(ByteSpan file);
 
 /// The bytes of an 8-bit bitmap file. `indices` holds `height` rows of `stride` bytes from the top.

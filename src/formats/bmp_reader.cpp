@@ -16,9 +16,10 @@ constexpr std::uint32_t kAlphaBitFields = 6;
 constexpr std::uint64_t kInfoHeaderAt = kBmpFileHeaderSize;
 constexpr std::uint32_t kCoreHeaderSize = 12;
 constexpr std::uint32_t kInfoHeaderSize = 40;
-/// A run-length coded picture may be far larger than its file. A load takes about eleven bytes a
-/// pixel in all; so many pixels cost less than 64 MiB.
-constexpr std::uint64_t kMaxExpandedPixels = 5ULL << 20;
+/// Headers and palette of the longest kind.
+constexpr std::size_t kHeadSize = kBmpFileHeaderSize + 124 + 256 * 4;
+/// Bytes read at a time.
+constexpr std::size_t kPieceSize = std::size_t{1} << 18;
 
 void Refuse(BmpPicture& picture, ProblemKind kind, std::uint64_t offset, std::string field,
             std::string text) {
@@ -72,6 +73,12 @@ bool CheckHeaders(BmpPicture& picture, std::uint64_t fileSize) {
     picture.Faults.push_back({ProblemKind::kBadValue, isCore ? 22U : 26U, "Planes",
                               "the number of planes is not 1; it is taken as 1", false});
   }
+  if (static_cast<std::uint64_t>(info.Width) * static_cast<std::uint64_t>(rows) >
+      kMaxPicturePixels) {
+    Refuse(picture, ProblemKind::kTooLarge, 18, "Width",
+           "the picture has more than 100 million pixels");
+    return false;
+  }
   if (picture.FileHeader.OffBits >= fileSize) {
     Refuse(picture, ProblemKind::kTruncated, 10, "OffBits", "the pixels start past the file's end");
     return false;
@@ -86,11 +93,11 @@ bool CheckHeaders(BmpPicture& picture, std::uint64_t fileSize) {
   return true;
 }
 
-void ReadPalette(ByteSpan file, BmpPicture& picture) {
+void ReadPalette(ByteSpan head, BmpPicture& picture) {
   const BmpInfoHeader& info = picture.InfoHeader;
   const std::uint64_t entrySize = info.Size == kCoreHeaderSize ? 3 : 4;
   const std::uint64_t start = kInfoHeaderAt + info.Size;
-  const std::uint64_t end = std::min<std::uint64_t>(picture.FileHeader.OffBits, file.size());
+  const std::uint64_t end = std::min<std::uint64_t>(picture.FileHeader.OffBits, head.size());
   const std::uint64_t room = end > start ? (end - start) / entrySize : 0;
   const std::uint64_t possible = std::uint64_t{1} << info.BitCount;
   const std::uint64_t stated = info.ClrUsed == 0 ? possible : info.ClrUsed;
@@ -101,7 +108,8 @@ void ReadPalette(ByteSpan file, BmpPicture& picture) {
                               hasCount ? "ClrUsed" : "Palette",
                               "the palette has fewer colours than the header says", false});
   }
-  ByteReader reader(file, std::min<std::uint64_t>(start, file.size()));
+  picture.PaletteEntries = static_cast<int>(count);
+  ByteReader reader(head, std::min<std::uint64_t>(start, head.size()));
   for (std::uint64_t i = 0; i < count; ++i) {
     const std::uint8_t blue = reader.U8();
     const std::uint8_t green = reader.U8();
@@ -112,7 +120,7 @@ void ReadPalette(ByteSpan file, BmpPicture& picture) {
 }
 
 /// Masks of 16 and 32 bits, from the header or by custom. False when the picture is refused.
-bool ReadMasks(ByteSpan file, BmpPicture& picture, Layout& layout) {
+bool ReadMasks(ByteSpan head, BmpPicture& picture, Layout& layout) {
   const BmpInfoHeader& info = picture.InfoHeader;
   if (info.Compression == kUncompressed) {
     layout.Masks = info.BitCount == 16
@@ -121,7 +129,7 @@ bool ReadMasks(ByteSpan file, BmpPicture& picture, Layout& layout) {
     return true;
   }
   constexpr std::uint64_t kMasksAt = kInfoHeaderAt + kInfoHeaderSize;
-  ByteReader reader(file, std::min<std::uint64_t>(kMasksAt, file.size()));
+  ByteReader reader(head, std::min<std::uint64_t>(kMasksAt, head.size()));
   for (std::uint32_t& mask : layout.Masks) {
     mask = reader.U32Le();
   }
@@ -184,44 +192,98 @@ void DecodeColourRow(const std::uint8_t* from, int width, int bits, const Layout
   }
 }
 
-void DecodeRows(ByteSpan file, BmpPicture& picture, const Layout& layout) {
+void RefuseCut(BmpPicture& picture, std::uint64_t fileSize, std::uint64_t wholeRows) {
+  Refuse(picture, ProblemKind::kTruncated, fileSize, "Pixels",
+         "the file ends inside its picture: " + std::to_string(wholeRows) + " of " +
+             std::to_string(picture.Height) + " rows are whole");
+}
+
+void DecodeRows(const ByteSource& file, BmpPicture& picture, const Layout& layout) {
   const std::uint64_t start = picture.FileHeader.OffBits;
   const auto rows = static_cast<std::uint64_t>(picture.Height);
   // The padding of the last row is often left out.
   const std::uint64_t needed = layout.Stride * (rows - 1) + layout.RowBytes;
-  if (file.size() - start < needed) {
-    const std::uint64_t whole = (file.size() - start) / layout.Stride;
-    Refuse(picture, ProblemKind::kTruncated, file.size(), "Pixels",
-           "the file ends inside its picture: " + std::to_string(whole) + " of " +
-               std::to_string(rows) + " rows are whole");
+  if (file.Size() - start < needed) {
+    RefuseCut(picture, file.Size(), (file.Size() - start) / layout.Stride);
     return;
   }
   const std::size_t rowSize =
       static_cast<std::size_t>(picture.Width) * (picture.Depth == 8 ? 1 : 3);
   picture.Pixels.resize(rowSize * rows);
-  for (std::uint64_t row = 0; row < rows; ++row) {
-    const std::uint64_t stored = layout.TopDown ? row : rows - 1 - row;
-    const std::uint8_t* const from = file.data() + start + stored * layout.Stride;
-    std::uint8_t* const to = picture.Pixels.data() + row * rowSize;
-    if (picture.Depth == 8) {
-      DecodeIndexRow(from, picture.Width, picture.InfoHeader.BitCount, to);
-    } else {
-      DecodeColourRow(from, picture.Width, picture.InfoHeader.BitCount, layout, to);
+  const std::uint64_t rowsAtOnce = std::max<std::uint64_t>(kPieceSize / layout.Stride, 1);
+  Bytes piece(static_cast<std::size_t>(std::min(rowsAtOnce, rows) * layout.Stride));
+  for (std::uint64_t first = 0; first < rows; first += rowsAtOnce) {
+    const std::uint64_t count = std::min(rowsAtOnce, rows - first);
+    const std::size_t got = file.ReadAt(start + first * layout.Stride, piece);
+    if (got < layout.Stride * (count - 1) + layout.RowBytes) {
+      RefuseCut(picture, file.Size(), first + got / layout.Stride);
+      return;
+    }
+    for (std::uint64_t i = 0; i < count; ++i) {
+      const std::uint64_t row = layout.TopDown ? first + i : rows - 1 - first - i;
+      const std::uint8_t* const from = piece.data() + i * layout.Stride;
+      std::uint8_t* const to = picture.Pixels.data() + row * rowSize;
+      if (picture.Depth == 8) {
+        DecodeIndexRow(from, picture.Width, picture.InfoHeader.BitCount, to);
+      } else {
+        DecodeColourRow(from, picture.Width, picture.InfoHeader.BitCount, layout, to);
+      }
     }
   }
 }
 
+/// The coded pixels of a file, byte after byte. Past the end there are zeros and Failed() is true.
+class CodedBytes {
+ public:
+  CodedBytes(const ByteSource& file, std::uint64_t offset)
+      : file_(file), next_(offset), piece_(kPieceSize) {}
+
+  bool Failed() const { return failed_; }
+  /// Position in the file of the byte that comes next.
+  std::uint64_t Offset() const { return next_ - (present_ - used_); }
+  std::uint8_t U8() {
+    if (used_ == present_ && !Refill()) {
+      return 0;
+    }
+    return piece_[used_++];
+  }
+
+ private:
+  bool Refill() {
+    present_ = failed_ ? 0 : file_.ReadAt(next_, piece_);
+    used_ = 0;
+    next_ += present_;
+    failed_ = present_ == 0;
+    return !failed_;
+  }
+
+  const ByteSource& file_;
+  std::uint64_t next_;
+  Bytes piece_;
+  std::size_t present_ = 0;
+  std::size_t used_ = 0;
+  bool failed_ = false;
+};
+
 /// Run-length coded rows. Pixels that no run reaches stay index 0; runs past the edge are cut.
 class RleDecoder {
  public:
-  RleDecoder(ByteSpan file, BmpPicture& picture, bool topDown)
+  RleDecoder(const ByteSource& file, BmpPicture& picture, bool topDown)
       : picture_(picture),
         reader_(file, picture.FileHeader.OffBits),
+        mostBytes_(MostBytes(picture)),
         nibbles_(picture.InfoHeader.Compression == kRle4),
         topDown_(topDown) {}
 
   void Decode() {
+    const std::uint64_t start = reader_.Offset();
     while (!reader_.Failed() && line_ < picture_.Height) {
+      if (reader_.Offset() - start > mostBytes_) {
+        picture_.Faults.push_back({ProblemKind::kBadValue, reader_.Offset(), "Pixels",
+                                   "the coded picture has more codes than its pixels can need",
+                                   false});
+        return;
+      }
       const std::uint8_t count = reader_.U8();
       const std::uint8_t value = reader_.U8();
       if (reader_.Failed()) {
@@ -248,20 +310,38 @@ class RleDecoder {
   }
 
  private:
-  void Put(std::uint8_t index) {
-    if (column_ < picture_.Width && line_ < picture_.Height) {
-      const std::int64_t row = topDown_ ? line_ : picture_.Height - 1 - line_;
-      picture_.Pixels[static_cast<std::size_t>(row) * static_cast<std::size_t>(picture_.Width) +
-                      static_cast<std::size_t>(column_)] = index;
-    }
-    ++column_;
+  /// Two bytes for each pixel and for each end of a row are the most that a writer can mean; twice
+  /// that and some for steps that go nowhere.
+  static std::uint64_t MostBytes(const BmpPicture& picture) {
+    constexpr std::uint64_t kSome = 1ULL << 16;
+    return 4 * static_cast<std::uint64_t>(picture.Width + 1) *
+               static_cast<std::uint64_t>(picture.Height) +
+           kSome;
+  }
+  /// Pixels that are left in the line, at most `count`.
+  int Room(int count) const {
+    const std::int64_t left = line_ < picture_.Height ? picture_.Width - column_ : 0;
+    return static_cast<int>(std::clamp<std::int64_t>(left, 0, count));
+  }
+  /// Where the next pixel goes; only to be used where there is room.
+  std::uint8_t* Target() {
+    const std::int64_t row = topDown_ ? line_ : picture_.Height - 1 - line_;
+    return picture_.Pixels.data() +
+           static_cast<std::size_t>(row) * static_cast<std::size_t>(picture_.Width) +
+           static_cast<std::size_t>(column_);
   }
   void PutRun(int count, std::uint8_t value) {
-    for (int i = 0; i < count; ++i) {
-      Put(nibbles_ ? Nibble(value, i) : value);
+    if (const int room = Room(count); room > 0) {
+      std::uint8_t* const to = Target();
+      for (int i = 0; i < room; ++i) {
+        to[i] = nibbles_ ? Nibble(value, i) : value;
+      }
     }
+    column_ += count;
   }
   void PutLiterals(int count) {
+    const int room = Room(count);
+    std::uint8_t* const to = room > 0 ? Target() : nullptr;
     std::uint8_t value = 0;
     for (int i = 0; i < count; ++i) {
       if (!nibbles_ || i % 2 == 0) {
@@ -270,17 +350,23 @@ class RleDecoder {
       if (reader_.Failed()) {
         return;
       }
-      Put(nibbles_ ? Nibble(value, i) : value);
+      if (i < room) {
+        to[i] = nibbles_ ? Nibble(value, i) : value;
+      }
     }
+    column_ += count;
     const int bytes = nibbles_ ? (count + 1) / 2 : count;
-    reader_.Skip(static_cast<std::uint64_t>(bytes % 2));
+    if (bytes % 2 != 0) {
+      reader_.U8();
+    }
   }
   static std::uint8_t Nibble(std::uint8_t value, int position) {
     return position % 2 == 0 ? value >> 4 : value & 0x0F;
   }
 
   BmpPicture& picture_;
-  ByteReader reader_;
+  CodedBytes reader_;
+  std::uint64_t mostBytes_;
   bool nibbles_;
   bool topDown_;
   // 64 bits: a long file of nothing but steps to the right must not wrap around.
@@ -288,15 +374,9 @@ class RleDecoder {
   std::int64_t line_ = 0;  // In the order of the file.
 };
 
-void DecodeRle(ByteSpan file, BmpPicture& picture, bool topDown) {
-  const std::uint64_t pixels =
-      static_cast<std::uint64_t>(picture.Width) * static_cast<std::uint64_t>(picture.Height);
-  if (pixels > kMaxExpandedPixels + file.size() / 11) {
-    Refuse(picture, ProblemKind::kTooLarge, 18, "Width",
-           "the coded picture would be far larger than its file can justify");
-    return;
-  }
-  picture.Pixels.resize(static_cast<std::size_t>(pixels));
+void DecodeRle(const ByteSource& file, BmpPicture& picture, bool topDown) {
+  picture.Pixels.resize(static_cast<std::size_t>(picture.Width) *
+                        static_cast<std::size_t>(picture.Height));
   RleDecoder(file, picture, topDown).Decode();
 }
 
@@ -346,21 +426,27 @@ void ReadBmpHeaders(ByteSpan file, BmpFileHeader& fileHeader, BmpInfoHeader& inf
 }
 
 BmpPicture DecodeBmp(ByteSpan file) {
+  return DecodeBmp(MemorySource(file));
+}
+
+BmpPicture DecodeBmp(const ByteSource& file) {
   BmpPicture picture;
-  ReadBmpHeaders(file, picture.FileHeader, picture.InfoHeader, picture.Faults);
-  if (FindNoImage(picture.Faults) == nullptr && CheckHeaders(picture, file.size())) {
+  Bytes head(static_cast<std::size_t>(std::min<std::uint64_t>(file.Size(), kHeadSize)));
+  head.resize(file.ReadAt(0, head));
+  ReadBmpHeaders(head, picture.FileHeader, picture.InfoHeader, picture.Faults);
+  if (FindNoImage(picture.Faults) == nullptr && CheckHeaders(picture, file.Size())) {
     Layout layout;
     layout.TopDown = picture.InfoHeader.Height < 0;
     layout.RowBytes = RowByteCount(picture.Width, picture.InfoHeader.BitCount);
     layout.Stride = (layout.RowBytes + 3) / 4 * 4;
     if (picture.Depth == 8) {
-      ReadPalette(file, picture);
+      ReadPalette(head, picture);
     }
     const std::uint32_t compression = picture.InfoHeader.Compression;
     if (compression == kRle8 || compression == kRle4) {
       DecodeRle(file, picture, layout.TopDown);
     } else if (picture.Depth == 8 || picture.InfoHeader.BitCount == 24 ||
-               ReadMasks(file, picture, layout)) {
+               ReadMasks(head, picture, layout)) {
       DecodeRows(file, picture, layout);
     }
   }

@@ -1,7 +1,6 @@
 #include "formats/float_tiff.h"
 
 #include <bit>
-#include <string_view>
 
 namespace tessa {
 namespace {
@@ -11,13 +10,13 @@ constexpr std::uint16_t kAscii = 2;
 constexpr std::uint16_t kShort = 3;
 constexpr std::uint16_t kLong = 4;
 
-constexpr std::string_view kDescription("temperatures in degrees Celsius\0", 32);
+constexpr std::uint32_t kDescriptionSize = kDegreesDescription.size() + 1;  // A zero ends it.
 constexpr std::uint32_t kHeaderSize = 8;
 constexpr std::uint16_t kEntryCount = 11;
 constexpr std::uint32_t kDirectorySize = 2 + kEntryCount * 12 + 4;
 constexpr std::uint32_t kDescriptionAt = kHeaderSize + kDirectorySize;
 constexpr std::uint32_t kPixelsAt = kDescriptionAt + 34;  // A multiple of four.
-static_assert(kPixelsAt % 4 == 0 && kPixelsAt >= kDescriptionAt + kDescription.size());
+static_assert(kPixelsAt % 4 == 0 && kPixelsAt >= kDescriptionAt + kDescriptionSize);
 
 }  // namespace
 
@@ -43,14 +42,14 @@ Bytes EncodeFloatTiff(int width, int height, std::span<const float> degrees) {
   entry(258, kShort, 1, 32);      // BitsPerSample
   entry(259, kShort, 1, 1);       // Compression: none
   entry(262, kShort, 1, 1);       // PhotometricInterpretation: black is zero
-  entry(270, kAscii, kDescription.size(), kDescriptionAt);
+  entry(270, kAscii, kDescriptionSize, kDescriptionAt);
   entry(273, kLong, 1, kPixelsAt);  // StripOffsets
   entry(277, kShort, 1, 1);         // SamplesPerPixel
   entry(278, kLong, 1, rows);       // RowsPerStrip
   entry(279, kLong, 1, static_cast<std::uint32_t>(degrees.size() * sizeof(float)));
   entry(339, kShort, 1, 3);  // SampleFormat: IEEE floating point
   writer.U32Le(0);           // No further directory.
-  writer.Text(kDescription, kDescription.size());
+  writer.Text(kDegreesDescription, kDescriptionSize);
   writer.PadTo(kPixelsAt);
   for (const float value : degrees) {
     writer.U32Le(std::bit_cast<std::uint32_t>(value));

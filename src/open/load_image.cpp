@@ -167,10 +167,8 @@ void FinishLoad(const KindRules& kind, Session& session, Progress& progress) {
   }
 }
 
-}  // namespace
-
-void LoadImageFile(Session& session, Progress& progress) {
-  ResetForLoad(session);
+/// From the dispatch on the file's name to the zoom.
+void RunLoad(Session& session, Progress& progress) {
   RunLoader(RulesByName(session.Image).LoadedBy, session, progress);
   // A loader may have given the image the name of another kind.
   const KindRules& kind = RulesByName(session.Image);
@@ -182,6 +180,28 @@ void LoadImageFile(Session& session, Progress& progress) {
   }
   SetZoomForWidth(session.Image.ImageWidth, session.View.Zoom, session.Buffers.Picbuf1);
   FinishLoad(kind, session, progress);
+}
+
+void ReportNoMemory(Session& session) {
+  session.View.LoadingTextVisible = false;
+  session.Faults.push_back({ProblemKind::kTooLarge, 0, "Memory",
+                            "the image is too large: there is not enough memory for it", true});
+}
+
+}  // namespace
+
+void LoadImageFile(Session& session, Progress& progress) {
+  ResetForLoad(session);
+  try {
+    RunLoad(session, progress);
+  } catch (const std::bad_alloc&) {
+    session.Image.ImageBusy = false;
+    ReportNoMemory(session);
+    return;
+  }
+  if (session.Steps.RanOutOfMemory()) {
+    ReportNoMemory(session);
+  }
 }
 
 void OpenCurrentImage(Session& session, Progress& progress) {

@@ -1,10 +1,15 @@
+#include <algorithm>
+#include <cmath>
 #include <limits>
+#include <utility>
 
 #include "core/file_access.h"
 #include "formats/bmp.h"
 #include "formats/bmp_trailer.h"
 #include "formats/kelvin.h"
 #include "open/loaders.h"
+#include "view/picture_file.h"
+#include "view/range_control.h"
 
 namespace tessa {
 namespace {
@@ -18,16 +23,59 @@ std::int16_t ToInt16(std::uint16_t value) {
   return static_cast<std::int16_t>(value);
 }
 
-/// The common part of every plain picture: the file goes into the buffer as it is.
-void LoadPicture(int fileType, ImageKindValue kind, Session& session) {
+/// A TIFF of temperatures: its own extremes are the scale that it is shown in.
+void TakeDegrees(TemperatureGrid&& degrees, Session& session) {
+  OpenImage& image = session.Image;
+  image.TempGrid = std::move(degrees);
+  float low = std::numeric_limits<float>::max();
+  float high = std::numeric_limits<float>::lowest();
+  bool hasOther = false;
+  for (const float value : image.TempGrid.Cells()) {
+    if (std::isfinite(value)) {
+      low = std::min(low, value);
+      high = std::max(high, value);
+    } else {
+      hasOther = true;
+    }
+  }
+  if (hasOther) {
+    session.Faults.push_back({ProblemKind::kBadValue, 0, "Pixels",
+                              "some of the temperatures are not finite numbers", false});
+  }
+  if (low > high) {
+    low = high = 0.0F;
+  }
+  image.TempMin = image.ScaleMin = image.PaletteTempAt0 = low;
+  image.TempMax = image.ScaleMax = image.PaletteTempAt255 = high;
+  image.HasTemperature = true;
+  session.View.RangeToggleVisible = true;
+  InitRangeControl({low, high}, {low, high}, image.DisplayUnits, session.Range, session.View);
+}
+
+/// The common part of every plain picture: the file goes into the buffer, colours as luminance.
+/// Temperatures that came with it go into the record.
+void LoadPicture(int fileType, ImageKindValue kind, PictureUse use, Session& session) {
   OpenImage& image = session.Image;
   Picbuf& picture = session.Buffers.Picbuf1;
   image.ImageBusy = true;
   session.View.SequenceScaleVisible = false;
   picture.FileType = fileType;
   picture.FileName = image.CurrentFilePath;
-  session.Steps.Run("load picture", [&] { picture.LoadFile(session.Faults); });
+  LoadedPicture loaded;
+  session.Steps.Run("load picture", [&] {
+    loaded = LoadPictureFile(picture.FileName, fileType, use, session.Faults);
+    if (loaded.Width == 0) {
+      throw StepFailure("the picture cannot be read");
+    }
+  });
   image.ImageKind = kind;
+  if (loaded.Width == 0) {
+    return;
+  }
+  if (!loaded.Degrees.Empty()) {
+    TakeDegrees(std::move(loaded.Degrees), session);
+  }
+  picture.Take(std::move(loaded));
 }
 
 /// Reads the two points of the line from palette index to temperature.
@@ -98,20 +146,22 @@ void LoadBmpOrTxi(Session& session) {
   if (image.HasTemperature) {
     ReadTrailer(session);
   }
-  LoadPicture(Picbuf::kBmp, KindBmp, session);
+  const bool isMeasured = image.HasTemperature || RulesByName(image).Name == FileKind::kTxi;
+  LoadPicture(Picbuf::kBmp, KindBmp, isMeasured ? PictureUse::kMeasured : PictureUse::kView,
+              session);
 }
 
 void LoadTiff(Session& session) {
   session.View.Comment.clear();
   session.View.Memo.clear();
   session.View.StatusPanel[5].clear();
-  LoadPicture(Picbuf::kTiff, KindTiff, session);
+  LoadPicture(Picbuf::kTiff, KindTiff, PictureUse::kView, session);
 }
 
 void LoadJpeg(Session& session) {
   session.View.Comment.clear();
   session.View.Memo.clear();
-  LoadPicture(Picbuf::kJpeg, KindJpeg, session);
+  LoadPicture(Picbuf::kJpeg, KindJpeg, PictureUse::kView, session);
 }
 
 }  // namespace tessa

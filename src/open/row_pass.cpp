@@ -40,7 +40,7 @@ DegreesOfIndex TrailerDegrees(const OpenImage& image, StepLog& steps) {
 
 /// Turns one row of displayed values into degrees.
 void MeasureRow(int row, const DegreesOfIndex& degrees, OpenImage& image) {
-  const std::span<const std::int32_t> cells = std::as_const(image.RowBuffers).Row(row);
+  const std::span<const std::uint8_t> cells = std::as_const(image.RowBuffers).Row(row);
   const std::span<float> grid = image.TempGrid.Row(row);
   for (std::size_t column = 0; column < cells.size(); ++column) {
     if (const auto& value = degrees.at(static_cast<std::size_t>(cells[column]))) {
@@ -52,9 +52,7 @@ void MeasureRow(int row, const DegreesOfIndex& degrees, OpenImage& image) {
 /// The extremes of a bitmap grow with every row, and the range control with them.
 void FollowExtremes(int row, Session& session) {
   OpenImage& image = session.Image;
-  // Columns beyond the row buffers were never measured.
-  const auto measured = static_cast<std::size_t>(image.RowBuffers.CellCount());
-  for (const float degrees : std::as_const(image.TempGrid).Row(row).first(measured)) {
+  for (const float degrees : std::as_const(image.TempGrid).Row(row)) {
     image.TempMin = std::min(image.TempMin, degrees);
     image.TempMax = std::max(image.TempMax, degrees);
   }
@@ -89,8 +87,8 @@ void RunRowPass(FileKind kind, Session& session, Progress& progress) {
     }
     if (image.PaletteReversed) {
       session.Steps.Run("undo reversed palette", [&] {
-        for (std::int32_t& cell : image.RowBuffers.Row(row)) {
-          cell = 255 - cell;
+        for (std::uint8_t& cell : image.RowBuffers.Row(row)) {
+          cell = static_cast<std::uint8_t>(255 - cell);
         }
         picture.PutRow(image.RowBuffers.Row(row), row);
       });

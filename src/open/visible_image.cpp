@@ -2,7 +2,7 @@
 
 #include <QFile>
 #include <algorithm>
-#include <limits>
+#include <string>
 
 namespace tessa {
 namespace {
@@ -10,31 +10,33 @@ namespace {
 constexpr int kVisibleWidth = 640;
 constexpr int kVisibleHeight = 480;
 constexpr int kVisibleQuality = 95;
+/// Far more than any camera's photograph; what lies behind it in the file is not read.
+constexpr std::uint64_t kMostVisibleBytes = 32ULL << 20;
 
 bool StartsAsJpeg(ByteSpan bytes) {
   return bytes.size() >= 2 && bytes[0] == 0xFF && bytes[1] == 0xD8;
 }
 
 /// Stretches the temporary file's picture, less its last column, to the size that it is shown in.
-void ScaleVisible(const QString& path, Session& session) {
+/// False, and a fault, when there is nothing to show.
+bool ScaleVisible(const QString& path, Session& session) {
   Picbuf& shown = session.Visible.Picbuf3;
   Picbuf& loaded = session.Visible.PicBuf2;
-  session.Steps.Run("create visible buffer",
-                    [&] { shown.CreateBuffer(0, kVisibleHeight, kVisibleWidth, 24); });
   shown.FileName = loaded.FileName = path;
   shown.FileType = loaded.FileType = Picbuf::kJpeg;
-  session.Steps.Run("load visible picture", [&] {
-    Problems faults;
-    try {
-      loaded.LoadFile(faults);
-    } catch (const StepFailure& failure) {
-      // The infrared picture stands all the same.
-      session.Faults.push_back(
-          {ProblemKind::kBadValue, 0, "VisibleImage",
-           std::string("the visible picture cannot be shown: ") + failure.what(), false});
-      throw;
-    }
-  });
+  Problems faults;
+  const bool isLoaded = session.Steps.Run("load visible picture", [&] { loaded.LoadFile(faults); });
+  // Whatever is wrong with it, the infrared picture stands all the same.
+  for (Problem& fault : faults) {
+    const char* const lead =
+        isLoaded ? "the visible picture is damaged: " : "the visible picture cannot be shown: ";
+    session.Faults.push_back({fault.Kind, 0, std::string(kVisibleField), lead + fault.Text, false});
+  }
+  if (!isLoaded) {
+    return false;
+  }
+  session.Steps.Run("create visible buffer",
+                    [&] { shown.CreateBuffer(0, kVisibleHeight, kVisibleWidth, 24); });
   loaded.SelLeft = loaded.SelTop = shown.SelLeft = shown.SelTop = 0;
   loaded.SelWidth = loaded.BufWidth() - 1;
   loaded.SelHeight = loaded.BufHeight();
@@ -42,6 +44,7 @@ void ScaleVisible(const QString& path, Session& session) {
   shown.SelHeight = shown.BufHeight();
   session.Steps.Run("scale visible picture", [&] { shown.CopyFrom(true, loaded, true); });
   loaded.FreeBuffer();
+  return true;
 }
 
 }  // namespace
@@ -50,13 +53,15 @@ Bytes CutOutVisible(const RandomFile& file, std::uint64_t position) {
   if (position == 0 || file.Size() <= position || !StartsAsJpeg(file.ReadAt(position - 1, 2))) {
     return {};
   }
-  return file.ReadAt(position - 1, std::numeric_limits<std::uint64_t>::max());
+  return file.ReadAt(position - 1, kMostVisibleBytes);
 }
 
 void ExtractVisible(std::uint64_t position, Session& session) {
   OpenImage& image = session.Image;
   image.HasVisibleImage = false;
   session.View.VisibleImageEntries = false;
+  // The photograph of the image before must not be shown with this one.
+  session.Visible.Picbuf3.FreeBuffer();
   if (position == 0) {
     return;
   }
@@ -67,7 +72,7 @@ void ExtractVisible(std::uint64_t position, Session& session) {
     }
     if (file->Size() <= position || !StartsAsJpeg(file->ReadAt(position - 1, 2))) {
       session.Faults.push_back(
-          {ProblemKind::kBadValue, std::min(position - 1, file->Size()), "VisibleImage",
+          {ProblemKind::kBadValue, std::min(position - 1, file->Size()), std::string(kVisibleField),
            "the header promises a visible picture, but no JPEG starts there", false});
       throw StepFailure(session.Faults.back().Text);
     }
@@ -78,7 +83,10 @@ void ExtractVisible(std::uint64_t position, Session& session) {
     }
     const QString path = session.Folder.TemporaryFile(kVisibleFileName);
     WriteWholeFile(path, CutOutVisible(*file, position), Overwrite::kReplace);
-    ScaleVisible(path, session);
+    if (!ScaleVisible(path, session)) {
+      session.View.VisibleImageEntries = false;
+      return;
+    }
     Picbuf& shown = session.Visible.Picbuf3;
     shown.JpegQuality = shown.JpegQuality2 = kVisibleQuality;
     session.Steps.Run("save visible picture", [&] { shown.SaveFile(); });

@@ -93,11 +93,12 @@ SitHeader AppendWave(const QString& imagePath, ByteSpan wave, const OpenImage* o
   const bool isAsOpened = opened == nullptr ||
                           (static_cast<std::int64_t>(target.File.Size()) == opened->SitFileLength &&
                            target.Header.Record == opened->SitHeader.Record);
-  if (!isAsOpened) {
+  const auto stamp = target.File.Stamp();
+  if (!stamp || !isAsOpened) {
     throw StepFailure("the image was changed since it was opened");
   }
   const std::array<BytePatch, 1> patches = {{{0, RecordFor(target)}}};
-  AppendAndPatch(imagePath, target.File.Stamp(), wave, patches);
+  AppendAndPatch(imagePath, *stamp, wave, patches);
   Problems unused;
   return ReadSitHeader(patches[0].Content, unused);
 }

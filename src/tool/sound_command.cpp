@@ -105,7 +105,7 @@ int SoundCommands::WriteNotes() const {
   StopAfterThisFile();
   for (const std::string& argument : images_) {
     if (Interrupted()) {
-      return kToolInterrupted;
+      return InterruptedStatus();
     }
     const QString path = FromArgument(argument);
     const QString target =

@@ -11,6 +11,7 @@
 
 #include "core/file_access.h"
 #include "core/steps.h"
+#include "view/jpeg_picture.h"
 #include "view/picture_file.h"
 
 namespace tessa {
@@ -24,11 +25,6 @@ QFont LabelFont() {
   font.setPixelSize(kTextPixels);
   font.setStyleStrategy(QFont::NoAntialias);
   return font;
-}
-
-/// Luminance of a colour, weights of ITU-R BT.601 in thousandths.
-std::uint8_t Luminance(int red, int green, int blue) {
-  return static_cast<std::uint8_t>((299 * red + 587 * green + 114 * blue + 500) / 1000);
 }
 
 QColor ToQColor(Colour colour) {
@@ -86,26 +82,28 @@ void Picbuf::CreateBuffer(Colour fill, int height, int width, int bits) {
   Refresh();
 }
 
-void Picbuf::LoadFile(Problems& faults) {
-  LoadedPicture picture = LoadPictureFile(FileName, FileType, faults);
+void Picbuf::LoadFile(Problems& faults, PictureUse use) {
+  LoadedPicture picture = LoadPictureFile(FileName, FileType, use, faults);
   if (picture.Width == 0) {
     const Problem* const reason = FindNoImage(faults);
     throw StepFailure(reason != nullptr ? reason->Text : "the picture cannot be read");
   }
-  Allocate(picture.Width, picture.Height, picture.Depth);
-  const std::size_t rowBytes =
-      static_cast<std::size_t>(width_) * static_cast<std::size_t>(depth_ / 8);
-  for (int row = 0; row < height_; ++row) {
-    std::copy_n(picture.Pixels.data() + static_cast<std::size_t>(row) * rowBytes, rowBytes,
-                PixelAt(0, row));
-  }
+  Take(std::move(picture));
+}
+
+void Picbuf::Take(LoadedPicture&& picture) {
+  pixels_ = std::move(picture.Pixels);
+  stride_ = picture.Stride;
+  width_ = picture.Width;
+  height_ = picture.Height;
+  depth_ = picture.Depth;
   palette_ = picture.Palette;
   Refresh();
 }
 
 Bytes Picbuf::Encode() const {
   if (FileType == kJpeg) {
-    return EncodeJpeg(ToImage().convertToFormat(QImage::Format_RGB888), JpegQuality);
+    return EncodeJpeg(ToImage(), JpegQuality);
   }
   if (FileType != kBmp) {
     throw StepFailure("pictures are written as BMP or JPEG only");
@@ -160,11 +158,7 @@ void Picbuf::ReduceTo8Bit() {
   Picbuf greys;
   greys.Allocate(width_, height_, 8);
   for (int row = 0; row < height_; ++row) {
-    const std::uint8_t* from = PixelAt(0, row);
-    std::uint8_t* const to = greys.PixelAt(0, row);
-    for (int column = 0; column < width_; ++column, from += 3) {
-      to[column] = Luminance(from[0], from[1], from[2]);
-    }
+    ReduceRow(PixelAt(0, row), static_cast<std::size_t>(width_), greys.PixelAt(0, row));
   }
   pixels_ = std::move(greys.pixels_);
   stride_ = greys.stride_;
@@ -251,6 +245,20 @@ void Picbuf::PutRow(std::span<const std::int32_t> cells, int row) {
       PutColour(column, row, static_cast<Colour>(cell));
     }
   }
+}
+
+void Picbuf::GetRow(std::span<std::uint8_t> cells, int row) const {
+  if (row < 0 || row >= height_ || depth_ != 8 || cells.size() < static_cast<std::size_t>(width_)) {
+    throw std::out_of_range("the buffer has no such row of indices");
+  }
+  std::copy_n(PixelAt(0, row), width_, cells.begin());
+}
+
+void Picbuf::PutRow(std::span<const std::uint8_t> cells, int row) {
+  if (row < 0 || row >= height_ || depth_ != 8 || cells.size() < static_cast<std::size_t>(width_)) {
+    throw std::out_of_range("the buffer has no such row of indices");
+  }
+  std::copy_n(cells.begin(), width_, PixelAt(0, row));
 }
 
 std::span<std::uint8_t> Picbuf::IndexRow(int row) {

@@ -10,6 +10,7 @@
 
 #include "formats/bmp.h"
 #include "formats/problem.h"
+#include "view/loaded_picture.h"
 
 namespace tessa {
 
@@ -63,7 +64,9 @@ class Picbuf {
   void CreateBuffer(Colour fill, int height, int width, int bits);
   /// Reads FileName as FileType says. What was wrong with the file, also after a success, is added
   /// to `faults`.
-  void LoadFile(Problems& faults);
+  void LoadFile(Problems& faults, PictureUse use = PictureUse::kColours);
+  /// The picture becomes this buffer's.
+  void Take(LoadedPicture&& picture);
   /// Writes FileName as FileType says (BMP or JPEG), replacing an older file as a whole.
   void SaveFile() const;
   void FreeBuffer();
@@ -75,9 +78,12 @@ class Picbuf {
   /// One cell a pixel: the index, or the colour in a 24-bit buffer. A row array that is too short
   /// for the row is filled as far as it goes, then std::out_of_range is thrown.
   void GetRow(std::span<std::int32_t> cells, int row) const;
+  /// The same in cells of 8 bits, for an 8-bit buffer alone.
+  void GetRow(std::span<std::uint8_t> cells, int row) const;
   /// The low 8 bits of each cell count in an 8-bit buffer. A row array that is too short for the
   /// row is refused.
   void PutRow(std::span<const std::int32_t> cells, int row);
+  void PutRow(std::span<const std::uint8_t> cells, int row);
   /// The indices of one row of an 8-bit buffer, for writing in place.
   std::span<std::uint8_t> IndexRow(int row);
   void CreatePalette(const ColourTable& table);

@@ -1,6 +1,7 @@
 #include "view/render.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 
 #include "core/units.h"
@@ -57,14 +58,19 @@ RenderLine MakeRenderLine(float lo, float hi, StepLog& steps) {
 void RenderGridRow(int row, int columns, const RenderLine& line, std::int32_t& value,
                    OpenImage& image, Picbuf& picture) {
   const auto degrees = std::as_const(image.TempGrid).Row(row);
-  const std::span<std::int32_t> cells = image.RowBuffers.Row(row);
+  const std::span<std::uint8_t> cells = image.RowBuffers.Row(row);
   const std::span<std::uint8_t> indices = picture.IndexRow(row);
   if (cells.size() < indices.size()) {
     throw std::out_of_range("the picture is wider than a row buffer");
   }
   const auto count =
       std::min({static_cast<std::size_t>(std::max(columns, 0)), degrees.size(), indices.size()});
-  MapToIndices(degrees.first(count), line, value, cells, indices);
+  std::array<std::int32_t, 512> values;
+  for (std::size_t at = 0; at < count; at += values.size()) {
+    const std::size_t part = std::min(values.size(), count - at);
+    MapToIndices(degrees.subspan(at, part), line, value, values, indices.subspan(at, part));
+  }
+  std::copy_n(indices.begin(), count, cells.begin());
 }
 
 void RenderRows(float& lo, float& hi, const RenderPieces& pieces) {

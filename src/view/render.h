@@ -24,8 +24,8 @@ struct RenderPieces {
 
 /// Maps TempGrid onto palette indices so that `lo` becomes 0 and `hi` 255, both degrees Celsius,
 /// writes the range texts and brings the scale into line. Equal ends are spread first; the caller
-/// sees the result. For every kind but SIT. Kinds that neither TXI, SEQ, BMP nor RTI files hold are
-/// drawn in their first 255 columns only; the others keep what the loader gave them.
+/// sees the result. For every kind but SIT. Kinds that neither TXI, SEQ, BMP, RTI nor TIF files
+/// hold are drawn in their first 255 columns only; the others keep what the loader gave them.
 void RenderRows(float& lo, float& hi, const RenderPieces& pieces);
 
 /// The same for SIT images, over all columns.
