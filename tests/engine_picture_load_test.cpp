@@ -80,13 +80,13 @@ TEST_F(PictureLoad, ABitmapKeepsItsIndicesAndShowsThemInTheSelectedPalette) {
   EXPECT_EQ(image_.ImageKind, KindBmp);
   EXPECT_EQ(image_.PreviousKindIndex, 1);
   EXPECT_EQ(image_.ImageWidth, 5);
-  EXPECT_EQ(image_.BufferHeight, 2);
+  EXPECT_EQ(image_.BufferHeight(), 2);
   EXPECT_FALSE(image_.HasTemperature || image_.PaletteReversed);
   EXPECT_TRUE(image_.ImageDate.isEmpty() && view_.Comment.isEmpty());
   EXPECT_TRUE(view_.StatusPanel[4].isEmpty() && view_.StatusPanel[5].isEmpty());
   EXPECT_FALSE(view_.RangeSliderVisible || view_.RangeEntryVisible || view_.RangeToggleVisible ||
                view_.AutoUpdateVisible || view_.LimitBoxesVisible || view_.ExtremesLine.Visible);
-  EXPECT_EQ(view_.LoadButtonTip.toStdString(), "Load Image BMP Images");
+  EXPECT_EQ(LoadButtonTip(image_, session_.Words).toStdString(), "Load Image BMP Images");
 }
 
 TEST_F(PictureLoad, AReversedPaletteTurnsTheValuesRound) {
@@ -184,7 +184,7 @@ TEST_F(PictureLoad, AWidePictureIsMeasuredToItsLastColumn) {
 }
 
 TEST_F(PictureLoad, OnlyTheLastThreeCharactersDecideAndTheirCaseDoesNotMatter) {
-  for (const char* name : {"a.bmp", "A.BMP", "a.Bmp", "abmp", "a.png", "a.bmp2", "a.jpeg", "bm"}) {
+  for (const char* name : {"a.bmp", "A.BMP", "a.Bmp", "abmp", "a.png", "a.bmp2", "a.peg", "bm"}) {
     const bool isBitmap = QString::fromLatin1(name).toLower().endsWith(Name("bmp"));
     Open("before.tif", Tiff(2, 1, 1, {11, 12}));
     Open(name, Bitmap8(3, 1, {1, 2, 3}, Ramp(false)));

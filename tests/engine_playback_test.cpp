@@ -175,6 +175,11 @@ TEST_F(PlaybackTest, TxiWordsOfAConversionFollowTheirOwnRule) {
   EXPECT_EQ(ReadAll(folder_.Path(QStringLiteral("T002.TXI"))).mid(6, 4), QByteArray(4, '\0'));
   Convert("T", FrameFormat::kTxi, {1, 2});
   EXPECT_EQ(FirstIndexIn("T001.TXI"), 128) << "40 of 80 degrees: 127.5";
+  // A comma is a point here too.
+  session_.View.RangeLowText = QStringLiteral("0");
+  session_.View.RangeHighText = QStringLiteral("40,8");
+  Convert("E", FrameFormat::kBmp, {1, 2});
+  EXPECT_EQ(FirstIndexIn("E001.BMP"), 125) << "20 degrees at 6.25 indices each";
 }
 
 TEST_F(PlaybackTest, PrefixesStayInTheFolderAndNumbersGrow) {

@@ -131,6 +131,33 @@ TEST_F(RangeActionsTest, LimitBoxesMoveTheScaleAndKeepTheOldOneWhenRefused) {
   EXPECT_EQ(Texts(), "20.0|30.0");
 }
 
+TEST_F(RangeActionsTest, BoxesTakeWhatTheyShow) {
+  // 2.3047 and 50.0938 degrees: the texts are a little outside at both ends.
+  ASSERT_EQ(
+      (session_.View.LimitMinText + QLatin1Char('|') + session_.View.LimitMaxText).toStdString(),
+      "2.3|50.1");
+  const double low = session_.Range.ScaleMinLimit();
+  const double high = session_.Range.ScaleMaxLimit();
+  RangeApply(QStringLiteral("2,3"), QStringLiteral("50.1"), Pieces());
+  EXPECT_EQ(Texts(), "2.3|50.1");
+  EXPECT_EQ(session_.Range.RangeMinValue(), low);
+  EXPECT_EQ(session_.Range.RangeMaxValue(), high);
+  ApplyLimitTexts(QStringLiteral("2.3"), QStringLiteral("50.1"), Pieces());
+  EXPECT_EQ(session_.Range.ScaleMinLimit(), low);
+  EXPECT_EQ(session_.Range.RangeMaxValue(), high);
+  RangeApply(QStringLiteral("2.2"), QStringLiteral("40"), Pieces());
+  EXPECT_EQ(Texts(), "2.3|50.1") << "what is outside by more than the rounding is refused";
+}
+
+TEST_F(RangeActionsTest, TheToggleShowsWhatNarrowerLimitsLeaveOfTheExtremes) {
+  ApplyLimitTexts(QStringLiteral("12"), QStringLiteral("50.1"), Pieces());
+  ToggleRangeByButton(Pieces());
+  EXPECT_EQ(session_.View.Source, RangeSource::kImage);
+  EXPECT_EQ(Texts(), "12.0|42.1");
+  ApplyLimitTexts(QStringLiteral("12"), QStringLiteral("40"), Pieces());
+  EXPECT_EQ(Texts(), "12.0|40.0");
+}
+
 TEST_F(RangeActionsTest, ADoubleClickedThumbGoesToTheExtremeOnItsSide) {
   ResetThumb(true, Pieces());
   EXPECT_NEAR(session_.Range.RangeMaxValue(), 42.09375, 1e-4);

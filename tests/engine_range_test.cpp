@@ -83,8 +83,7 @@ class RangeDisplay : public ::testing::Test {
   RangeDisplay() {
     image_.ImageKind = KindSit;
     image_.HasTemperature = true;
-    image_.ScaleLowText = QStringLiteral("20.0");
-    image_.ScaleHighText = QStringLiteral("40.0");
+    SetRangeAsShown(20.0, 40.0, image_);
   }
   void Update() { UpdateRangeDisplay(image_, view_, strings_); }
   void UpdateFor(float minimum, float maximum) {
@@ -174,8 +173,7 @@ TEST_F(RangeDisplay, LabelsDivideTheScaleInTheDisplayUnit) {
   EXPECT_EQ(view_.RangeHighText.toStdString(), "40.0");
   EXPECT_TRUE(view_.StatusPanel[5].isEmpty());
   image_.DisplayUnits = 'F';
-  image_.ScaleLowText = QStringLiteral("68.0");
-  image_.ScaleHighText = QStringLiteral("104.0");
+  SetRangeAsShown(68.0, 104.0, image_);
   image_.CalRangeMin = -40;
   image_.CalRangeMax = 120;
   view_.StatusPanel[5] = QStringLiteral("x");
@@ -185,14 +183,13 @@ TEST_F(RangeDisplay, LabelsDivideTheScaleInTheDisplayUnit) {
   EXPECT_EQ(view_.StatusPanel[5].toStdString(), "Range: -40.0 to 248.0");
   // Upside down is shown as it is.
   image_.DisplayUnits = 'C';
-  image_.ScaleLowText = QStringLiteral("10.0");
-  image_.ScaleHighText = QStringLiteral("-10.0");
+  SetRangeAsShown(10.0, -10.0, image_);
   Update();
   EXPECT_EQ(Labels(), "10.0 0.0 -10.0 -2.0 -4.0 -6.0 -8.0 8.0 6.0 4.0 2.0");
 }
 
 TEST_F(RangeDisplay, EqualEndsKeepAScaleForTemperaturesOnly) {
-  image_.ScaleLowText = image_.ScaleHighText = QStringLiteral("36.6");
+  SetRangeAsShown(36.6, 36.6, image_);
   UpdateFor(36.6F, 36.6F);
   EXPECT_TRUE(view_.ScaleStrokesVisible);
   EXPECT_EQ(view_.ScaleLabel[0].toStdString(), "36.6");

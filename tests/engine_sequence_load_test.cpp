@@ -176,6 +176,19 @@ TEST_F(SequenceLoad, InVersion21EveryFrameBringsItsStamp) {
   EXPECT_EQ(image_.ImageDate.toStdString(), "02/07/2004");
 }
 
+TEST_F(SequenceLoad, ASnapshotMayTellTheContainersVersionInItsTrailer) {
+  Open("before.rti", Container(2));
+  Open(Snapshot(2, 3.0F));
+  ExpectNoFaults();
+  ExpectFrame(0);
+  EXPECT_EQ(image_.SeqVersion, 3.0F);
+  EXPECT_EQ(image_.ScaleHighText.toStdString(), "35.5");
+  EXPECT_TRUE(Show(2));
+  ExpectFrame(1);
+  EXPECT_TRUE(ShowFrameFile(false, session_, *progress_));
+  EXPECT_NEAR(image_.TempGrid.At(0, 0), 11.0, 1e-5);
+}
+
 TEST_F(SequenceLoad, Version5IsRefusedBeforeItReachesPanelsOrPicture) {
   Open(Snapshot(1));
   SnapshotFields refused = Snapshot(1, 5.0F);
@@ -209,7 +222,10 @@ TEST_F(SequenceLoad, AnEmptySlotIsCountedOffAndTheFramesBehindItAreFound) {
     EXPECT_EQ(view_.Memo.toStdString(), "2");
     ExpectFrame(0);
     EXPECT_FALSE(Show(2));
+    EXPECT_FALSE(Show(2));
     ExpectBlank();
+    ASSERT_EQ(session_.Faults.size(), 2U) << "told once";
+    EXPECT_THAT(session_.Faults[1].Text, HasSubstr("frame 2 cannot be read"));
     EXPECT_TRUE(Show(3));
     ExpectFrame(2);
     EXPECT_EQ(image_.ImageTime.toStdString(), "01:02:12 PM");
@@ -438,6 +454,25 @@ TEST_F(SequenceLoad, AFrameFileIsSpreadOverItsOwnExtremes) {
     EXPECT_EQ(IndexAt(0, 2), 102);
     EXPECT_EQ(image_.ScaleLowText.toStdString(), fahrenheit ? "68.0" : "20.0");
     EXPECT_EQ(image_.ScaleHighText.toStdString(), fahrenheit ? "69.8" : "21.0");
+  }
+}
+
+TEST_F(SequenceLoad, AFrameFileIsFoundInOtherCaseAndTakesItsStampFromTheOpenFile) {
+  for (const Bytes& file : {EncodeSnapshot(Snapshot(3, 2.1F)), Container(3)}) {
+    Open("B.rti", file);
+    folder_.Write(Name("b-001.apd"), FrameOf(std::vector<std::int16_t>(15, 2932)));
+    session_.Image.CurrentFrame = 2;
+    EXPECT_TRUE(ShowFrameFile(false, session_, *progress_));
+    EXPECT_EQ(image_.TempGrid.At(0, 0), 20.0F);
+    EXPECT_EQ(image_.ImageTime.toStdString(), "01:02:11 PM");
+    // Nobody can tell which of two is meant, unless one has the exact name.
+    folder_.Write(Name("b-001.APD"), FrameOf(std::vector<std::int16_t>(15, 2942)));
+    EXPECT_FALSE(ShowFrameFromFile(session_, *progress_));
+    folder_.Write(Name("B-001.APD"), FrameOf(std::vector<std::int16_t>(15, 2952)));
+    EXPECT_TRUE(ShowFrameFromFile(session_, *progress_));
+    EXPECT_EQ(image_.TempGrid.At(0, 0), 22.0F);
+    QFile::remove(folder_.Path(Name("B-001.APD")));
+    QFile::remove(folder_.Path(Name("b-001.APD")));
   }
 }
 

@@ -129,7 +129,6 @@ TEST_F(SitLoad, HeaderFieldsReachRecordAndPanels) {
               fahrenheit ? "Range: -40.0 to 248.0" : "Range: -40.0 to 120.0");
     EXPECT_EQ(view_.StatusPanel[6], folder_.Path(Name("note.sit")).toUpper());
     EXPECT_TRUE(view_.RangeSliderVisible && view_.RangeEntryVisible);
-    EXPECT_EQ(view_.FahrenheitSelected, fahrenheit);
     EXPECT_EQ(view_.CelsiusSelected, !fahrenheit);
     EXPECT_EQ(image_.FileUnits, fahrenheit ? 'F' : 'C');
     EXPECT_EQ(session_.Settings.LastFolder + Name("note.sit"), image_.CurrentFilePath);
@@ -260,14 +259,15 @@ TEST_F(SitLoad, DigitsBecomeDatesAndTimesAndOthersStayAsTheyStand) {
   for (const auto& [digits, time] :
        {std::pair{"000000", "12:00:00 AM"}, std::pair{"090807", "9:08:07 AM"},
         std::pair{"120000", "12:00:00 PM"}, std::pair{"235959", "11:59:59 PM"},
-        std::pair{"256199", "25:61:99"}, std::pair{"ABCDEF", "0:CD:EF"}}) {
+        std::pair{"256199", "25:61:99"}, std::pair{"ABCDEF", "0:CD:EF"}, std::pair{"", ""},
+        std::pair{"      ", ""}}) {
     EXPECT_EQ(TimeFromDigits(digits).toStdString(), time);
   }
   for (const auto& [digits, date] :
        {std::pair{"260705", "7/05/2026"}, std::pair{"791231", "12/31/2079"},
         std::pair{"800101", "1/01/1980"}, std::pair{"240229", "2/29/2024"},
         std::pair{"260229", "02/29/26"}, std::pair{"261315", "13/15/26"},
-        std::pair{"ABCDEF", "CD/EF/AB"}}) {
+        std::pair{"ABCDEF", "CD/EF/AB"}, std::pair{"", ""}, std::pair{"      ", ""}}) {
     EXPECT_EQ(DateFromDigits(digits).toStdString(), date);
   }
 }
@@ -306,7 +306,7 @@ TEST_F(SitLoad, AFileCutAnywhereKeepsWhatIsThereAndLeavesTheRestZero) {
   ExpectNextFileOpensNormally();
 }
 
-TEST_F(SitLoad, WhatIsNoReadableFileLeavesTheRecordHalfUpdated) {
+TEST_F(SitLoad, WhatIsNoReadableFileLeavesABlankRasterAndNoTexts) {
   const QString folder = folder_.Path(Name("FOLDER.SIT"));
   const QString pipe = folder_.Path(Name("pipe.sit"));
   const QString locked = folder_.Write(Name("locked.sit"), EncodeSit(Golden()));
@@ -326,10 +326,9 @@ TEST_F(SitLoad, WhatIsNoReadableFileLeavesTheRecordHalfUpdated) {
     }
     ASSERT_NE(FindNoImage(session_.Faults), nullptr);
     EXPECT_EQ(session_.Faults[0].Kind, ProblemKind::kUnreadable);
-    EXPECT_FALSE(session_.Steps.Failures().empty());
     EXPECT_EQ(image_.CurrentFilePath, path);
-    EXPECT_EQ(image_.Emissivity, 0.95F);  // The header record is the former file's.
-    EXPECT_EQ(image_.SitScaleMax, 40.0F);
+    EXPECT_EQ(image_.SitHeader.EmissivityX100, 95) << "the record keeps the former header";
+    EXPECT_TRUE((view_.Comment + view_.Memo + image_.ImageDate + view_.StatusPanel[4]).isEmpty());
     ExpectExtremes(999.0F, -999.0F);
     EXPECT_EQ(image_.TempGrid.At(100, 100), 0.0F);
     ExpectNextFileOpensNormally();
@@ -346,9 +345,10 @@ TEST_F(SitLoad, AFileOfNothingButOnesIsReadAsItStands) {
   EXPECT_EQ(image_.SitScaleMax, -9.9999237060546875F);
   // From 3s to -5s the palette runs downwards: 0 degrees lie 3/8 of the way, at 95.6.
   EXPECT_EQ(Row(7)[7], 96);
-  // lo 0, hi -10: half the span is -5, half of that truncated -2.
-  EXPECT_EQ(view_.LimitMinText.toStdString(), "2.0");
-  EXPECT_EQ(view_.LimitMaxText.toStdString(), "-12.0");
+  // The slider runs upwards all the same: from -10 to 6, half the span is 8, half of that 4.
+  EXPECT_EQ(view_.LimitMinText.toStdString(), "-14.0");
+  EXPECT_EQ(view_.LimitMaxText.toStdString(), "10.0");
+  EXPECT_EQ(session_.Range.RangeMaxValue(), 5.9999542236328125);
   EXPECT_EQ(image_.ImageDate.toStdString(), "\u00FF\u00FF/\u00FF\u00FF/\u00FF\u00FF");
   ExpectNextFileOpensNormally();
 }

@@ -12,7 +12,7 @@ namespace {
 TEST(Units, NumbersEndAtTheDegreeSign) {
   const std::pair<const char*, double> numbers[] = {
       {"36.5 \u00B0C", 36.5}, {"120.5\u00B0 99", 120.5}, {"-40", -40.0},
-      {"1,234", 1.0},         {"\u00B05", 0.0},          {"abc", 0.0}};
+      {"20,5\u00B0", 20.5},   {"\u00B05", 0.0},          {"abc", 0.0}};
   for (const auto& [text, number] : numbers) {
     EXPECT_EQ(ParseNumber(QString::fromUtf8(text)), number) << text;
   }
@@ -84,7 +84,7 @@ TEST_F(OpenSit, SwitchingTheUnitRewritesEveryTextAndNothingElse) {
     fahrenheit ? ToFahrenheit() : ToCelsius();
     EXPECT_EQ(image_.DisplayUnits, unit);
     EXPECT_EQ(image_.FileUnits, unit);
-    EXPECT_EQ(view_.FahrenheitSelected, fahrenheit);
+    EXPECT_EQ(view_.CelsiusSelected, !fahrenheit);
     EXPECT_EQ(view_.CelsiusSelected, !fahrenheit);
     if (fahrenheit) {
       ExpectScaleTexts("68.0", "104.0", "59.0", "113.0");  // The limits are 15 and 45.
@@ -102,15 +102,14 @@ TEST_F(OpenSit, SwitchingTheUnitRewritesEveryTextAndNothingElse) {
 }
 
 TEST_F(OpenSit, RangeTextsAreCutToSixCharacters) {
-  image_.ScaleLowText = QStringLiteral("-900.0");
-  image_.ScaleHighText = QStringLiteral("5555.5");
+  SetRangeAsShown(-900.0, 5555.5, image_);
   ToFahrenheit();
   EXPECT_EQ(image_.ScaleLowText.toStdString(), "-1588.");
   EXPECT_EQ(image_.ScaleHighText.toStdString(), "10031.");  // 10031.9
   EXPECT_EQ(view_.RangeLowText.toStdString(), "-1588.0");
-  image_.ScaleLowText = QStringLiteral("  ");
+  SetNoRange(image_);
   ToCelsius();
-  EXPECT_EQ(image_.ScaleHighText.toStdString(), "10031.");
+  EXPECT_TRUE(image_.ScaleHighText.isEmpty());
   EXPECT_EQ(image_.DisplayUnits, 'C');
 }
 
@@ -188,8 +187,7 @@ TEST_F(OpenSit, WithoutTemperaturesThePaletteEntryIsRead) {
 
 TEST_F(OpenSit, AKindWithoutAGridReadsTheScaleOfItsTexts) {
   SetCurrentFile(image_, QStringLiteral("/x/y.jpg"));
-  image_.ScaleLowText = QStringLiteral("20.0");
-  image_.ScaleHighText = QStringLiteral("71.0");
+  SetRangeAsShown(20.0, 71.0, image_);
   image_.RowBuffers.Row(0)[4] = 100;
   EXPECT_EQ(At(8, 0), "X:  5|Y:  1|Temp: 40.0 \u00B0C");  // 51 x 100 / 255 above 20.
   image_.DisplayUnits = 'F';                              // The texts are in its unit already.

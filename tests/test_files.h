@@ -14,6 +14,7 @@
 
 #include "export/image_report.h"
 #include "open/load_image.h"
+#include "open/load_steps.h"
 #include "test_images.h"
 
 namespace tessa::testing {
@@ -98,7 +99,7 @@ class LoadTest : public ::testing::Test {
     report[Name("RangeHighText")] = view_.RangeHighText;
     report[Name("LimitMinText")] = view_.LimitMinText;
     report[Name("LimitMaxText")] = view_.LimitMaxText;
-    report[Name("LoadButtonTip")] = view_.LoadButtonTip;
+    report[Name("LoadButtonTip")] = LoadButtonTip(image_, session_.Words);
     report[Name("RangeToggleVisible")] = view_.RangeToggleVisible;
     ExpectFacts(report, facts);
   }

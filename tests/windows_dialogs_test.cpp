@@ -108,9 +108,9 @@ TEST_F(PreferencesTest, SaveWritesTheFiveLinesInTheTrueCase) {
   EXPECT_FALSE(dialog_->isVisible());
   EXPECT_EQ(session_.Image.ImageKind, KindRti);
   EXPECT_EQ(session_.Image.PreviousKindIndex, 7);
-  EXPECT_EQ(session_.View.LoadButtonTip, QStringLiteral("Load Image RTI Images"));
+  EXPECT_EQ(LoadButtonTip(session_.Image, session_.Words), QStringLiteral("Load Image RTI Images"));
   EXPECT_EQ(session_.View.PaletteSelection, 10);
-  EXPECT_TRUE(session_.View.FahrenheitSelected);
+  EXPECT_FALSE(session_.View.CelsiusSelected);
   EXPECT_EQ(user_.Language(kNeverSaved), 0);
 
   session_.Settings = ReadViewerIni(IniPath());
@@ -168,7 +168,8 @@ TEST_F(PreferencesTest, ASavedLanguageStays) {
   Press("Command1");
   EXPECT_EQ(session_.Words.Language(), 2);
   EXPECT_EQ(user_.Language(kNeverSaved), 2);
-  EXPECT_TRUE(session_.View.LoadButtonTip.endsWith(QStringLiteral("TXI im\u00E1genes")));
+  EXPECT_TRUE(
+      LoadButtonTip(session_.Image, session_.Words).endsWith(QStringLiteral("TXI im\u00E1genes")));
 }
 
 TEST_F(PreferencesTest, ALanguageThatIsNotOfferedIsKeptUnlessAnotherIsPicked) {
@@ -219,8 +220,9 @@ TEST_F(PreferencesTest, AnOpenImageKeepsItsKindAndFollowsPaletteAndUnit) {
   Find<QRadioButton>("SSOption2").click();
   Press("Command1");
   EXPECT_EQ(session_.Image.ImageKind, KindSit);
-  EXPECT_EQ(session_.View.LoadButtonKind, KindJpeg);
-  EXPECT_EQ(session_.View.LoadButtonTip, QStringLiteral("Load Image JPEG Images"));
+  EXPECT_EQ(session_.Image.OfferedKind(), KindJpeg);
+  EXPECT_EQ(LoadButtonTip(session_.Image, session_.Words),
+            QStringLiteral("Load Image JPEG Images"));
   EXPECT_EQ(session_.Palettes.PaletteIndex, 9);
   EXPECT_EQ(session_.Palettes.CurrentPalette, session_.Palettes.PaletteTable[9]);
   EXPECT_EQ(session_.Image.DisplayUnits, 'F');

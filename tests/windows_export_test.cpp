@@ -161,6 +161,29 @@ TEST_F(ExportTest, TheBarHasItsFrameTicksAndColoursWhereTheyBelong) {
   EXPECT_EQ(drawing.pixel(200, 100), qRgb(index, index, index));
 }
 
+TEST_F(ExportTest, ASmallImageKeepsAllOfItsBarAndATinyOneItsPicture) {
+  for (const auto& [width, height] : {std::pair{160, 120}, std::pair{64, 64}}) {
+    OpenFrames(width, height);
+    BuildPaletteView(session_);
+    const QImage drawing = session_.Buffers.Picbuf3.ViewPicture();
+    for (int x = width + 6; x < width + 19; ++x) {
+      EXPECT_EQ(drawing.pixel(x, height / 2), drawing.pixel(width + 6, height / 2)) << x;
+    }
+    EXPECT_LT(qRed(drawing.pixel(width + 18, height / 2)), 250) << "white paper";
+  }
+  OpenFrames(30, 10);
+  BuildPaletteView(session_);
+  EXPECT_EQ(session_.Buffers.Picbuf3.ViewPicture().pixel(1, 0), qRgb(191, 191, 191));
+  EXPECT_EQ(session_.Buffers.PicBuf6.ViewPicture().pixel(0, 0),
+            session_.Buffers.Picbuf3.ViewPicture().pixel(34, 0));
+  const QImage bar = session_.Buffers.PicBuf6.ViewPicture();
+  bool hasInk = false;
+  for (int i = 0; i < bar.width() * bar.height(); ++i) {
+    hasInk = hasInk || qRed(bar.pixel(i % bar.width(), i / bar.width())) < 100;
+  }
+  EXPECT_TRUE(hasInk) << "ticks and labels that have room are drawn";
+}
+
 TEST_F(ExportTest, ASmallCompositeCutsTheVisiblePictureAtItsFoot) {
   OpenFrames(160, 120);
   Picbuf& visible = session_.Visible.Picbuf3;

@@ -2,6 +2,7 @@
 
 #include <QDate>
 #include <QTime>
+#include <string_view>
 
 #include "core/units.h"
 #include "formats/ansi_text.h"
@@ -25,9 +26,17 @@ int PairNumber(const std::string& digits, std::size_t index) {
   return isNumber && pair.size() == 2 && pair[0].isDigit() ? value : -1;
 }
 
+/// True for a field that nothing was written to.
+bool IsEmptyField(const std::string& digits) {
+  return digits.find_first_not_of(std::string_view(" \0", 2)) == std::string::npos;
+}
+
 }  // namespace
 
 QString TimeFromDigits(const std::string& digits) {
+  if (IsEmptyField(digits)) {
+    return {};
+  }
   const QTime time(PairNumber(digits, 0), PairNumber(digits, 1), PairNumber(digits, 2));
   if (!time.isValid()) {
     return QString::number(static_cast<int>(ParseNumber(Pair(digits, 0)))) + QLatin1Char(':') +
@@ -42,6 +51,9 @@ QString TimeFromDigits(const std::string& digits) {
 }
 
 QString DateFromDigits(const std::string& digits) {
+  if (IsEmptyField(digits)) {
+    return {};
+  }
   const int year = PairNumber(digits, 0);
   const QDate date(year < kFirstYearOf1900 ? 2000 + year : 1900 + year, PairNumber(digits, 1),
                    PairNumber(digits, 2));

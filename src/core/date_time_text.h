@@ -5,6 +5,8 @@
 
 namespace tessa {
 
+// A field of blanks or zero bytes gives an empty text.
+
 /// "h:nn:ss AM/PM" from the digits HHMMSS. Digits that are no time stay as the joined text.
 QString TimeFromDigits(const std::string& digits);
 

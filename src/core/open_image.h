@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <vector>
 
+#include "core/kinds.h"
 #include "core/pixel_stores.h"
 #include "formats/bmp.h"
 #include "formats/sequence.h"
@@ -13,16 +14,10 @@
 
 namespace tessa {
 
-/// What kind of file the open image came from.
-enum ImageKindValue : std::int16_t {
-  KindBmp = 0,
-  KindTiff = 1,
-  KindJpeg = 2,
-  KindSit = 3,
-  KindTxi = 4,
-  KindTmp = 5,
-  KindRti = 6,
-  KindRtv = 7,  // The word alone: a sequence is opened under KindRti.
+/// A pair of temperatures, degrees Celsius.
+struct TemperaturePair {
+  float Minimum = 0.0F;
+  float Maximum = 0.0F;
 };
 
 /// A temperature that may be unset; kept in step with the unit of display.
@@ -43,15 +38,17 @@ struct OpenImage {
   QString CurrentFilePath;  // Exactly as it is on disk.
   std::int16_t ImageKind = KindBmp;
   bool HasTemperature = false;         // TempGrid holds degrees for this image.
-  std::int16_t PreviousKindIndex = 1;  // ImageKind + 1 after a completed load.
+  std::int16_t PreviousKindIndex = 1;  // 1-based entry of the open dialog's filter: kind + 1.
+  /// The kind that the load button offers.
+  int OfferedKind() const { return PreviousKindIndex - 1; }
 
-  // Frame geometry, pixels. All three pairs are equal after a load.
-  int BufferWidth = 0;
-  int BufferHeight = 0;
-  int HeaderWidth = 0;
-  int HeaderHeight = 0;
+  // Frame geometry, pixels; that of the buffer and of the file's header is the same.
   int ImageWidth = 0;
   int ImageHeight = 0;
+  int BufferWidth() const { return ImageWidth; }
+  int BufferHeight() const { return ImageHeight; }
+  int HeaderWidth() const { return ImageWidth; }
+  int HeaderHeight() const { return ImageHeight; }
 
   TemperatureGrid TempGrid;
   TemperatureGrid SavedTempGrid;  // Kept while the thumbnail browser uses TempGrid.
@@ -77,8 +74,12 @@ struct OpenImage {
   float PaletteTempHigh = 0.0F;
   float PaletteTempAt0 = 0.0F;  // The same line at indices 0 and 255.
   float PaletteTempAt255 = 0.0F;
-  QString ScaleHighText = QStringLiteral("255");  // Range in force, in DisplayUnits, 6 characters.
+  // The range in force, in DisplayUnits: texts of at most 6 characters, and the numbers that they
+  // stand for. Only the procedures below set them, always together.
+  QString ScaleHighText = QStringLiteral("255");
   QString ScaleLowText = QStringLiteral("0");
+  double ShownHigh = 255.0;
+  double ShownLow = 0.0;
   char DisplayUnits = 'C';
   char FileUnits = 'C';
   std::array<OptionalTemperature, 2> SpotTemperatures;
@@ -90,6 +91,7 @@ struct OpenImage {
   int FrameCount = 0;    // 0: no sequence, or one that could not be read.
   int CurrentFrame = 0;  // 1-based.
   float SeqVersion = 0.0F;
+  bool SeqIsContainer = false;         // Frames are read from the file one by one.
   std::int64_t SeqFrameStride = 0;     // Bytes from one frame to the next in a container.
   int SeqDepth = 0;                    // Bits a pixel, containers only.
   std::vector<QString> SeqFrameTimes;  // Stamps of a snapshot's frames.
@@ -122,19 +124,26 @@ struct OpenImage {
   tessa::BmpInfoHeader BmpInfoHeader;
 };
 
-/// The word for a kind with its trailing blank, "SIT " for KindSit; empty above KindRtv.
-QString KindWord(int imageKind);
-
-/// The last three characters of an upper-cased path: all that decides about a file's kind.
-QString KindEnding(const QString& upperCasedPath);
-
 /// Makes `path` (as on disk) the open image's file, in all three forms.
 void SetCurrentFile(OpenImage& image, const QString& path);
+
+/// The rules for the open image by its file's name, and by its ImageKind.
+const KindRules& RulesByName(const OpenImage& image);
+const KindRules& RulesByImageKind(const OpenImage& image);
+
+/// Whether a rule holds for an image, measured or not.
+bool Holds(When rule, const OpenImage& image);
 
 /// True for the images whose range the user may move.
 bool CanMoveRange(const OpenImage& image);
 
-/// The text cut to the 6 characters that the range texts hold.
-QString SixCharacters(const QString& text);
+/// Sets the range in force from degrees Celsius: one decimal in the unit of display.
+void SetRangeInForce(double low, double high, OpenImage& image);
+/// The same from numbers that are in the unit of display already.
+void SetRangeAsShown(double low, double high, OpenImage& image);
+/// The range of images without temperatures, "0" to "255": palette entries.
+void SetRangeOfEntries(OpenImage& image);
+/// No range: empty texts, numbers 0.
+void SetNoRange(OpenImage& image);
 
 }  // namespace tessa

@@ -1,20 +1,25 @@
 #include "core/side_file.h"
 
-#include <QDir>
-#include <QFileInfo>
+#include <filesystem>
+
+#include "core/path_bytes.h"
 
 namespace tessa {
 
 QString FindSideFile(const QString& imagePath, const QString& name) {
-  const QString folder = QFileInfo(imagePath).absolutePath() + QDir::separator();
-  const QFileInfo exact(folder + name);
-  if (exact.exists() || exact.isSymLink()) {
-    return folder + name;
+  namespace fs = std::filesystem;
+  const QString folder = FolderOfPath(imagePath);
+  const QString exact = JoinPath(folder, name);
+  std::error_code error;
+  if (fs::exists(fs::symlink_status(PathToBytes(exact).toStdString(), error))) {
+    return exact;
   }
   QString found;
   const QString folded = name.toCaseFolded();
-  for (const QString& other : QDir(folder).entryList(QDir::AllEntries | QDir::Hidden |
-                                                     QDir::System | QDir::NoDotAndDotDot)) {
+  fs::directory_iterator entry(PathToBytes(folder).toStdString(), error);
+  for (; !error && entry != fs::directory_iterator(); entry.increment(error)) {
+    const QString other =
+        PathFromBytes(QByteArray::fromStdString(entry->path().filename().string()));
     if (other.toCaseFolded() == folded) {
       if (!found.isEmpty()) {
         return {};
@@ -22,7 +27,7 @@ QString FindSideFile(const QString& imagePath, const QString& name) {
       found = other;
     }
   }
-  return folder + (found.isEmpty() ? name : found);
+  return found.isEmpty() ? exact : JoinPath(folder, found);
 }
 
 }  // namespace tessa

@@ -9,7 +9,8 @@ namespace tessa {
 double CelsiusToFahrenheit(double celsius);
 double FahrenheitToCelsius(double fahrenheit);
 
-/// The number at the start of `text`, 0 when there is none. A degree sign ends the number.
+/// The number at the start of `text` as ParseLeadingNumber reads it, 0 when there is none. A degree
+/// sign ends the number.
 double ParseNumber(const QString& text);
 
 /// "0.0" and "0.00": one and two decimals, half away from zero, a point in every locale.

@@ -53,8 +53,6 @@ struct ViewState {
   std::array<QString, kStatusPanels + 1> StatusPanel;  // StatusBar1; panels are numbered from 1.
   QString Comment;                                     // ssComment
   QString Memo;                                        // ssMemo
-  int LoadButtonKind = 0;                              // The kind that btnOpenImage offers.
-  QString LoadButtonTip;                               // btnOpenImage
   bool BusyPointer = false;
 
   // The frame of the view.
@@ -96,8 +94,7 @@ struct ViewState {
   // Tool panel.
   QStringList PaletteList;           // Combo1: the entry's position is its palette number.
   int PaletteSelection = -1;         // -1: none.
-  bool CelsiusSelected = true;       // SSOption1
-  bool FahrenheitSelected = false;   // SSOption2
+  bool CelsiusSelected = true;       // SSOption1; else SSOption2.
   bool TrendSaysWhiteHot = false;    // Tool tip of btnTrend: "White Hot", else "Black Hot".
   bool VisibleImageEntries = false;  // btnViewVis, mnuView, mnuCopyVis, mnuMerge, mnuSaveComposite
 
@@ -107,7 +104,6 @@ struct ViewState {
   bool SuppressEvents = false;
 
   ZoomState Zoom;
-  int MeasuringTool = 3;
   QString RotationCaption = QStringLiteral("0");  // SSPanel5 of the view: degrees, entered only.
   QString EdgeCaption = QStringLiteral("0");      // SSPanel7 of the view: magnitude, entered only.
 };

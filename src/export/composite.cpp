@@ -69,51 +69,66 @@ int PlanSize(const OpenImage& image, Plan& plan) {
 
 void PlanTexts(const OpenImage& image, Plan& plan) {
   plan.HasTemperature = image.HasTemperature;
-  const QSize high = MeasureText(BarText(ParseNumber(image.ScaleHighText), image.HasTemperature));
-  const QSize low = MeasureText(BarText(ParseNumber(image.ScaleLowText), image.HasTemperature));
+  const QSize high = MeasureText(BarText(image.ShownHigh, image.HasTemperature));
+  const QSize low = MeasureText(BarText(image.ShownLow, image.HasTemperature));
   plan.TextWidth = std::max(high.width(), low.width());
   plan.TextHeight = high.height();
   plan.BarHeight = RoundToInteger(plan.ImageHeight - plan.TextHeight - plan.TextHeight / 2.0);
   plan.BarTop = plan.TextHeight / 2.0 - 2.0;
 }
 
-void DrawImageAndBar(const Plan& plan, ViewBuffers& buffers) {
-  Picbuf& target = buffers.Picbuf3;
-  // Only the part that is drawn is turned into colours: the image can be far larger than that.
-  buffers.Picbuf8.CreateBuffer(0, plan.ImageHeight, plan.ImageWidth, 24);
-  const Picbuf& picture = buffers.Picbuf1;
-  Select(buffers.Picbuf8, 0, 0, plan.ImageWidth, plan.ImageHeight);
-  buffers.Picbuf8.CopyFrom(false, picture, true);
-  buffers.Picbuf9.CopyFrom(false, buffers.Picbuf7, false);
-  buffers.Picbuf9.ConvertDepth(24);
-  Select(target, 0, 0, plan.ImageWidth, plan.ImageHeight);
-  target.CopyFrom(true, buffers.Picbuf8, true);
+// Each operation of a drawing is a step of its own: beside an image of a few rows the bar has no
+// room, and what has is drawn all the same.
 
-  const int stripHeight = buffers.Picbuf9.BufHeight();
-  Select(buffers.Picbuf9, 0, 0, Divide(stripHeight, plan.BarHeight) * kBarWidth, stripHeight);
-  Select(target, plan.ImageWidth + kBarGap, plan.BarTop, kBarWidth, plan.BarHeight - 2);
-  target.CopyFrom(true, buffers.Picbuf9, true);
-  target.ForeColor = 0;
-  Select(target, plan.ImageWidth + kBarGap - 1, plan.BarTop - 1, kBarWidth + 1, plan.BarHeight - 2);
-  target.DrawSelFrame();
+void DrawImageAndBar(const Plan& plan, ViewBuffers& buffers, StepLog& steps) {
+  Picbuf& target = buffers.Picbuf3;
+  steps.Run("image in composite", [&] {
+    // Only the part that is drawn is turned into colours: the image can be far larger than that.
+    buffers.Picbuf8.CreateBuffer(0, plan.ImageHeight, plan.ImageWidth, 24);
+    Select(buffers.Picbuf8, 0, 0, plan.ImageWidth, plan.ImageHeight);
+    buffers.Picbuf8.CopyFrom(false, buffers.Picbuf1, true);
+    Select(target, 0, 0, plan.ImageWidth, plan.ImageHeight);
+    target.CopyFrom(true, buffers.Picbuf8, true);
+  });
+  steps.Run("palette bar in composite", [&] {
+    Picbuf& strip = buffers.Picbuf9;
+    strip.CopyFrom(false, buffers.Picbuf7, false);
+    strip.ConvertDepth(24);
+    // All columns of the strip are alike; a short bar would ask for more than there are.
+    const double width = Divide(strip.BufHeight(), plan.BarHeight) * kBarWidth;
+    Select(strip, 0, 0, std::min<double>(width, strip.BufWidth()), strip.BufHeight());
+    Select(target, plan.ImageWidth + kBarGap, plan.BarTop, kBarWidth, plan.BarHeight - 2);
+    target.CopyFrom(true, strip, true);
+  });
+  steps.Run("frame of the palette bar", [&] {
+    target.ForeColor = 0;
+    Select(target, plan.ImageWidth + kBarGap - 1, plan.BarTop - 1, kBarWidth + 1,
+           plan.BarHeight - 2);
+    target.DrawSelFrame();
+  });
 }
 
 /// One tick at height `y` with its text; `top` is the text's upper edge.
-void DrawTick(const Plan& plan, double y, double top, const QString& text, Picbuf& target) {
-  const std::array<std::int32_t, 4> line = {plan.ImageWidth + kTickStart, RoundToInteger(y),
-                                            plan.ImageWidth + kLabelStart, RoundToInteger(y)};
-  target.DrawPolyline(line);
-  const int left = plan.ImageWidth + kLabelStart;
-  const int behind = plan.WithVisible ? kVisibleWidth + kVisibleGap : 0;
-  Select(target, left, top, target.BufWidth() - left - behind, MeasureText(text).height());
-  target.Text = text;
-  target.DrawSelText();
+void DrawTick(const Plan& plan, double y, double top, const QString& text, Picbuf& target,
+              StepLog& steps) {
+  steps.Run("tick", [&] {
+    const std::array<std::int32_t, 4> line = {plan.ImageWidth + kTickStart, RoundToInteger(y),
+                                              plan.ImageWidth + kLabelStart, RoundToInteger(y)};
+    target.DrawPolyline(line);
+  });
+  steps.Run("label of a tick", [&] {
+    const int left = plan.ImageWidth + kLabelStart;
+    const int behind = plan.WithVisible ? kVisibleWidth + kVisibleGap : 0;
+    Select(target, left, top, target.BufWidth() - left - behind, MeasureText(text).height());
+    target.Text = text;
+    target.DrawSelText();
+  });
 }
 
 /// Four ticks upwards from `from` towards `to`, beside the labels from `firstLabel` on. Without
 /// temperatures the texts count up from `entry` instead.
 void DrawMinorTicks(const Plan& plan, const ViewState& view, double from, double to,
-                    std::size_t firstLabel, double entry, Picbuf& target) {
+                    std::size_t firstLabel, double entry, Picbuf& target, StepLog& steps) {
   const double step = (from - to) / 5.0;
   double y = from;
   for (std::size_t label = firstLabel; label < firstLabel + 4; ++label) {
@@ -123,11 +138,12 @@ void DrawMinorTicks(const Plan& plan, const ViewState& view, double from, double
         plan.HasTemperature ? ParseNumber(view.ScaleLabel[label]) : std::nearbyint(entry);
     const QString text = BarText(value, plan.HasTemperature);
     const double tick = std::nearbyint(y);
-    DrawTick(plan, tick, tick - MeasureText(text).height() / 2.0, text, target);
+    DrawTick(plan, tick, tick - MeasureText(text).height() / 2.0, text, target, steps);
   }
 }
 
-void DrawScale(const Plan& plan, const OpenImage& image, const ViewState& view, Picbuf& target) {
+void DrawScale(const Plan& plan, const OpenImage& image, const ViewState& view, Picbuf& target,
+               StepLog& steps) {
   target.TextAlign = 1;
   target.TextOptionA = 0;
   target.TextOptionB = 0;
@@ -135,22 +151,24 @@ void DrawScale(const Plan& plan, const OpenImage& image, const ViewState& view, 
                                          plan.BarHeight / 2.0 + plan.BarTop - 1, plan.BarTop};
   for (std::size_t label = 0; label < heights.size(); ++label) {
     const QString& caption = view.ScaleLabel[label];
-    const QString text = BarText(ParseNumber(caption.isEmpty() ? image.ScaleHighText : caption),
-                                 plan.HasTemperature);
+    const QString text =
+        BarText(caption.isEmpty() ? image.ShownHigh : ParseNumber(caption), plan.HasTemperature);
     const double top = label == 2 ? 0.0 : heights[label] - MeasureText(text).height() / 2.0;
-    DrawTick(plan, heights[label], top, text, target);
+    DrawTick(plan, heights[label], top, text, target, steps);
   }
-  DrawMinorTicks(plan, view, heights[0], heights[1], 7, 0.0, target);
-  DrawMinorTicks(plan, view, heights[1], heights[2], 3, kMiddleEntry, target);
+  DrawMinorTicks(plan, view, heights[0], heights[1], 7, 0.0, target, steps);
+  DrawMinorTicks(plan, view, heights[1], heights[2], 3, kMiddleEntry, target, steps);
 
-  target.TextAlign = 2;
-  target.Text = !plan.HasTemperature        ? QStringLiteral("Pal")
-                : image.DisplayUnits == 'F' ? QStringLiteral("\u00B0F")
-                                            : QStringLiteral("\u00B0C");
-  const int textHeight = MeasureText(target.Text).height();
-  Select(target, plan.ImageWidth + kBarGap, plan.ImageHeight - textHeight + 1, kUnitWidth,
-         textHeight);
-  target.DrawSelText();
+  steps.Run("unit of the palette bar", [&] {
+    target.TextAlign = 2;
+    target.Text = !plan.HasTemperature        ? QStringLiteral("Pal")
+                  : image.DisplayUnits == 'F' ? QStringLiteral("\u00B0F")
+                                              : QStringLiteral("\u00B0C");
+    const int textHeight = MeasureText(target.Text).height();
+    Select(target, plan.ImageWidth + kBarGap, plan.ImageHeight - textHeight + 1, kUnitWidth,
+           textHeight);
+    target.DrawSelText();
+  });
 }
 
 void Build(bool withVisible, Session& session) {
@@ -162,21 +180,26 @@ void Build(bool withVisible, Session& session) {
   }
   Plan plan;
   plan.WithVisible = withVisible;
-  steps.Run("composite", [&] {
-    const int height = PlanSize(image, plan);
-    PlanTexts(image, plan);
-    const int barEnd = plan.ImageWidth + kLabelStart + plan.TextWidth;
+  int height = 0;
+  steps.Run("size of the composite", [&] { height = PlanSize(image, plan); });
+  steps.Run("texts of the palette bar", [&] { PlanTexts(image, plan); });
+  const int barEnd = plan.ImageWidth + kLabelStart + plan.TextWidth;
+  steps.Run("create composite", [&] {
     buffers.Picbuf3.CreateBuffer(kWhite, height,
                                  barEnd + (withVisible ? kVisibleGap + kVisibleWidth : 0), 24);
+  });
+  steps.Run("create palette bar", [&] {
     buffers.PicBuf6.CreateBuffer(kWhite, plan.ImageHeight, kTickStart + plan.TextWidth, 24);
-    DrawImageAndBar(plan, buffers);
-    DrawScale(plan, image, session.View, buffers.Picbuf3);
-    if (withVisible) {
-      steps.Run("visible picture in composite", [&] {
-        Select(buffers.Picbuf3, barEnd + kVisibleGap, 0, kVisibleWidth, kVisibleHeight);
-        buffers.Picbuf3.CopyFrom(false, session.Visible.Picbuf3, true);
-      });
-    }
+  });
+  DrawImageAndBar(plan, buffers, steps);
+  DrawScale(plan, image, session.View, buffers.Picbuf3, steps);
+  if (withVisible) {
+    steps.Run("visible picture in composite", [&] {
+      Select(buffers.Picbuf3, barEnd + kVisibleGap, 0, kVisibleWidth, kVisibleHeight);
+      buffers.Picbuf3.CopyFrom(false, session.Visible.Picbuf3, true);
+    });
+  }
+  steps.Run("palette bar by itself", [&] {
     Select(buffers.Picbuf3, plan.ImageWidth + kBarGap - 1, 0, kTickStart + plan.TextWidth,
            plan.ImageHeight);
     SelectAll(buffers.PicBuf6);

@@ -70,16 +70,15 @@ void ApplyRange(const ExportOptions& options, Session& session, Progress& progre
 Bytes EncodeTxi(Session& session) {
   RequireTemperatures(session.Image, "scale for a TXI file");
   const OpenImage& image = session.Image;
-  const auto celsius = [&](const QString& text) {
-    return FromDisplayUnits(ParseNumber(text), image.DisplayUnits);
-  };
-  const auto low = EncodeTxiWord(celsius(image.ScaleLowText));
-  const auto high = EncodeTxiWord(celsius(image.ScaleHighText));
+  const double lowest = FromDisplayUnits(image.ShownLow, image.DisplayUnits);
+  const double highest = FromDisplayUnits(image.ShownHigh, image.DisplayUnits);
+  const auto low = EncodeTxiWord(lowest);
+  const auto high = EncodeTxiWord(highest);
   const TxiScale scale = low && high ? DecodeTxiWords(*low, *high) : TxiScale{};
   // The two words cannot say every range; a reader would take others for hundreds of degrees more.
   constexpr double kRounding = 0.06;
-  if (!low || !high || std::fabs(scale.Low - celsius(image.ScaleLowText)) > kRounding ||
-      std::fabs(scale.High - celsius(image.ScaleHighText)) > kRounding) {
+  if (!low || !high || std::fabs(scale.Low - lowest) > kRounding ||
+      std::fabs(scale.High - highest) > kRounding) {
     throw StepFailure("a TXI file cannot hold the range " + image.ScaleLowText.toStdString() +
                       " to " + image.ScaleHighText.toStdString() +
                       ": its upper end must not be below zero, and both must be below 6553 C");

@@ -83,10 +83,10 @@ QJsonObject ReportAsJson(const Session& session) {
   put("Kind", KindName(image));
   put("HasTemperature", image.HasTemperature);
   put("PreviousKindIndex", image.PreviousKindIndex);
-  put("BufferWidth", image.BufferWidth);
-  put("BufferHeight", image.BufferHeight);
-  put("HeaderWidth", image.HeaderWidth);
-  put("HeaderHeight", image.HeaderHeight);
+  put("BufferWidth", image.BufferWidth());
+  put("BufferHeight", image.BufferHeight());
+  put("HeaderWidth", image.HeaderWidth());
+  put("HeaderHeight", image.HeaderHeight());
   put("ImageWidth", image.ImageWidth);
   put("ImageHeight", image.ImageHeight);
   put("TempMin", Number(image.TempMin));

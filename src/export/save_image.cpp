@@ -134,14 +134,14 @@ void SaveTxi(Session& session, Dialogs& dialogs) {
   Picbuf& picture = session.Buffers.Picbuf1;
   picture.FileType = Picbuf::kBmp;
   // A limit that no word can hold leaves the word of an ordinary bitmap.
-  const auto word = [&](const QString& text) {
-    return EncodeTxiWord(FromDisplayUnits(ParseNumber(text), image.FileUnits)).value_or(0);
+  const auto word = [&](double shown) {
+    return EncodeTxiWord(FromDisplayUnits(shown, image.FileUnits)).value_or(0);
   };
   session.Steps.Run("save TXI", [&] {
     WriteWholeFile(
         *path,
         EncodeBmp8(picture.BufWidth(), picture.BufHeight(), picture.Pixels(), picture.Stride(),
-                   picture.Palette(), word(image.ScaleLowText), word(image.ScaleHighText)),
+                   picture.Palette(), word(image.ShownLow), word(image.ShownHigh)),
         Overwrite::kReplace);
   });
   picture.FileName = image.CurrentFilePath;

@@ -49,6 +49,51 @@ std::size_t NumberLength(std::string_view text) {
   return mantissaEnd;
 }
 
+/// True for digits in groups of three between `group`, with at most one `point` behind them all.
+bool IsGrouped(std::string_view digits, char group, char point) {
+  const std::string_view whole = digits.substr(0, digits.find(point));
+  if (digits.find_first_of(",.", whole.size() + 1) != std::string_view::npos) {
+    return false;
+  }
+  std::size_t start = whole.find(group);
+  if (start == std::string_view::npos || start == 0 || start > 3) {
+    return false;
+  }
+  for (; start < whole.size(); start += 4) {
+    if (whole[start] != group || whole.substr(start + 1, 3).size() < 3 ||
+        !std::all_of(whole.begin() + static_cast<std::ptrdiff_t>(start) + 1,
+                     whole.begin() + static_cast<std::ptrdiff_t>(start) + 4, IsDigit)) {
+      return false;
+    }
+  }
+  return true;
+}
+
+/// `text` with the first number's comma as a point: a lone comma stands for one, and where commas
+/// or points part groups of three digits they are left out. Anything else stays as it is.
+std::string WithPoint(std::string_view text) {
+  const std::size_t start = text.find_first_not_of("+-");
+  const std::size_t end = std::min(text.find_first_not_of("0123456789.,", start), text.size());
+  if (start == std::string_view::npos || start > 1) {
+    return std::string(text);
+  }
+  std::string number(text.substr(start, end - start));
+  const auto commas = std::count(number.begin(), number.end(), ',');
+  const auto points = std::count(number.begin(), number.end(), '.');
+  const auto drop = [&](char group) { std::erase(number, group); };
+  if (commas > 0 && (commas > 1 || points > 0)) {
+    if (IsGrouped(number, ',', '.')) {
+      drop(',');
+    } else if (IsGrouped(number, '.', ',')) {
+      drop('.');
+    } else {
+      return std::string(text);
+    }
+  }
+  std::replace(number.begin(), number.end(), ',', '.');
+  return std::string(text.substr(0, start)) + number + std::string(text.substr(end));
+}
+
 /// Adds one to a decimal number held as digits; the carry may make it one digit longer.
 void Increment(std::string& digits) {
   for (auto digit = digits.rbegin(); digit != digits.rend(); ++digit) {
@@ -68,8 +113,8 @@ double ParseLeadingNumber(std::string_view text) {
   if (start == std::string_view::npos) {
     return 0.0;
   }
-  text.remove_prefix(start);
-  text = text.substr(0, NumberLength(text));
+  const std::string pointed = WithPoint(text.substr(start));
+  text = std::string_view(pointed).substr(0, NumberLength(pointed));
   if (!text.empty() && text.front() == '+') {
     text.remove_prefix(1);
   }

@@ -6,8 +6,10 @@
 namespace tessa {
 
 /// The number at the start of `text` (blanks around it, a sign, a decimal point and an exponent are
-/// understood; no grouping, a point in every locale), or 0 when there is none or it has no finite
-/// value. Stops at the first character that cannot continue a number.
+/// understood), or 0 when there is none or it has no finite value. Stops at the first character
+/// that cannot continue a number. The rules are the same in every locale: a lone comma is a decimal
+/// point ("20,5", "1,234" is 1.234); beside a point, or more than once, commas and points may part
+/// groups of three digits ("1,234.5", "1.234,5", "1,234,567"). Otherwise a comma ends the number.
 double ParseLeadingNumber(std::string_view text);
 
 /// `value` with exactly `decimals` decimals. Works on the value's first 15 significant digits and

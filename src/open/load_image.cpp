@@ -8,6 +8,7 @@
 #include "open/load_steps.h"
 #include "open/loaders.h"
 #include "open/row_pass.h"
+#include "open/take_still.h"
 #include "view/range_control.h"
 #include "view/zoom.h"
 
@@ -37,7 +38,6 @@ void ResetForLoad(Session& session) {
   view.RangeSliderVisible = false;
   view.AutoUpdateVisible = false;
   view.LimitBoxesVisible = false;
-  view.MeasuringTool = 3;
   view.FrameRowVisible = false;
   view.RangeLowText.clear();
   view.RangeHighText.clear();
@@ -46,17 +46,16 @@ void ResetForLoad(Session& session) {
 }
 
 /// Runs the loader of a kind that leaves a picture in the buffer.
-void RunPictureLoader(Ending ending, Session& session, Progress& progress) {
+void RunPictureLoader(Loader loader, Session& session, Progress& progress) {
   session.View.RangeToggleVisible = false;
-  switch (ending) {
-    case Ending::kBmp:
-    case Ending::kTxi:
+  switch (loader) {
+    case Loader::kBitmap:
       LoadBmpOrTxi(session);
       break;
-    case Ending::kTif:
+    case Loader::kTiff:
       LoadTiff(session);
       break;
-    case Ending::kJpg:
+    case Loader::kJpeg:
       session.View.StatusPanel[5].clear();
       LoadJpeg(session);
       break;
@@ -77,39 +76,28 @@ void RunPictureLoader(Ending ending, Session& session, Progress& progress) {
   ShowLoadingText(QStringLiteral("Loading"), session.Image, session.View, progress);
 }
 
-/// Runs the loader for `ending` and returns the ending that the rest of the load goes by.
-Ending RunLoader(Ending ending, Session& session, Progress& progress) {
-  switch (ending) {
-    case Ending::kBin:
-      LoadBin(session, progress);
-      return Ending::kSit;
-    case Ending::kTmp:
-      LoadTmp(session, progress);
-      return ending;
-    case Ending::kSit:
-      LoadSit(session, progress);
-      return ending;
-    case Ending::kRti:
-      LoadRti(session, progress);
-      return ending;
-    default:
-      RunPictureLoader(ending, session, progress);
-      return ending;
+void RunLoader(Loader loader, Session& session, Progress& progress) {
+  if (loader == Loader::kStill) {
+    LoadStill(session, progress);
+  } else if (loader == Loader::kSequence) {
+    LoadRti(session, progress);
+  } else {
+    RunPictureLoader(loader, session, progress);
   }
 }
 
 /// Sizes, range entry and stores that every kind has in common.
-void SetCommonFields(Ending ending, Session& session, Progress& progress) {
+void SetCommonFields(const KindRules& kind, Session& session, Progress& progress) {
   OpenImage& image = session.Image;
   ViewState& view = session.View;
   TakeBufferSize(session.Buffers.Picbuf1, image);
   const bool ranged = CanMoveRange(image);
   view.RangeEntryVisible = ranged;
   view.RangeSliderVisible = ranged;
-  if (HasRowPass(ending)) {
+  if (kind.HasRowPass) {
     image.RowBuffers.Allocate(image.ImageHeight, image.ImageWidth);
   }
-  if (ending == Ending::kBmp && image.HasTemperature) {
+  if (kind.Name == FileKind::kBmp && image.HasTemperature) {
     image.TempGrid.Allocate(image.ImageWidth, image.ImageHeight);
   }
   ShowLoadingText(session.Words.LangString(180, "Loading"), image, view, progress);
@@ -124,24 +112,25 @@ void SetTxiScale(Session& session) {
       DecodeTxiWords(image.BmpFileHeader.ReservedLow, image.BmpFileHeader.ReservedHigh);
   image.ScaleMax = image.TempMax = static_cast<float>(scale.High);
   image.ScaleMin = image.TempMin = static_cast<float>(scale.Low);
-  SetScaleTexts(scale.Low, scale.High, image);
+  SetRangeInForce(scale.Low, scale.High, image);
   const TemperaturePair range{image.ScaleMin, image.ScaleMax};
   InitRangeControl(range, range, image.DisplayUnits, session.Range, session.View);
   image.HasTemperature = true;
   image.ImageKind = KindTxi;
 }
 
-void SetScale(Ending ending, Session& session) {
+/// The scale of a picture file; radiometric stills and sequences have brought theirs along.
+void SetScale(const KindRules& kind, Session& session) {
   OpenImage& image = session.Image;
-  if (ending == Ending::kTxi) {
+  if (kind.Name == FileKind::kTxi) {
     SetTxiScale(session);
-  } else if (ending == Ending::kBmp || ending == Ending::kTif || ending == Ending::kJpg) {
+  } else if (kind.Name == FileKind::kBmp || kind.Name == FileKind::kTif ||
+             kind.Name == FileKind::kJpg) {
     if (image.HasTemperature) {
-      SetScaleTexts(static_cast<double>(image.PaletteTempAt0),
-                    static_cast<double>(image.PaletteTempAt255), image);
+      SetRangeInForce(static_cast<double>(image.PaletteTempAt0),
+                      static_cast<double>(image.PaletteTempAt255), image);
     } else {
-      image.ScaleHighText.clear();
-      image.ScaleLowText.clear();
+      SetNoRange(image);
     }
   }
 }
@@ -151,11 +140,8 @@ void SetDisplayState(Session& session) {
   ViewState& view = session.View;
   image.DisplayUnits = image.FileUnits;
   view.CelsiusSelected = image.FileUnits != 'F';
-  view.FahrenheitSelected = image.FileUnits == 'F';
   session.Steps.Run("scale display", [&] { UpdateRangeDisplay(image, view, session.Words); });
   image.PreviousKindIndex = static_cast<std::int16_t>(image.ImageKind + 1);
-  view.LoadButtonKind = image.ImageKind;
-  view.LoadButtonTip = LoadButtonTip(image.ImageKind, session.Words);
   session.Steps.Run("palette", [&] { UsePalette(session.Palettes, view.PaletteSelection); });
   const Picbuf& picture = session.Buffers.Picbuf1;
   // Of the picture's own palette: a buffer that kept its former contents has none.
@@ -163,38 +149,37 @@ void SetDisplayState(Session& session) {
                           picture.GetPaletteColor(0) > picture.GetPaletteColor(255);
   InstallPalette(session);
   if (image.ScaleHighText.trimmed().isEmpty()) {
-    image.ScaleLowText = QStringLiteral("0");
-    image.ScaleHighText = QStringLiteral("255");
+    SetRangeOfEntries(image);
     session.Steps.Run("scale display", [&] { UpdateRangeDisplay(image, view, session.Words); });
   }
 }
 
-void FinishLoad(Ending ending, Session& session, Progress& progress) {
+void FinishLoad(const KindRules& kind, Session& session, Progress& progress) {
   OpenImage& image = session.Image;
   ViewState& view = session.View;
   image.ImageBusy = false;
   view.LoadingTextVisible = false;
   session.Buffers.PicBuf2.UpdatePalette();
   view.Source = RangeSource::kStored;
-  if (ending == Ending::kSit || ending == Ending::kTmp ||
-      ((ending == Ending::kBmp || ending == Ending::kTif) && image.HasTemperature)) {
+  if (Holds(kind.OpensByToggle, image)) {
     view.Source = RangeSource::kImage;
     ToggleRangeSource(PiecesForRendering(session, progress));
   }
 }
 
-/// From the dispatch on the file's ending to the zoom.
+/// From the dispatch on the file's name to the zoom.
 void RunLoad(Session& session, Progress& progress) {
-  const Ending named = EndingOf(session.Image.CurrentFile);
-  const Ending ending = RunLoader(named, session, progress);
-  SetCommonFields(ending, session, progress);
-  SetScale(ending, session);
+  RunLoader(RulesByName(session.Image).LoadedBy, session, progress);
+  // A loader may have given the image the name of another kind.
+  const KindRules& kind = RulesByName(session.Image);
+  SetCommonFields(kind, session, progress);
+  SetScale(kind, session);
   SetDisplayState(session);
-  if (HasRowPass(ending)) {
-    RunRowPass(ending, session, progress);
+  if (kind.HasRowPass) {
+    RunRowPass(kind.Name, session, progress);
   }
   SetZoomForWidth(session.Image.ImageWidth, session.View.Zoom, session.Buffers.Picbuf1);
-  FinishLoad(ending, session, progress);
+  FinishLoad(kind, session, progress);
 }
 
 void ReportNoMemory(Session& session) {
@@ -255,7 +240,7 @@ void OpenCurrentImage(Session& session, Progress& progress) {
   }
 
   // Only a sequence has frames to step through.
-  view.FrameRowVisible = KindEnding(image.CurrentFile) == QLatin1String("RTI") &&
+  view.FrameRowVisible = RulesByName(image).Name == FileKind::kRti &&
                          FindNoImage(session.Faults) == nullptr && image.FrameCount > 1;
   view.FrameText = FrameText(image, session.Words);
   InstallPalette(session);
@@ -288,8 +273,7 @@ void CloseImage(Session& session, Progress& progress) {
   view.StatusPanel[4].clear();
   view.Title = QStringLiteral("TessaView");
   SetCurrentFile(image, QString());
-  image.ScaleHighText = QStringLiteral("255");
-  image.ScaleLowText = QStringLiteral("0");
+  SetRangeOfEntries(image);
   view.PictureVisible = false;
   view.BottomPanelVisible = false;
   view.ScalePanelVisible = false;
@@ -298,6 +282,8 @@ void CloseImage(Session& session, Progress& progress) {
   view.HasImage = false;
   view.Comment.clear();
   view.Memo.clear();
+  view.RangeLowText.clear();
+  view.RangeHighText.clear();
   view.StatusPanel.fill(QString());
   ClearReadout(session.Cursor, view);
   progress.LetEventsRun();

@@ -146,8 +146,7 @@ void LoadBmpOrTxi(Session& session) {
   if (image.HasTemperature) {
     ReadTrailer(session);
   }
-  const bool isMeasured =
-      image.HasTemperature || KindEnding(image.CurrentFile) == QLatin1String("TXI");
+  const bool isMeasured = image.HasTemperature || RulesByName(image).Name == FileKind::kTxi;
   LoadPicture(Picbuf::kBmp, KindBmp, isMeasured ? PictureUse::kMeasured : PictureUse::kView,
               session);
 }

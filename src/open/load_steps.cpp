@@ -1,13 +1,12 @@
 #include "open/load_steps.h"
 
 #include "core/units.h"
-#include "formats/ansi_text.h"
 #include "view/range_control.h"
 
 namespace tessa {
 
-QString LoadButtonTip(int imageKind, const Strings& strings) {
-  return strings.LangString(179, "Load Image") + QLatin1Char(' ') + KindWord(imageKind) +
+QString LoadButtonTip(const OpenImage& image, const Strings& strings) {
+  return strings.LangString(179, "Load Image") + QLatin1Char(' ') + KindWord(image.OfferedKind()) +
          strings.LangString(177, "Images");
 }
 
@@ -42,40 +41,14 @@ void FinishRadiometricLoad(ImageKindValue kind, Session& session) {
   image.ImageKind = kind;
 }
 
-QString FieldText(const std::string& field) {
-  return QString::fromStdString(AnsiToUtf8(WithoutZeroBytes(field)));
-}
-
-void TakeCalibration(const CameraHeader& header, OpenImage& image) {
-  image.CalRangeMin = static_cast<float>(header.RangeLow);
-  image.CalRangeMax = static_cast<float>(header.RangeHigh);
-  image.PixelOffset = static_cast<float>(header.Offset);
-  image.PixelGain = static_cast<float>(header.Gain);
-}
-
-void MakeRasterBuffers(int width, int height, Session& session) {
-  OpenImage& image = session.Image;
-  Picbuf& picture = session.Buffers.Picbuf1;
-  picture.FileType = Picbuf::kBmp;
-  session.Steps.Run("create buffer", [&] { picture.CreateBuffer(0, height, width, 8); });
-  TakeBufferSize(picture, image);
-  image.TempGrid.Allocate(image.ImageWidth, image.ImageHeight);
-  image.RowBuffers.Allocate(image.ImageHeight, image.ImageWidth);
-}
-
 QString FrameText(const OpenImage& image, const Strings& strings) {
   return QString::number(image.CurrentFrame) + QLatin1Char(' ') + strings.LangString(199, "of") +
          QLatin1Char(' ') + QString::number(image.FrameCount);
 }
 
-void SetScaleTexts(double low, double high, OpenImage& image) {
-  image.ScaleHighText = SixCharacters(TemperatureText(high, image.DisplayUnits));
-  image.ScaleLowText = SixCharacters(TemperatureText(low, image.DisplayUnits));
-}
-
 void TakeBufferSize(const Picbuf& buffer, OpenImage& image) {
-  image.BufferWidth = image.HeaderWidth = image.ImageWidth = buffer.BufWidth();
-  image.BufferHeight = image.HeaderHeight = image.ImageHeight = buffer.BufHeight();
+  image.ImageWidth = buffer.BufWidth();
+  image.ImageHeight = buffer.BufHeight();
 }
 
 void InstallPalette(Session& session) {

@@ -149,7 +149,9 @@ void ReadSequence(Session& session, Progress& progress) {
     if (!file) {
       throw StepFailure(session.Faults.back().Text);
     }
-    if (LeadingVersion(file->ReadAt(0, 4)) == kContainerVersion) {
+    // A snapshot may tell the same version in its trailer.
+    image.SeqIsContainer = LeadingVersion(file->ReadAt(0, 4)) == kContainerVersion;
+    if (image.SeqIsContainer) {
       ReadContainer(*file, session);
     } else {
       ReadSnapshot(*file, session, progress);

@@ -62,11 +62,11 @@ void FollowExtremes(int row, Session& session) {
 
 }  // namespace
 
-void RunRowPass(Ending ending, Session& session, Progress& progress) {
+void RunRowPass(FileKind kind, Session& session, Progress& progress) {
   OpenImage& image = session.Image;
   Picbuf& picture = session.Buffers.Picbuf1;
-  const bool isTxi = ending == Ending::kTxi;
-  const bool isMeasuredBmp = ending == Ending::kBmp && image.HasTemperature;
+  const bool isTxi = kind == FileKind::kTxi;
+  const bool isMeasuredBmp = kind == FileKind::kBmp && image.HasTemperature;
   DegreesOfIndex degrees;
   if (isTxi) {
     degrees = TxiDegrees(image);

@@ -1,13 +1,12 @@
 #pragma once
 
 #include "core/progress.h"
-#include "open/file_ending.h"
 #include "open/session.h"
 
 namespace tessa {
 
 /// Reads the displayed values of a picture file row by row, measures those that stand for
 /// temperatures, and undoes a reversed palette.
-void RunRowPass(Ending ending, Session& session, Progress& progress);
+void RunRowPass(FileKind kind, Session& session, Progress& progress);
 
 }  // namespace tessa

@@ -24,11 +24,9 @@ void ApplySettings(Session& session) {
   const Settings& settings = session.Settings;
   SelectDefaultPalette(session);
   session.Image.ImageKind = static_cast<std::int16_t>(settings.DefaultKind);
-  session.View.LoadButtonKind = settings.DefaultKind;
   session.Image.PreviousKindIndex = static_cast<std::int16_t>(settings.DefaultKind + 1);
   session.Image.DisplayUnits = session.Image.FileUnits = settings.DefaultUnits;
   session.View.CelsiusSelected = settings.DefaultUnits != 'F';
-  session.View.FahrenheitSelected = settings.DefaultUnits == 'F';
 }
 
 void SelectDefaultPalette(Session& session) {

@@ -4,6 +4,7 @@
 #include <limits>
 
 #include "core/file_access.h"
+#include "core/side_file.h"
 #include "core/units.h"
 #include "formats/ansi_text.h"
 #include "formats/frame_array.h"
@@ -82,24 +83,35 @@ void ExpandLevels(const ContainerFrameHeader& header, Frame& frame, StepLog& ste
   }
 }
 
-/// The frame of a container that CurrentFrame names; its header's facts go into the record.
-std::optional<Frame> ReadContainerFrame(Session& session) {
-  OpenImage& image = session.Image;
+/// The frame's part of an open container from its header on: at most `count` bytes.
+Bytes ReadContainerBytes(std::uint64_t count, Session& session) {
+  const OpenImage& image = session.Image;
   const auto file = RandomFile::Open(image.CurrentFilePath, session.Faults);
   if (!file || image.CurrentFrame < 1) {
-    return std::nullopt;
+    return {};
   }
-  const auto stride = static_cast<std::uint64_t>(image.SeqFrameStride);
-  const Bytes bytes = file->ReadAt(
-      kContainerHeaderSize + static_cast<std::uint64_t>(image.CurrentFrame - 1) * stride, stride);
-  if (bytes.size() < kContainerFrameHeaderSize) {
-    return std::nullopt;
-  }
-  const ContainerFrameHeader header = DecodeContainerFrameHeader(bytes);
+  const auto before = static_cast<std::uint64_t>(image.CurrentFrame - 1);
+  return file->ReadAt(
+      kContainerHeaderSize + before * static_cast<std::uint64_t>(image.SeqFrameStride), count);
+}
+
+/// Date, time and calibrated range of a frame of a container.
+void TakeFrameFacts(const ContainerFrameHeader& header, OpenImage& image) {
   image.ImageDate = AnsiText(StampDate(header.Stamp));
   image.ImageTime = AnsiText(StampTime(header.Stamp));
   image.CalRangeMin = CelsiusOf(header.RangeLow);
   image.CalRangeMax = CelsiusOf(header.RangeHigh);
+}
+
+/// The frame of a container that CurrentFrame names; its header's facts go into the record.
+std::optional<Frame> ReadContainerFrame(Session& session) {
+  OpenImage& image = session.Image;
+  const Bytes bytes = ReadContainerBytes(static_cast<std::uint64_t>(image.SeqFrameStride), session);
+  if (bytes.size() < kContainerFrameHeaderSize) {
+    return std::nullopt;
+  }
+  const ContainerFrameHeader header = DecodeContainerFrameHeader(bytes);
+  TakeFrameFacts(header, image);
   auto frame = DecodeFrameArray(ByteSpan(bytes).subspan(kContainerFrameHeaderSize),
                                 image.SeqHeader.Width, image.SeqHeader.Height);
   constexpr int kByteDepth = 8;
@@ -109,26 +121,43 @@ std::optional<Frame> ReadContainerFrame(Session& session) {
   return frame;
 }
 
-/// The same for a snapshot, whose frames are in memory.
-std::optional<Frame> TakeSnapshotFrame(OpenImage& image) {
-  const auto slot = static_cast<std::size_t>(image.CurrentFrame - 1);
-  if (slot >= image.SeqFrames.size()) {
-    return std::nullopt;
-  }
-  if (image.SeqHeader.Version == kStampedVersion) {
-    const std::string stamp = Utf8ToAnsi(image.SeqFrameTimes[slot].toStdString());
+bool HasSlot(const OpenImage& image) {
+  return static_cast<std::size_t>(image.CurrentFrame - 1) < image.SeqFrames.size();
+}
+
+/// Date and time of a snapshot's frame, where each has its own.
+void TakeSnapshotStamp(OpenImage& image) {
+  if (HasSlot(image) && image.SeqHeader.Version == kStampedVersion) {
+    const QString& text = image.SeqFrameTimes[static_cast<std::size_t>(image.CurrentFrame - 1)];
+    const std::string stamp = Utf8ToAnsi(text.toStdString());
     image.ImageDate = AnsiText(StampDate(stamp));
     image.ImageTime = AnsiText(StampTime(stamp));
   }
-  return DecodeFrameArray(image.SeqFrames[slot], image.SeqHeader.Width, image.SeqHeader.Height);
+}
+
+/// The same frame of a snapshot, whose frames are in memory.
+std::optional<Frame> TakeSnapshotFrame(OpenImage& image) {
+  if (!HasSlot(image)) {
+    return std::nullopt;
+  }
+  TakeSnapshotStamp(image);
+  return DecodeFrameArray(image.SeqFrames[static_cast<std::size_t>(image.CurrentFrame - 1)],
+                          image.SeqHeader.Width, image.SeqHeader.Height);
+}
+
+std::optional<Frame> ReadOpenFrame(Session& session) {
+  return session.Image.SeqIsContainer ? ReadContainerFrame(session)
+                                      : TakeSnapshotFrame(session.Image);
 }
 
 /// The frame in its own file: one array of the picture's size and nothing else.
 std::optional<Frame> ReadFrameFile(Session& session) {
+  const OpenImage& image = session.Image;
   const Picbuf& picture = session.Buffers.Picbuf1;
   Problems faults;
-  const auto file = RandomFile::Open(
-      FrameFilePath(session.Image.CurrentFilePath, session.Image.CurrentFrame), faults);
+  const QString named = FrameFilePath(image.CurrentFilePath, image.CurrentFrame);
+  const QString name = named.mid(named.lastIndexOf(QLatin1Char('/')) + 1);
+  const auto file = RandomFile::Open(FindSideFile(image.CurrentFilePath, name), faults);
   if (!file) {
     return std::nullopt;
   }
@@ -141,18 +170,42 @@ std::optional<Frame> ReadFrameFile(Session& session) {
                           picture.BufHeight());
 }
 
+/// The stamp of a frame whose pixels come from a file of their own, which has none.
+void TakeStamp(Session& session) {
+  if (!session.Image.SeqIsContainer) {
+    TakeSnapshotStamp(session.Image);
+    return;
+  }
+  const Bytes header = ReadContainerBytes(kContainerFrameHeaderSize, session);
+  if (header.size() == kContainerFrameHeaderSize) {
+    TakeFrameFacts(DecodeContainerFrameHeader(header), session.Image);
+  }
+}
+
 /// The frame from its own file or from the open one, whose extremes it then brings along.
 std::optional<Frame> FindFrame(Session& session) {
   auto frame = ReadFrameFile(session);
-  if (!frame) {
-    OpenImage& image = session.Image;
-    frame = image.SeqVersion == kContainerVersion ? ReadContainerFrame(session)
-                                                  : TakeSnapshotFrame(image);
-    if (frame) {
-      TakeExtremes(*frame, image);
-    }
+  if (frame) {
+    TakeStamp(session);
+    return frame;
+  }
+  frame = ReadOpenFrame(session);
+  if (frame) {
+    TakeExtremes(*frame, session.Image);
   }
   return frame;
+}
+
+/// A frame that is not there goes blank; the user is told once for each.
+void ReportBlankFrame(Session& session) {
+  const Problem problem{
+      ProblemKind::kBadValue, 0, "Frame",
+      "frame " + std::to_string(session.Image.CurrentFrame) + " cannot be read; it is shown blank",
+      false};
+  const auto same = [&](const Problem& other) { return other.Text == problem.Text; };
+  if (std::none_of(session.Faults.begin(), session.Faults.end(), same)) {
+    session.Faults.push_back(problem);
+  }
 }
 
 /// Degrees and indices of a frame, row by row; without a frame both are zero.
@@ -190,7 +243,7 @@ ScalePair ChooseScale(bool useEnteredScale, const ScalePair& stored, const Sessi
   if (session.View.Source == RangeSource::kImage) {
     return {image.TempMin, image.TempMax};
   }
-  if (image.SeqVersion == kContainerVersion) {
+  if (image.SeqIsContainer) {
     return {image.ScaleMin, image.ScaleMax};
   }
   const auto entered = [&](const QString& text) {
@@ -209,19 +262,20 @@ QString FrameFilePath(const QString& imagePath, int frame) {
 bool ShowFrame(bool useEnteredScale, Session& session, Progress& progress) {
   OpenImage& image = session.Image;
   ShowFrameText(session, progress);
-  const bool isContainer = image.SeqVersion == kContainerVersion;
   AllocateFromBuffer(session);
-  const auto frame = isContainer ? ReadContainerFrame(session) : TakeSnapshotFrame(image);
+  const auto frame = ReadOpenFrame(session);
   if (frame) {
     TakeExtremes(*frame, image);
+  } else {
+    ReportBlankFrame(session);
   }
-  const ScalePair stored = isContainer
+  const ScalePair stored = image.SeqIsContainer
                                ? ScalePair{image.ScaleMin, image.ScaleMax}
                                : ScalePair{image.SeqHeader.ScaleMin, image.SeqHeader.ScaleMax};
   const ScalePair scale = ChooseScale(useEnteredScale, stored, session);
   image.ScaleMin = scale.Low;
   image.ScaleMax = scale.High;
-  SetScaleTexts(static_cast<double>(scale.Low), static_cast<double>(scale.High), image);
+  SetRangeInForce(static_cast<double>(scale.Low), static_cast<double>(scale.High), image);
   if (useEnteredScale) {
     session.Steps.Run("scale display",
                       [&] { UpdateRangeDisplay(image, session.View, session.Words); });
@@ -250,21 +304,18 @@ bool ShowFrameFile(bool keepScale, Session& session, Progress& progress) {
     scale = FrameExtremes(*frame);
     image.ScaleMin = scale.Low;
     image.ScaleMax = scale.High;
+  } else {
+    ReportBlankFrame(session);
   }
   if (keepScale) {
     scale = {static_cast<float>(ParseNumber(view.RangeLowText)),
              static_cast<float>(ParseNumber(view.RangeHighText))};
-    image.ScaleLowText = SixCharacters(FormatTenths(static_cast<double>(scale.Low)));
-    image.ScaleHighText = SixCharacters(FormatTenths(static_cast<double>(scale.High)));
+    SetRangeAsShown(static_cast<double>(scale.Low), static_cast<double>(scale.High), image);
   } else if (frame) {
-    SetScaleTexts(static_cast<double>(scale.Low), static_cast<double>(scale.High), image);
+    SetRangeInForce(static_cast<double>(scale.Low), static_cast<double>(scale.High), image);
   }
   RenderFrame(frame, scale, session, progress);
 
-  picture.FileType = Picbuf::kBmp;
-  if (session.ConversionOutputs.contains(picture.FileName)) {
-    session.Steps.Run("save shown frame", [&] { picture.SaveFile(); });
-  }
   view.LoadingTextVisible = textShown;
   view.LoadProgressVisible = progressShown;
   view.LoadProgress = 0.0;

@@ -8,15 +8,14 @@ namespace tessa {
 /// Shows CurrentFrame of the open snapshot or sequence container: temperatures, extremes, picture.
 /// With `useEnteredScale` the range on the screen stays (the entered one while the toggle is red,
 /// else the frame's extremes); without it the stored scale is used. A frame that cannot be read
-/// goes blank, and the result is false.
+/// goes blank, a fault says so, and the result is false.
 bool ShowFrame(bool useEnteredScale, Session& session, Progress& progress);
 
 /// Shows CurrentFrame from its own frame file beside the open image ("B-000.APD" for frame 1 of
-/// B.RTI) or, where there is none, from the open file itself. Without `keepScale` the palette
+/// B.RTI, or the one name that differs in case alone) or, where there is none, from the open file
+/// itself; date and time come from the open file either way. Without `keepScale` the palette
 /// spreads over the frame's own extremes; with it the entered range stays, its numbers taken as
-/// they stand. A frame that neither has goes blank. At the end the picture is saved once more under
-/// the buffer's name, if and only if that is an output of the running or the last conversion. False
-/// when the frame went blank.
+/// they stand. A frame that neither has goes blank, a fault says so, and the result is false.
 bool ShowFrameFile(bool keepScale, Session& session, Progress& progress);
 
 /// The same without `keepScale`, but only when the frame has a file of its own; otherwise nothing

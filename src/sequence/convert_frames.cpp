@@ -14,10 +14,10 @@ namespace {
 constexpr std::size_t kLowWordAt = 6;
 constexpr std::size_t kHighWordAt = 8;
 
-/// The word for a limit: tenths of a degree, and 32767 less the value for one below zero. Nothing
-/// when no 16-bit word can hold it.
-std::optional<std::int16_t> ConversionWord(const QString& text, char displayUnits) {
-  double tenths = FromDisplayUnits(ParseNumber(text), displayUnits) * 10.0;
+/// The word for a limit in the unit of display: tenths of a degree, and 32767 less the value for
+/// one below zero. Nothing when no 16-bit word can hold it.
+std::optional<std::int16_t> ConversionWord(double shown, char displayUnits) {
+  double tenths = FromDisplayUnits(shown, displayUnits) * 10.0;
   if (tenths < 0.0) {
     tenths = 32767.0 - tenths;
   }
@@ -44,12 +44,21 @@ void PatchWords(const QString& path, const OpenImage& image) {
       bytes.at(offset + 1) = static_cast<std::uint8_t>(bits >> 8);
     }
   };
-  put(kLowWordAt, ConversionWord(image.ScaleLowText, image.DisplayUnits));
-  put(kHighWordAt, ConversionWord(image.ScaleHighText, image.DisplayUnits));
+  put(kLowWordAt, ConversionWord(image.ShownLow, image.DisplayUnits));
+  put(kHighWordAt, ConversionWord(image.ShownHigh, image.DisplayUnits));
   WriteWholeFile(path, bytes, Overwrite::kReplace);
 }
 
 }  // namespace
+
+void ShowAndSaveFrame(bool keepScale, Session& session, Progress& progress) {
+  ShowFrameFile(keepScale, session, progress);
+  Picbuf& picture = session.Buffers.Picbuf1;
+  picture.FileType = Picbuf::kBmp;
+  if (session.ConversionOutputs.contains(picture.FileName)) {
+    session.Steps.Run("save shown frame", [&] { picture.SaveFile(); });
+  }
+}
 
 QString FrameOutputName(const QString& prefix, int frame, FrameFormat format) {
   return prefix + QStringLiteral("%1").arg(frame, 3, 10, QLatin1Char('0')) +
@@ -78,7 +87,7 @@ void ConvertFrames(const FrameConversion& conversion, Session& session, Progress
     const QString name = FrameOutputName(conversion.Prefix, frame, conversion.Format);
     status(words.LangString(122, "Converting") + QLatin1Char(' ') + name);
     image.CurrentFrame = frame;
-    ShowFrameFile(true, session, progress);
+    ShowAndSaveFrame(true, session, progress);
     picture.FileType = Picbuf::kBmp;
     picture.FileName = folder + name;
     outputs.insert(picture.FileName);
@@ -96,7 +105,7 @@ void ConvertFrames(const FrameConversion& conversion, Session& session, Progress
   }
   status(words.LangString(181, "Loading Frame") + QLatin1Char(' ') + QString::number(shownBefore));
   image.CurrentFrame = shownBefore;
-  ShowFrameFile(true, session, progress);
+  ShowAndSaveFrame(true, session, progress);
   session.ConversionOutputs = outputs;
   status(words.LangString(118, "Conversion Complete"));
 }

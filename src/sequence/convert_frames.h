@@ -17,13 +17,19 @@ QString FrameOutputName(const QString& prefix, int frame, FrameFormat format);
 /// True for a prefix that names files in the image's own folder and nowhere else.
 bool IsUsablePrefix(const QString& prefix);
 
+/// A step to another frame: shows CurrentFrame as ShowFrameFile does and saves the picture once
+/// more under the buffer's name, if and only if that is an output of the running or the last
+/// conversion.
+void ShowAndSaveFrame(bool keepScale, Session& session, Progress& progress);
+
 struct FrameConversion {
   QString Prefix;
   FrameFormat Format = FrameFormat::kBmp;
   std::vector<int> Frames;  // 1-based.
 };
 
-/// Converts frames of the open sequence into files beside it, in the range entered in the view, and
+/// Converts frames of the open sequence into files beside it, in the range that RangeLowText
+/// and RangeHighText of the view tell, applied or not, and
 /// then shows the frame again that was on show. Existing files of the names are replaced. Each step
 /// of the view saves under the buffer's present name, so an output is written once more with the
 /// frame that is shown after it: that is how this conversion works. `status` receives the line for

@@ -1,6 +1,6 @@
 #include "sequence/playback.h"
 
-#include "open/show_frame.h"
+#include "sequence/convert_frames.h"
 #include "view/range_control.h"
 
 namespace tessa {
@@ -9,7 +9,7 @@ namespace {
 /// Shows 1-based `frame`; the scale follows only when the picture stands.
 void GoTo(int frame, Session& session, Progress& progress) {
   session.Image.CurrentFrame = frame;
-  ShowFrameFile(false, session, progress);
+  ShowAndSaveFrame(false, session, progress);
   session.Steps.Run("scale display",
                     [&] { UpdateRangeDisplay(session.Image, session.View, session.Words); });
 }

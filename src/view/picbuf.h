@@ -53,8 +53,6 @@ class Picbuf {
   // Xpan, Ypan is the image position at the view's origin.
   double ZoomNumerator = 1.0;
   double ZoomDenominator = 1.0;
-  bool AutoSize = false;
-  int CenterImage = 0;
   int Xpan = 0;
   int Ypan = 0;
 

@@ -18,13 +18,28 @@ void SetThumbs(const TemperaturePair& range, RangeSlider& slider) {
                         static_cast<double>(range.Minimum));
 }
 
+/// The same as far as the slider's limits, which may be narrower, allow it.
+void SetThumbsWithinLimits(const TemperaturePair& range, RangeSlider& slider) {
+  const auto kept = [&](float value) {
+    return std::clamp(static_cast<double>(value), slider.ScaleMinLimit(), slider.ScaleMaxLimit());
+  };
+  slider.SetRangeValues(true, kept(range.Maximum), kept(range.Minimum));
+}
+
+/// `celsius`, or `shown` when both read the same in the unit of display: what a box shows, rounded,
+/// may be entered again.
+double AsShown(double celsius, double shown, char displayUnits) {
+  return TemperatureText(celsius, displayUnits) == TemperatureText(shown, displayUnits) ? shown
+                                                                                        : celsius;
+}
+
 /// A range chosen while the toggle is red becomes the stored scale of the image's kind.
 void RememberWhileRed(const TemperaturePair& range, const RenderPieces& pieces) {
   if (pieces.View.Source != RangeSource::kStored) {
     return;
   }
   OpenImage& image = pieces.Image;
-  if (image.ImageKind == KindSit) {
+  if (RulesByImageKind(image).UsesSitPairs) {
     image.SitScaleMin = range.Minimum;
     image.SitScaleMax = range.Maximum;
   } else {
@@ -34,37 +49,21 @@ void RememberWhileRed(const TemperaturePair& range, const RenderPieces& pieces) 
 }
 
 void RenderForKind(TemperaturePair range, const RenderPieces& pieces) {
-  if (pieces.Image.ImageKind == KindSit) {
+  if (RulesByImageKind(pieces.Image).UsesSitPairs) {
     RenderRowsSit(range.Minimum, range.Maximum, pieces);
   } else {
     RenderRows(range.Minimum, range.Maximum, pieces);
   }
 }
 
-/// Kinds that an entered range is applied to.
 bool TakesEnteredRange(const OpenImage& image) {
-  switch (image.ImageKind) {
-    case KindSit:
-    case KindTmp:
-    case KindTxi:
-    case KindRti:
-      return true;
-    case KindBmp:
-    case KindTiff:
-      return image.HasTemperature;
-    default:
-      return false;
-  }
+  return Holds(RulesByImageKind(image).TakesEnteredRange, image);
 }
 
 /// The pair that the button's new state stands for. Other kinds than those of the first group use
 /// the fields of SIT images.
 TemperaturePair PairForButton(const OpenImage& image, RangeSource source) {
-  const QString ending = KindEnding(image.CurrentFile);
-  const bool plain = ending == QLatin1String("TMP") || ending == QLatin1String("RTI") ||
-                     ending == QLatin1String("TIF") ||
-                     (ending == QLatin1String("BMP") && image.HasTemperature);
-  if (plain) {
+  if (Holds(RulesByName(image).PlainPairAtClick, image)) {
     return source == RangeSource::kImage ? TemperaturePair{image.TempMin, image.TempMax}
                                          : TemperaturePair{image.ScaleMin, image.ScaleMax};
   }
@@ -99,11 +98,7 @@ void ThumbMoving(bool autoUpdate, const RenderPieces& pieces) {
     return;
   }
   OpenImage& image = pieces.Image;
-  const auto text = [&](float celsius) {
-    return SixCharacters(TemperatureText(static_cast<double>(celsius), image.DisplayUnits));
-  };
-  image.ScaleHighText = text(range.Maximum);
-  image.ScaleLowText = text(range.Minimum);
+  SetRangeInForce(static_cast<double>(range.Minimum), static_cast<double>(range.Maximum), image);
   pieces.Steps.Run("scale display", [&] { UpdateRangeDisplay(image, pieces.View, pieces.Words); });
 }
 
@@ -115,8 +110,14 @@ void RangeApply(const QString& lowText, const QString& highText, const RenderPie
     const auto celsius = [&](const QString& text) {
       return FromDisplayUnits(ParseNumber(text), pieces.Image.DisplayUnits);
     };
-    double lo = celsius(lowText);
-    double hi = celsius(highText);
+    const auto inside = [&](double value) {
+      const char unit = pieces.Image.DisplayUnits;
+      return value < pieces.Slider.ScaleMinLimit()
+                 ? AsShown(value, pieces.Slider.ScaleMinLimit(), unit)
+                 : std::min(value, AsShown(value, pieces.Slider.ScaleMaxLimit(), unit));
+    };
+    double lo = inside(celsius(lowText));
+    double hi = inside(celsius(highText));
     if (!pieces.Slider.SetRangeValues(true, hi, lo)) {
       hi = pieces.Slider.RangeMaxValue();
       lo = pieces.Slider.RangeMinValue();
@@ -135,7 +136,7 @@ void RangeReset(const RenderPieces& pieces) {
   view.RenderProgress = 0.0;
   view.RenderProgressVisible = true;
   const bool green = view.Source == RangeSource::kImage;
-  if (image.ImageKind == KindSit || image.ImageKind == KindTmp) {
+  if (RulesByImageKind(image).ResetsByToggle) {
     RenderForKind(green ? ImageExtremes(image) : StoredScale(image), pieces);
   } else if (TakesEnteredRange(image)) {
     RenderForKind(StoredScale(image), pieces);
@@ -147,8 +148,11 @@ void RangeReset(const RenderPieces& pieces) {
 void ApplyLimitTexts(const QString& minText, const QString& maxText, const RenderPieces& pieces) {
   const char unit = pieces.Image.DisplayUnits;
   RangeSlider& slider = pieces.Slider;
-  double minimum = FromDisplayUnits(ParseNumber(minText), unit);
-  double maximum = FromDisplayUnits(ParseNumber(maxText), unit);
+  const auto limit = [&](const QString& text, double present) {
+    return AsShown(FromDisplayUnits(ParseNumber(text), unit), present, unit);
+  };
+  double minimum = limit(minText, slider.ScaleMinLimit());
+  double maximum = limit(maxText, slider.ScaleMaxLimit());
   // Limits that leave nothing of the range in view would squeeze the thumbs into one point.
   const bool leavesRange = maximum > slider.RangeMinValue() && minimum < slider.RangeMaxValue();
   if (!leavesRange || !slider.SetScaleLimits(true, maximum, minimum)) {
@@ -161,7 +165,7 @@ void ApplyLimitTexts(const QString& minText, const QString& maxText, const Rende
   slider.SetImageMarks(true, static_cast<double>(extremes.Maximum),
                        static_cast<double>(extremes.Minimum));
   if (pieces.View.Source == RangeSource::kImage) {
-    SetThumbs(extremes, slider);
+    SetThumbsWithinLimits(extremes, slider);
   }
   ThumbAtRest(pieces);
 }
@@ -169,7 +173,7 @@ void ApplyLimitTexts(const QString& minText, const QString& maxText, const Rende
 void ToggleRangeByButton(const RenderPieces& pieces) {
   ViewState& view = pieces.View;
   view.Source = view.Source == RangeSource::kStored ? RangeSource::kImage : RangeSource::kStored;
-  SetThumbs(PairForButton(pieces.Image, view.Source), pieces.Slider);
+  SetThumbsWithinLimits(PairForButton(pieces.Image, view.Source), pieces.Slider);
   pieces.Watcher.LetEventsRun();
   ThumbAtRest(pieces);
 }

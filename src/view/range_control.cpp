@@ -25,21 +25,15 @@ void HideMarkers(ViewState& view) {
   view.MinimumStroke.Visible = false;
 }
 
-bool HasMarkers(const OpenImage& image) {
-  return image.ImageKind == KindSit || image.ImageKind == KindTmp || image.ImageKind == KindRti ||
-         image.ImageKind == KindTxi ||
-         ((image.ImageKind == KindBmp || image.ImageKind == KindTiff) && image.HasTemperature);
-}
-
 /// The line beside the strip from the image's maximum to its minimum, with a stroke at each end
 /// that lies inside the range. `low` and `high` are the range, degrees Celsius.
 void PlaceMarkers(const OpenImage& image, double low, double high, ViewState& view) {
-  if (!HasMarkers(image)) {
+  const KindRules& kind = RulesByImageKind(image);
+  if (!Holds(kind.HasMarkers, image)) {
     HideMarkers(view);
     return;
   }
-  const TemperaturePair pair =
-      image.ImageKind == KindTxi ? StoredScale(image) : ImageExtremes(image);
+  const TemperaturePair pair = kind.MarksStoredScale ? StoredScale(image) : ImageExtremes(image);
   const double minimum = OneDecimal(static_cast<double>(pair.Minimum));
   const double maximum = OneDecimal(static_cast<double>(pair.Maximum));
   if (minimum > high || maximum < low || high == low) {
@@ -88,17 +82,21 @@ void FillScaleLabels(double minimum, double maximum, ViewState& view) {
 }  // namespace
 
 TemperaturePair ImageExtremes(const OpenImage& image) {
-  return image.ImageKind == KindSit ? TemperaturePair{image.SitTempMin, image.SitTempMax}
-                                    : TemperaturePair{image.TempMin, image.TempMax};
+  return RulesByImageKind(image).UsesSitPairs ? TemperaturePair{image.SitTempMin, image.SitTempMax}
+                                              : TemperaturePair{image.TempMin, image.TempMax};
 }
 
 TemperaturePair StoredScale(const OpenImage& image) {
-  return image.ImageKind == KindSit ? TemperaturePair{image.SitScaleMin, image.SitScaleMax}
-                                    : TemperaturePair{image.ScaleMin, image.ScaleMax};
+  return RulesByImageKind(image).UsesSitPairs
+             ? TemperaturePair{image.SitScaleMin, image.SitScaleMax}
+             : TemperaturePair{image.ScaleMin, image.ScaleMax};
 }
 
-void InitRangeControl(const TemperaturePair& extremes, const TemperaturePair& range,
+void InitRangeControl(const TemperaturePair& extremes, const TemperaturePair& stored,
                       char displayUnits, RangeSlider& slider, ViewState& view) {
+  // A file may have its palette run downwards; the slider never does.
+  const TemperaturePair range{std::min(stored.Minimum, stored.Maximum),
+                              std::max(stored.Minimum, stored.Maximum)};
   auto lo = static_cast<double>(std::min(extremes.Minimum, range.Minimum));
   auto hi = static_cast<double>(std::max(extremes.Maximum, range.Maximum));
   // A half span that fits no integer is a failed step and leaves no margin.
@@ -113,8 +111,8 @@ void InitRangeControl(const TemperaturePair& extremes, const TemperaturePair& ra
   view.LimitMinText = TemperatureText(lo, displayUnits);
   view.LimitMaxText = TemperatureText(hi, displayUnits);
   slider.SetScaleLimits(false, hi, lo);
-  slider.SetImageMarks(false, static_cast<double>(extremes.Maximum),
-                       static_cast<double>(extremes.Minimum));
+  slider.SetImageMarks(false, static_cast<double>(std::max(extremes.Minimum, extremes.Maximum)),
+                       static_cast<double>(std::min(extremes.Minimum, extremes.Maximum)));
   slider.SetRangeValues(false, static_cast<double>(range.Maximum),
                         static_cast<double>(range.Minimum));
   slider.CommitRange();
@@ -129,8 +127,8 @@ QString CalibratedRangeText(const OpenImage& image, const Strings& strings) {
 
 void UpdateRangeDisplay(const OpenImage& image, ViewState& view, const Strings& strings) {
   const char unit = image.DisplayUnits;
-  const double minimum = ParseNumber(image.ScaleLowText);
-  double maximum = ParseNumber(image.ScaleHighText);
+  const double minimum = image.ShownLow;
+  double maximum = image.ShownHigh;
   if (!view.StatusPanel[5].isEmpty()) {
     view.StatusPanel[5] = CalibratedRangeText(image, strings);
   }
@@ -142,8 +140,8 @@ void UpdateRangeDisplay(const OpenImage& image, ViewState& view, const Strings& 
       maximum = InDisplayUnits(high, unit);
     }
   }
-  view.RangeLowText = FormatTenths(ParseNumber(image.ScaleLowText));
-  view.RangeHighText = FormatTenths(ParseNumber(image.ScaleHighText));
+  view.RangeLowText = FormatTenths(image.ShownLow);
+  view.RangeHighText = FormatTenths(image.ShownHigh);
 
   PlaceMarkers(image, low, high, view);
   view.ScaleStrokesVisible = high != low;

@@ -9,22 +9,16 @@
 
 namespace tessa {
 
-/// A pair of temperatures, degrees Celsius.
-struct TemperaturePair {
-  float Minimum = 0.0F;
-  float Maximum = 0.0F;
-};
-
 /// Extremes and stored scale of the open image, from the fields of its kind.
 TemperaturePair ImageExtremes(const OpenImage& image);
 TemperaturePair StoredScale(const OpenImage& image);
 
 /// Sets up the range control for a loaded image: limits about a quarter of the span beyond the data
-/// on each side, marks at the extremes, thumbs at the stored range.
-void InitRangeControl(const TemperaturePair& extremes, const TemperaturePair& range,
+/// on each side, marks at the extremes, thumbs at the stored range, each pair in order.
+void InitRangeControl(const TemperaturePair& extremes, const TemperaturePair& stored,
                       char displayUnits, RangeSlider& slider, ViewState& view);
 
-/// Brings the texts, labels and markers of the scale into line with ScaleLowText and ScaleHighText.
+/// Brings the texts, labels and markers of the scale into line with the range in force.
 void UpdateRangeDisplay(const OpenImage& image, ViewState& view, const Strings& strings);
 
 /// "Range: -40.0 to 120.0": the camera's calibrated range in the unit of display.

@@ -7,22 +7,14 @@
 namespace tessa {
 namespace {
 
-bool ReadsGrid(const OpenImage& image) {
-  const QString ending = KindEnding(image.CurrentFile);
-  return ending == QLatin1String("TMP") || ending == QLatin1String("RTI") ||
-         ending == QLatin1String("SEQ") || ending == QLatin1String("SIT") ||
-         ending == QLatin1String("TXI") || ending == QLatin1String("BMP") ||
-         ending == QLatin1String("TIF");
-}
-
 /// Temperature in the unit of display at a 1-based position whose palette index is `index`.
 double TemperatureAt(int x, int y, int index, const OpenImage& image) {
-  if (ReadsGrid(image)) {
+  if (RulesByName(image).ReadsGrid) {
     return InDisplayUnits(static_cast<double>(image.TempGrid.AtClamped(x - 1, y - 1)),
                           image.DisplayUnits);
   }
-  const double minimum = ParseNumber(image.ScaleLowText);
-  const double maximum = ParseNumber(image.ScaleHighText);
+  const double minimum = image.ShownLow;
+  const double maximum = image.ShownHigh;
   const double value = (maximum - minimum) * (index / 255.0) + minimum;
   return std::clamp(value, std::min(minimum, maximum), std::max(minimum, maximum));
 }

@@ -25,8 +25,7 @@ void Render(float& lo, float& hi, int columns, const RenderPieces& pieces) {
   OpenImage& image = pieces.Image;
   SpreadEqualEnds(lo, hi, pieces.Slider.ScaleMaxLimit());
   const RenderLine line = MakeRenderLine(lo, hi, pieces.Steps);
-  image.ScaleHighText = SixCharacters(TemperatureText(static_cast<double>(hi), image.DisplayUnits));
-  image.ScaleLowText = SixCharacters(TemperatureText(static_cast<double>(lo), image.DisplayUnits));
+  SetRangeInForce(static_cast<double>(lo), static_cast<double>(hi), image);
   pieces.Steps.Run("scale display", [&] { UpdateRangeDisplay(image, pieces.View, pieces.Words); });
 
   std::int32_t value = 0;
@@ -75,10 +74,7 @@ void RenderGridRow(int row, int columns, const RenderLine& line, std::int32_t& v
 }
 
 void RenderRows(float& lo, float& hi, const RenderPieces& pieces) {
-  const QString ending = KindEnding(pieces.Image.CurrentFile);
-  const bool wide = ending == QLatin1String("TXI") || ending == QLatin1String("SEQ") ||
-                    ending == QLatin1String("BMP") || ending == QLatin1String("RTI") ||
-                    ending == QLatin1String("TIF");
+  const bool wide = RulesByName(pieces.Image).RendersAllColumns;
   Render(lo, hi, wide ? pieces.Image.ImageWidth : kNarrowColumns, pieces);
 }
 
@@ -88,14 +84,11 @@ void RenderRowsSit(float& lo, float& hi, const RenderPieces& pieces) {
 
 void ToggleRangeSource(const RenderPieces& pieces) {
   const OpenImage& image = pieces.Image;
-  const QString ending = KindEnding(image.CurrentFile);
-  const bool plain = ending == QLatin1String("TMP") || ending == QLatin1String("TIF") ||
-                     (ending == QLatin1String("BMP") && image.HasTemperature);
   const bool toImage = pieces.View.Source == RangeSource::kStored;
   pieces.View.Source = toImage ? RangeSource::kImage : RangeSource::kStored;
   float lo = 0.0F;
   float hi = 0.0F;
-  if (plain) {
+  if (Holds(RulesByName(image).PlainPairAtLoad, image)) {
     lo = toImage ? image.TempMin : image.ScaleMin;
     hi = toImage ? image.TempMax : image.ScaleMax;
     RenderRows(lo, hi, pieces);
@@ -108,7 +101,7 @@ void ToggleRangeSource(const RenderPieces& pieces) {
 
 void ShowInRange(float lo, float hi, const RenderPieces& pieces) {
   pieces.Slider.SetRangeValues(true, static_cast<double>(hi), static_cast<double>(lo));
-  if (pieces.Image.ImageKind == KindSit) {
+  if (RulesByImageKind(pieces.Image).UsesSitPairs) {
     RenderRowsSit(lo, hi, pieces);
   } else {
     RenderRows(lo, hi, pieces);

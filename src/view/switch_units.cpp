@@ -13,7 +13,6 @@ void SwitchUnit(OpenImage& image, ViewState& view, const RangeSlider& slider,
     return;
   }
   view.CelsiusSelected = unit == 'C';
-  view.FahrenheitSelected = unit == 'F';
   if (!image.HasTemperature) {
     image.DisplayUnits = unit;
     return;
@@ -31,9 +30,7 @@ void SwitchUnit(OpenImage& image, ViewState& view, const RangeSlider& slider,
   image.FileUnits = unit;
   image.DisplayUnits = unit;
   if (!image.ScaleLowText.trimmed().isEmpty()) {
-    for (QString* text : {&image.ScaleLowText, &image.ScaleHighText}) {
-      *text = SixCharacters(FormatTenths(convert(ParseNumber(*text))));
-    }
+    SetRangeAsShown(convert(image.ShownLow), convert(image.ShownHigh), image);
     UpdateRangeDisplay(image, view, strings);
   }
 }

@@ -90,7 +90,7 @@ void MainWindow::MakeToolPanel() {
     static constexpr std::array<const char*, 8> kEntries = {
         "mnuLoadBmp", "mnuLoadTIFF", "mnuLoadJPEG", "mnuLoadIMG",
         "mnuLoadTxi", "mnuLoadTMP",  "mnuLoadRTI",  "mnuLoadSEQ"};
-    const auto kind = static_cast<std::size_t>(session_.View.LoadButtonKind);
+    const auto kind = static_cast<std::size_t>(session_.Image.OfferedKind());
     if (!session_.Image.UiLocked && kind < kEntries.size()) {
       Action(kEntries[kind])->trigger();
     }

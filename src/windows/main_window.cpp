@@ -142,7 +142,6 @@ void MainWindow::SetWindowLanguage() {
       ShowCalibratedRange(image, words, view);
     }
   }
-  view.LoadButtonTip = LoadButtonTip(view.LoadButtonKind, words);
   // Widths that no text of the panel outgrows, so that nothing moves while the cursor does.
   const auto numbers = QStringLiteral(": -8888.8 \u00B0C");
   const std::array<QString, ViewState::kStatusPanels + 1> widest = {
@@ -207,7 +206,7 @@ void MainWindow::ShowUnits() {
   const QSignalBlocker celsiusBlocker(celsius_);
   const QSignalBlocker fahrenheitBlocker(fahrenheit_);
   celsius_->setChecked(session_.View.CelsiusSelected);
-  fahrenheit_->setChecked(session_.View.FahrenheitSelected);
+  fahrenheit_->setChecked(!session_.View.CelsiusSelected);
 }
 
 void MainWindow::ShowTrend() {
@@ -246,7 +245,7 @@ void MainWindow::BringIntoLine() {
   ShowUnits();
   ShowTrend();
   EnableActions();
-  openButton_->setToolTip(view.LoadButtonTip);
+  openButton_->setToolTip(LoadButtonTip(session_.Image, session_.Words));
   loadingText_->setText(view.LoadingText);
   loadingText_->setVisible(view.LoadingTextVisible);
   loadProgress_->setValue(static_cast<int>(view.LoadProgress));
@@ -266,7 +265,6 @@ void MainWindow::Activated() {
     SelectDefaultPalette(session_);
   }
   view.CelsiusSelected = session_.Image.DisplayUnits != 'F';
-  view.FahrenheitSelected = session_.Image.DisplayUnits == 'F';
   view.SuppressEvents = false;
   SelectPalette(view.PaletteSelection, session_.Image, view, session_.Palettes, session_.Buffers);
   BringIntoLine();

@@ -14,7 +14,6 @@
 #include <algorithm>
 
 #include "core/viewer_ini.h"
-#include "open/load_steps.h"
 #include "view/palettes.h"
 #include "view/switch_units.h"
 #include "widgets/mnemonics.h"
@@ -275,8 +274,6 @@ void PreferencesDialog::TakeOver() {
     image.ImageKind = static_cast<std::int16_t>(settings.DefaultKind);
   }
   image.PreviousKindIndex = static_cast<std::int16_t>(settings.DefaultKind + 1);
-  view.LoadButtonKind = settings.DefaultKind;
-  view.LoadButtonTip = LoadButtonTip(view.LoadButtonKind, session_.Words);
 }
 
 void PreferencesDialog::RestoreDefaults() {
