@@ -2,6 +2,8 @@
 
 #include <QSet>
 #include <QString>
+#include <functional>
+#include <vector>
 
 #include "core/application_folder.h"
 #include "core/language_strings.h"
@@ -41,6 +43,9 @@ struct Session {
 
   /// Files written by the running or the last conversion of the open sequence.
   QSet<QString> ConversionOutputs;
+
+  /// Run before the open image's attachments are let go, by whoever plays or shows one.
+  std::vector<std::function<void()>> AttachmentStops;
 
   // What the last load found wrong.
   Problems Faults;  // With the file.
