@@ -3,10 +3,13 @@
 #include <QDir>
 
 #include "core/file_access.h"
+#include "core/tell.h"
 #include "core/units.h"
 #include "formats/txi_words.h"
+#include "open/attachments.h"
 #include "open/load_steps.h"
 #include "open/loaders.h"
+#include "open/no_picture.h"
 #include "open/row_pass.h"
 #include "view/range_control.h"
 #include "view/zoom.h"
@@ -23,12 +26,7 @@ void ResetForLoad(Session& session) {
   image.ImageDate.clear();
   image.ImageTime.clear();
   image.IsLegacy8Bit = false;
-  image.HasVisibleImage = false;
-  image.VisibleWindowOpen = false;
-  view.VisibleImageEntries = false;
-  view.SoundButtonsVisible = false;
-  image.SoundFile.clear();
-  image.SoundFileTitle.clear();
+  ReleaseAttachments(session);
   view.StatusPanel[4].clear();
   view.RangeSliderVisible = false;
   view.AutoUpdateVisible = false;
@@ -225,7 +223,7 @@ void OpenCurrentImage(Session& session, Progress& progress) {
   image.SpotTemperatures.fill({});
   session.Cursor = Readout{};
 
-  LoadImageFile(session, progress);
+  LoadAfresh(session, [&] { LoadImageFile(session, progress); });
 
   // Only a sequence has frames to step through.
   view.FrameRowVisible = KindEnding(image.CurrentFile) == QLatin1String("RTI") &&
@@ -242,6 +240,7 @@ void OpenCurrentImage(Session& session, Progress& progress) {
   image.ImageBusy = false;
   view.SuppressEvents = false;
   view.BusyPointer = false;
+  TellAboutFile(session);
   session.Buffers.Picbuf1.Refresh();
 }
 
@@ -255,8 +254,11 @@ void OpenPath(const QString& path, Session& session, Progress& progress) {
 void CloseImage(Session& session, Progress& progress) {
   OpenImage& image = session.Image;
   ViewState& view = session.View;
-  view.VisibleImageEntries = false;
-  view.SoundButtonsVisible = false;
+  ReleaseAttachments(session);
+  DismissNotice(view);
+  view.NoPicture = {};
+  view.RangeLowText.clear();
+  view.RangeHighText.clear();
   view.StatusPanel[4].clear();
   view.Title = QStringLiteral("TessaView");
   SetCurrentFile(image, QString());
