@@ -1,17 +1,25 @@
 #include "sequence/playback.h"
 
+#include "core/tell.h"
 #include "open/show_frame.h"
 #include "view/range_control.h"
+#include "view/range_entry.h"
 
 namespace tessa {
 namespace {
 
 /// Shows 1-based `frame`; the scale follows only when the picture stands.
 void GoTo(int frame, Session& session, Progress& progress) {
-  session.Image.CurrentFrame = frame;
-  ShowFrameFile(false, session, progress);
-  session.Steps.Run("scale display",
-                    [&] { UpdateRangeDisplay(session.Image, session.View, session.Words); });
+  OpenImage& image = session.Image;
+  ViewState& view = session.View;
+  image.CurrentFrame = frame;
+  const bool shown = ShowFrameFile(false, session, progress);
+  session.Steps.Run("scale display", [&] { UpdateRangeDisplay(image, view, session.Words); });
+  ShowLimitTexts(session.Range, image.DisplayUnits, view);
+  if (!shown) {
+    Tell(NoticeKind::kFailed, session.Words.LangString(443, "Frame %1 cannot be read.").arg(frame),
+         view);
+  }
 }
 
 }  // namespace
