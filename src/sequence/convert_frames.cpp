@@ -1,10 +1,12 @@
 #include "sequence/convert_frames.h"
 
+#include <QDir>
 #include <QFileInfo>
 #include <limits>
 #include <optional>
 
 #include "core/file_access.h"
+#include "core/tell.h"
 #include "core/units.h"
 #include "open/show_frame.h"
 
@@ -49,6 +51,21 @@ void PatchWords(const QString& path, const OpenImage& image) {
   WriteWholeFile(path, bytes, Overwrite::kReplace);
 }
 
+void TellResult(const ConversionResult& result, Session& session) {
+  if (result.Failed.empty()) {
+    Tell(NoticeKind::kQuiet,
+         session.Words.LangString(441, "Frames written: %1").arg(result.Written), session.View);
+    return;
+  }
+  const FailedOutput& first = result.Failed.front();
+  Tell(NoticeKind::kFailed,
+       session.Words.LangString(442, "Frames written: %1, failed: %2 (%3)")
+           .arg(QString::number(result.Written), QString::number(result.Failed.size()),
+                first.Name + QStringLiteral(": ") + first.Reason),
+       session.View);
+  session.View.Notice.Further = static_cast<int>(result.Failed.size()) - 1;
+}
+
 }  // namespace
 
 QString FrameOutputName(const QString& prefix, int frame, FrameFormat format) {
@@ -61,36 +78,75 @@ bool IsUsablePrefix(const QString& prefix) {
          !prefix.contains(QLatin1Char('\\'));
 }
 
-void ConvertFrames(const FrameConversion& conversion, Session& session, Progress& progress,
-                   const std::function<void(const QString&)>& status) {
-  if (!IsUsablePrefix(conversion.Prefix)) {
-    return;
+std::vector<FrameOutput> ListFrameOutputs(const QString& prefix, FrameFormat format,
+                                          const OpenImage& image) {
+  std::vector<FrameOutput> outputs;
+  for (int frame = 1; IsUsablePrefix(prefix) && frame <= image.FrameCount; ++frame) {
+    outputs.push_back({frame, FrameOutputName(prefix, frame, format)});
   }
+  return outputs;
+}
+
+QSet<QString> ExistingNames(const OpenImage& image) {
+  const QStringList names = QFileInfo(image.CurrentFilePath)
+                                .absoluteDir()
+                                .entryList(QDir::AllEntries | QDir::Hidden | QDir::System);
+  return {names.begin(), names.end()};
+}
+
+ConversionResult ConvertFrames(const FrameConversion& conversion, Session& session,
+                               Progress& progress,
+                               const std::function<void(const QString&)>& status) {
   OpenImage& image = session.Image;
   Picbuf& picture = session.Buffers.Picbuf1;
   const Strings& words = session.Words;
   const int shownBefore = image.CurrentFrame;
   const QString folder = QFileInfo(image.CurrentFilePath).absolutePath() + QLatin1Char('/');
   QSet<QString> outputs;
+  ConversionResult result;
   image.ImageKind = KindBmp;
   image.PreviousKindIndex = 1;
-  for (const int frame : conversion.Frames) {
-    const QString name = FrameOutputName(conversion.Prefix, frame, conversion.Format);
+  for (const auto& [frame, name] : conversion.Outputs) {
+    std::string failure;
+    const auto attempt = [&](const char* step, const auto& action) {
+      session.Steps.Run(step, [&] {
+        try {
+          action();
+        } catch (const std::exception& reason) {
+          failure = reason.what();
+          throw;
+        }
+      });
+    };
     status(words.LangString(122, "Converting") + QLatin1Char(' ') + name);
     image.CurrentFrame = frame;
-    ShowFrameFile(true, session, progress);
-    picture.FileType = Picbuf::kBmp;
-    picture.FileName = folder + name;
-    outputs.insert(picture.FileName);
-    session.ConversionOutputs.insert(picture.FileName);
-    session.Steps.Run("save frame", [&] { picture.SaveFile(); });
+    const bool isShown = ShowFrameFile(true, session, progress);
+    if (IsUsablePrefix(name)) {
+      picture.FileType = Picbuf::kBmp;
+      picture.FileName = folder + name;
+      outputs.insert(picture.FileName);
+      session.ConversionOutputs.insert(picture.FileName);
+      attempt("save frame", [&] { picture.SaveFile(); });
+    } else {
+      failure = "the name leads out of the folder";
+    }
     if (conversion.Format == FrameFormat::kTxi) {
       image.ImageKind = KindTxi;
       image.PreviousKindIndex = 5;
     }
     status(words.LangString(232, "Saving") + QLatin1Char(' ') + name);
-    if (conversion.Format == FrameFormat::kTxi) {
-      session.Steps.Run("put scale into TXI", [&] { PatchWords(picture.FileName, image); });
+    if (conversion.Format == FrameFormat::kTxi && failure.empty()) {
+      attempt("put scale into TXI", [&] { PatchWords(picture.FileName, image); });
+    }
+    if (failure.empty() && !isShown) {
+      failure = words.LangString(443, "Frame %1 cannot be read.").arg(frame).toStdString();
+    }
+    if (failure.empty()) {
+      ++result.Written;
+    } else {
+      // The path, with which such a reason begins, is that of the name.
+      result.Failed.push_back({name, QString::fromStdString(failure).remove(
+                                         folder + name + QLatin1String(" cannot be written: "))});
     }
     progress.LetEventsRun();
   }
@@ -99,6 +155,8 @@ void ConvertFrames(const FrameConversion& conversion, Session& session, Progress
   ShowFrameFile(true, session, progress);
   session.ConversionOutputs = outputs;
   status(words.LangString(118, "Conversion Complete"));
+  TellResult(result, session);
+  return result;
 }
 
 }  // namespace tessa
