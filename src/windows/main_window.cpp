@@ -16,9 +16,11 @@
 #include <QToolBar>
 #include <QToolButton>
 
+#include "open/attachments.h"
 #include "open/load_dialog.h"
 #include "open/load_image.h"
 #include "open/load_steps.h"
+#include "open/no_picture.h"
 #include "view/palettes.h"
 #include "view/switch_units.h"
 #include "widgets/eliding_label.h"
@@ -137,6 +139,7 @@ void MainWindow::SetWindowLanguage() {
     }
   }
   view.LoadButtonTip = LoadButtonTip(view.LoadButtonKind, words);
+  RetellAboutFile(session_);
   // Widths that no text of the panel outgrows, so that nothing moves while the cursor does.
   const auto numbers = QStringLiteral(": -8888.8 \u00B0C");
   const std::array<QString, ViewState::kStatusPanels + 1> widest = {
@@ -376,6 +379,7 @@ void MainWindow::ShowVisible() {
   if (visible_ == nullptr) {
     visible_ = new VisibleWindow(session_, *dialogs_, this);
     visible_->setAttribute(Qt::WA_DeleteOnClose);
+    connect(visible_, &VisibleWindow::Told, this, &MainWindow::BringIntoLine);
   }
   visible_->show();
   visible_->raise();
@@ -411,6 +415,8 @@ void MainWindow::showEvent(QShowEvent* event) {
 }
 
 void MainWindow::closeEvent(QCloseEvent* event) {
+  ReleaseAttachments(session_);
+  CloseVisibleWhenGone();
   user_.SetWindowPlace(saveGeometry());
   event->accept();
 }
