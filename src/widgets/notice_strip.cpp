@@ -8,7 +8,6 @@
 
 #include "core/tell.h"
 #include "widgets/eliding_label.h"
-#include "widgets/icons.h"
 
 namespace tessa {
 namespace {
@@ -40,6 +39,7 @@ NoticeStrip::NoticeStrip(QWidget* parent) : QFrame(parent) {
   close_ = new QToolButton(this);
   close_->setObjectName(QStringLiteral("NoticeClose"));
   close_->setAutoRaise(true);
+  close_->setText(QStringLiteral("\u00D7"));
   connect(close_, &QToolButton::clicked, this, &NoticeStrip::Dismissed);
   auto* const layout = new QHBoxLayout(this);
   constexpr int kSide = 8;
@@ -82,12 +82,11 @@ void NoticeStrip::ShowColours() {
     colours.setColor(role, ink);
   }
   setPalette(colours);
-  close_->setIcon(ToolIcon(QStringLiteral("close_image"), ink));
 }
 
 void NoticeStrip::changeEvent(QEvent* event) {
   QFrame::changeEvent(event);
-  if (event->type() == QEvent::ApplicationPaletteChange && close_ != nullptr) {
+  if (event->type() == QEvent::ApplicationPaletteChange) {
     ShowColours();
   }
 }

@@ -59,6 +59,9 @@ NoPicturePanel::NoPicturePanel(QWidget* parent) : QWidget(parent) {
   showFolder_->setObjectName(QStringLiteral("NoPictureFolder"));
   connect(open_, &QPushButton::clicked, this, &NoPicturePanel::OpenRequested);
   connect(showFolder_, &QPushButton::clicked, this, &NoPicturePanel::ShowFolder);
+  for (QPushButton* const button : {open_, showFolder_}) {
+    button->setMinimumHeight(button->fontMetrics().height() + 2 * kGap);
+  }
   auto* const buttons = new QHBoxLayout;
   buttons->addStretch();
   buttons->addWidget(open_);
@@ -81,8 +84,12 @@ void NoPicturePanel::ShowReason(const NoPicture& reason, const Strings& words) {
   detail_->setText(reason.Detail.left(kLongestShown));
   detail_->setVisible(!reason.Detail.isEmpty());
   advice_->setText(reason.Advice);
-  open_->setText(words.LangString(430, "Open Another Image") + QStringLiteral("\u2026"));
-  showFolder_->setText(words.LangString(431, "Show Folder"));
+  const auto caption = [](QPushButton* button, const QString& text) {
+    button->setText(text);
+    button->setMinimumWidth(button->fontMetrics().horizontalAdvance(text) + 4 * kGap);
+  };
+  caption(open_, words.LangString(430, "Open Another Image") + QStringLiteral("\u2026"));
+  caption(showFolder_, words.LangString(431, "Show Folder"));
   folder_ = reason.Folder;
   showFolder_->setVisible(!folder_.isEmpty());
 }
