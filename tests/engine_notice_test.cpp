@@ -72,8 +72,7 @@ TEST_F(NoticeTest, EveryKindOfUselessFileSaysWhatItIsInTheUsersLanguage) {
   expect(folder_.Write(Name("Leer.tmp"), {}), "The file is empty.", "");
   expect(folder_.Write(Name("Fremd.xyz"), Sit()), "This is no image that the program reads.",
          "The file's ending");
-  expect(folder_.Write(Name("Kurz.sit"), First(Sit(), 900)), "The file is incomplete.",
-         "The ");
+  expect(folder_.Write(Name("Kurz.sit"), First(Sit(), 900)), "The file is incomplete.", "The ");
   session_.Words.SetLanguage(1);
   RetellAboutFile(session_);
   EXPECT_EQ(view_.NoPicture.Reason, QStringLiteral("Die Datei ist unvollständig."));
@@ -125,14 +124,16 @@ TEST_F(NoticeTest, AFailedSaveAsksAgainFromAFolderThatIsThereAndASuccessIsTold) 
   ASSERT_EQ(places.Asked.size(), 2U);
   EXPECT_EQ(places.Asked[1].Suggestion, folder_.Path(Name("w.jpg")));
   EXPECT_EQ(places.Asked[1].Refusal,
-            QStringLiteral("Could not save w.jpg: No such file or directory"));
+            QStringLiteral("Could not save w.jpg: the folder %1 is not there")
+                .arg(folder_.Path(Name("no/such"))));
   EXPECT_EQ(Told(), "Saved w.jpg");
   EXPECT_FALSE(ReadAll(folder_.Path(Name("w.jpg"))).isEmpty());
   Places cancelled;
-  cancelled.Answers = {folder_.Path(Name("no/w.bmp"))};
+  QDir().mkdir(folder_.Path(Name("w.bmp")));
+  cancelled.Answers = {folder_.Path(Name("w.bmp"))};
   SaveBmp(session_, cancelled);
   EXPECT_EQ(cancelled.Asked.size(), 2U);
-  EXPECT_EQ(Told(), "Could not save w.bmp: No such file or directory");
+  EXPECT_EQ(Told(), "Could not save w.bmp: Is a directory");
   EXPECT_EQ(view_.Notice.Kind, NoticeKind::kFailed);
 }
 

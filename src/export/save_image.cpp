@@ -74,8 +74,12 @@ bool AskAndSave(SaveFileQuestion question, const char* step, Session& session, D
            session.View);
       return true;
     }
-    // The path, with which such a reason begins, stands in the sentence already.
-    const QString reason = QString(*failure).remove(*path + QLatin1String(" cannot be written: "));
+    const QString folder = file.absolutePath();
+    // The path, with which a reason begins, stands in the sentence already.
+    const QString reason =
+        QFileInfo(folder).isDir()
+            ? QString(*failure).remove(*path + QLatin1String(" cannot be written: "))
+            : words.LangString(449, "the folder %1 is not there").arg(folder);
     question.Refusal = words.LangString(435, "Could not save %1: %2").arg(file.fileName(), reason);
     question.Suggestion = NearestFolder(*path) + QLatin1Char('/') + file.fileName();
     Tell(NoticeKind::kFailed, question.Refusal, session.View);
