@@ -60,8 +60,7 @@ TEST_F(NoticeTest, EveryKindOfUselessFileSaysWhatItIsInTheUsersLanguage) {
     Open("before.sit", Sit());
     OpenAt(path);
     EXPECT_EQ(view_.NoPicture.Reason.toStdString(), english);
-    EXPECT_EQ(view_.NoPicture.Detail.startsWith(Name(detail)), true)
-        << view_.NoPicture.Detail.toStdString();
+    EXPECT_THAT(view_.NoPicture.Detail.toStdString(), ::testing::StartsWith(detail));
     EXPECT_EQ(*detail == '\0', view_.NoPicture.Detail.isEmpty());
     EXPECT_EQ(view_.NoPicture.Folder, QFileInfo(path).absolutePath());
     EXPECT_EQ(Told(), "");

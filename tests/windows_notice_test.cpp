@@ -49,11 +49,11 @@ class NoticeWindowTest : public ::testing::Test {
 
 TEST_F(NoticeWindowTest, AUselessFileHasItsOwnPageAndTheNextImageTakesItsPlace) {
   Open("Gut.sit", kWhole);
-  Open("<b>Übel</b>.sit", 500);
+  Open("<b>Übel.sit", 500);
   EXPECT_FALSE(IsShown("Picbuf1") || IsShown("SSPanel8") || IsShown("SSPanel1") ||
                IsShown("SSPanel9") || IsShown("NoticeStrip"));
   EXPECT_TRUE(IsShown("NoPicturePanel") && IsShown("NoPictureFolder"));
-  EXPECT_EQ(Find<QLabel>("NoPictureName").accessibleName(), QStringLiteral("<b>Übel</b>.sit"));
+  EXPECT_EQ(Find<QLabel>("NoPictureName").accessibleName(), QStringLiteral("<b>Übel.sit"));
   EXPECT_EQ(Find<QLabel>("NoPictureName").textFormat(), Qt::PlainText);
   EXPECT_EQ(Find<QLabel>("NoPictureReason").text(), QStringLiteral("The file is incomplete."));
   EXPECT_TRUE(Find<QAction>("mnuReload").isEnabled() && Find<QAction>("mnuClose").isEnabled());
