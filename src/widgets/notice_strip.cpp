@@ -1,5 +1,6 @@
 #include "widgets/notice_strip.h"
 
+#include <QAccessible>
 #include <QEvent>
 #include <QHBoxLayout>
 #include <QKeyEvent>
@@ -67,6 +68,14 @@ void NoticeStrip::ShowNotice(const Notice& notice, const Strings& words) {
     ShowColours();
   }
   setVisible(!text.isEmpty());
+  if (generation_ != notice.Generation) {
+    generation_ = notice.Generation;
+    if (!text.isEmpty()) {
+      // Read out even when the words are those of the notice before.
+      QAccessibleEvent alert(text_, QAccessible::Alert);
+      QAccessible::updateAccessibility(&alert);
+    }
+  }
 }
 
 /// The desktop's own colours, a little towards amber for what failed.

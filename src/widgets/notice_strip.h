@@ -38,6 +38,7 @@ class NoticeStrip : public QFrame {
   QLabel* further_ = nullptr;
   QToolButton* close_ = nullptr;
   NoticeKind kind_ = NoticeKind::kQuiet;
+  int generation_ = 0;  // Of the notice on show.
 };
 
 }  // namespace tessa
