@@ -164,6 +164,7 @@ TEST_F(PlaybackTest, AConversionWritesEachOutputOnceMoreWithTheFrameThatFollows)
   EXPECT_EQ(session_.Image.CurrentFrame, 1);
   EXPECT_EQ(session_.Image.ImageKind, KindBmp);
   EXPECT_EQ(session_.Image.ScaleHighText, QStringLiteral("51.0"));
+  EXPECT_EQ(session_.View.ScaleLabel[2], QStringLiteral("51.0"));
   EXPECT_EQ(status_.join(QLatin1Char('|')),
             QStringLiteral("Converting A001.BMP|Saving A001.BMP|Converting A002.BMP|"
                            "Saving A002.BMP|Converting A003.BMP|Saving A003.BMP|"

@@ -9,6 +9,7 @@
 #include "core/tell.h"
 #include "core/units.h"
 #include "open/show_frame.h"
+#include "view/range_control.h"
 
 namespace tessa {
 namespace {
@@ -154,6 +155,8 @@ ConversionResult ConvertFrames(const FrameConversion& conversion, Session& sessi
   image.CurrentFrame = shownBefore;
   ShowFrameFile(true, session, progress);
   session.ConversionOutputs = outputs;
+  // The scale beside the picture is that of the picture.
+  session.Steps.Run("scale display", [&] { UpdateRangeDisplay(image, session.View, words); });
   status(words.LangString(118, "Conversion Complete"));
   TellResult(result, session);
   return result;
