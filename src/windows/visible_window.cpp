@@ -71,15 +71,11 @@ void VisibleWindow::MakeMenus() {
   AddEntry(file, "mnuSaveJPG", 228, "Save JPEG", "",
            [this] { SaveVisible(QStringLiteral("JPG"), buffer_, session_, dialogs_); });
   QMenu* const composite = AddMenu(file, "mnuSaveComp", 226, "Save Composite");
-  const auto addComposite = [&](const char* name, const QString& caption, auto save) {
-    QAction* const action = composite->addAction(caption, this, [this, save] {
-      save(session_, dialogs_);
-      Q_EMIT Told();
-    });
-    action->setObjectName(QString::fromLatin1(name));
-  };
-  addComposite("mnuSaveCompBMP", QStringLiteral("&BMP"), SaveCompositeBmp);
-  addComposite("mnuSaveCompJPG", QStringLiteral("&JPEG"), SaveCompositeJpeg);
+  // These have no words: they read the same in every language.
+  AddEntry(composite, "mnuSaveCompBMP", 0, "BMP", "",
+           [this] { SaveCompositeBmp(session_, dialogs_); });
+  AddEntry(composite, "mnuSaveCompJPG", 0, "JPEG", "",
+           [this] { SaveCompositeJpeg(session_, dialogs_); });
   file->addSeparator();
   AddEntry(file, "mnuClose", 114, "Close", "", [this] {
     close();
