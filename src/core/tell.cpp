@@ -11,6 +11,12 @@ void DismissNotice(ViewState& view) {
   Tell(NoticeKind::kQuiet, QString(), view);
 }
 
+void DismissFailure(ViewState& view) {
+  if (view.Notice.Kind == NoticeKind::kFailed) {
+    DismissNotice(view);
+  }
+}
+
 QString FurtherText(const Notice& notice, const Strings& words) {
   return notice.Further > 0 ? words.LangString(432, "and %1 more").arg(notice.Further) : QString();
 }

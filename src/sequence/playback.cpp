@@ -12,6 +12,7 @@ namespace {
 void GoTo(int frame, Session& session, Progress& progress) {
   OpenImage& image = session.Image;
   ViewState& view = session.View;
+  DismissFailure(view);
   image.CurrentFrame = frame;
   const bool shown = ShowFrameFile(false, session, progress);
   session.Steps.Run("scale display", [&] { UpdateRangeDisplay(image, view, session.Words); });

@@ -17,13 +17,6 @@ QString Unit(const RenderPieces& pieces) {
   return pieces.Image.DisplayUnits == 'F' ? QStringLiteral(" \u00B0F") : QStringLiteral(" \u00B0C");
 }
 
-/// A new request takes the place of what was told of the last one's failure.
-void ForgetFailure(ViewState& view) {
-  if (view.Notice.Kind == NoticeKind::kFailed) {
-    DismissNotice(view);
-  }
-}
-
 }  // namespace
 
 void EnterRangeTexts(const QString& low, const QString& high, ViewState& view) {
@@ -47,7 +40,7 @@ void ApplyEnteredRange(const RenderPieces& pieces) {
   const char unit = pieces.Image.DisplayUnits;
   const QString low = view.RangeLowText;
   const QString high = view.RangeHighText;
-  ForgetFailure(view);
+  DismissFailure(view);
   RangeApply(low, high, pieces);
   // To the tenth that the boxes show: a limit entered as it is shown is a taken one.
   const bool taken = TemperatureText(slider.RangeMinValue(), unit) == Written(low) &&
@@ -69,7 +62,7 @@ void ApplyEnteredLimits(const RenderPieces& pieces) {
   ViewState& view = pieces.View;
   const QString minimum = view.LimitMinText;
   const QString maximum = view.LimitMaxText;
-  ForgetFailure(view);
+  DismissFailure(view);
   ApplyLimitTexts(minimum, maximum, pieces);
   if (view.LimitMinText != Written(minimum) || view.LimitMaxText != Written(maximum)) {
     Tell(NoticeKind::kFailed,
