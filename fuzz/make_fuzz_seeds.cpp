@@ -1,18 +1,24 @@
 // Writes small valid inputs for every fuzz entry into FOLDER/NAME, for the fuzzer to start from.
 
+#include <QBuffer>
+#include <QImage>
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
+#include <initializer_list>
 #include <string>
 #include <string_view>
 
 #include "formats/bmp.h"
 #include "formats/bmp_trailer.h"
 #include "formats/frame_array.h"
+#include "formats/if_sound.h"
 #include "formats/palette_file.h"
 #include "formats/sequence.h"
 #include "formats/sit.h"
 #include "formats/tmp_image.h"
+#include "formats/wave.h"
+#include "view/picture_file.h"
 
 namespace {
 
@@ -40,13 +46,28 @@ Bytes Start(const Bytes& bytes, std::size_t size) {
   return {bytes.begin(), bytes.begin() + static_cast<std::ptrdiff_t>(std::min(size, bytes.size()))};
 }
 
-Bytes SmallSit() {
+QImage SmallPicture() {
+  QImage picture(16, 12, QImage::Format_RGB888);
+  picture.fill(QColor(200, 120, 40));
+  picture.setPixelColor(3, 5, Qt::blue);
+  return picture;
+}
+
+Bytes SmallTiff(QImage::Format format) {
+  QBuffer buffer;
+  SmallPicture().convertToFormat(format).save(&buffer, "TIFF");
+  return {buffer.data().begin(), buffer.data().end()};
+}
+
+/// `attachment` and the code that says what is in it: 1 sound, 2 photograph, 3 both; 0: an image of
+/// version 3 without.
+Bytes SmallSit(const Bytes& attachment, char code) {
   tessa::SitFields fields;
-  fields.Signature = "SIT 3.5J  ";
-  fields.SoundExt = "WA\x03";
+  fields.Signature = code == 0 ? "SIT 3.5J  " : "SIT 4.00  ";
+  fields.SoundExt = code == 0 ? std::string("WA\x03") : std::string{'\0', '\0', code};
   fields.Comment = "a comment";
   fields.Counts.assign(std::size_t{320} * 240, 2000);
-  fields.Attachment = {0, 0, 0, 8, 1, 2, 3, 4, 5, 6, 7, 8};
+  fields.Attachment = attachment;
   return tessa::EncodeSit(fields);
 }
 
@@ -106,6 +127,52 @@ void WriteSequenceSeeds(const std::filesystem::path& folder) {
   sequences.Write("plain", SmallSequence(1.0F));
   sequences.Write("stamped", SmallSequence(tessa::kStampedVersion));
   sequences.Write("container", SmallSequence(tessa::kContainerVersion));
+  const SeedFolder frames(folder / "frames");
+  const Bytes frameFile = tessa::EncodeFrameArray(3, 2, pixels);
+  const Bytes head = Joined({0, static_cast<std::uint8_t>(frameFile.size())}, frameFile);
+  frames.Write("plain", Joined(head, SmallSequence(1.0F)));
+  frames.Write("stamped", Joined(head, SmallSequence(tessa::kStampedVersion)));
+  frames.Write("container", Joined(head, SmallSequence(tessa::kContainerVersion)));
+  frames.Write("no_frame_file", Joined({0, 0}, SmallSequence(tessa::kContainerVersion)));
+}
+
+/// The picture files and a SIT image with a photograph, each for an entry that takes a file through
+/// the program: `head` stands before the file, its first byte is the number of the ending.
+void WritePictureSeeds(const SeedFolder& folder, Bytes head) {
+  const Bytes jpeg = tessa::EncodeJpeg(SmallPicture(), 80);
+  const auto write = [&](const char* name, std::uint8_t ending, const Bytes& file) {
+    head[0] = ending;
+    folder.Write(name, Joined(head, file));
+  };
+  tessa::ByteWriter photograph;
+  photograph.U32Be(static_cast<std::uint32_t>(tessa::kSitAttachmentOffset));
+  photograph.U32Be(0);
+  photograph.Append(jpeg);
+  write("photograph", 4, SmallSit(photograph.Take(), 2));
+  write("tiff", 6, SmallTiff(QImage::Format_RGB888));
+  write("grey_tiff", 6, SmallTiff(QImage::Format_Grayscale8));
+  write("bilevel_tiff", 6, SmallTiff(QImage::Format_Mono));
+  write("jpeg", 7, jpeg);
+  write("grey_jpeg", 7,
+        tessa::EncodeJpeg(SmallPicture().convertToFormat(QImage::Format_Grayscale8), 80));
+}
+
+/// The texts that a user or a file brings in.
+void WriteTextSeeds(const std::filesystem::path& folder) {
+  const auto write = [&](const char* entry, std::initializer_list<std::string_view> texts) {
+    const SeedFolder seeds(folder / entry);
+    int number = 0;
+    for (const std::string_view text : texts) {
+      seeds.Write(std::to_string(number++), Bytes(text.begin(), text.end()));
+    }
+  };
+  write("text", {"36.65 \xB0\x43", "-0.049999", "+1e15x", " \t.5", "9.96", "\xE2\x82\xAC\xC3\xA4",
+                 "999999999999999.95"});
+  write("settings", {"/data/images\n/data/reports\n 3 \n 10 \nC\n", "\n\n-1\n99\nF", "a\r\nb\r\n"});
+  write("arguments", {"1-10,15\nimage\n-40:120\nHOT IRON\n7", "\"/data/an image.sit\"",
+                      "1-1,32767\n20:10\nprefix-\n../up"});
+  write("labels", {"36.6 \xC2\xB0\x43", "<img src=/dev/zero><h1>A</h1>", "a\n\tb &amp; c",
+                   "\xE2\x80\xAE\xD7\x90\xCC\x81\xF0\x9F\x94\xA5"});
 }
 
 /// The first byte of an input for the whole load is the number of the ending.
@@ -129,10 +196,17 @@ void WriteLoadSeeds(const std::filesystem::path& folder, const Bytes& sit) {
   loads.Write("bytes", Joined({3}, legacy));
   loads.Write("sit", Joined({4}, sit));
   loads.Write("raster", Joined({5}, Bytes(2000, 11)));
+  WritePictureSeeds(loads, {0});
+
+  const SeedFolder exports(folder / "export");
+  exports.Write("container", Joined({0, 0x11}, SmallSequence(tessa::kContainerVersion)));
+  exports.Write("with_bar", Joined({1, 1}, Joined(bitmap, trailer)));
+  exports.Write("txi", Joined({2, 8}, tessa::EncodeBmp8(4, 4, indices, 4, {}, -200, 1000)));
+  WritePictureSeeds(exports, {0, 2});
 }
 
 void WriteAll(const std::filesystem::path& folder) {
-  const Bytes sit = SmallSit();
+  const Bytes sit = SmallSit({0, 0, 0, 8, 1, 2, 3, 4, 5, 6, 7, 8}, 0);
   const SeedFolder sits(folder / "sit");
   const SeedFolder bmps(folder / "bmp");
   sits.Write("whole", sit);
@@ -158,12 +232,12 @@ void WriteAll(const std::filesystem::path& folder) {
   WriteSequenceSeeds(folder);
   WriteLoadSeeds(folder, sit);
   SeedFolder(folder / "palette").Write("whole", Bytes(tessa::kPaletteFileSize, 0x40));
-  const SeedFolder texts(folder / "text");
-  int number = 0;
-  for (const std::string_view text : {"36.65 \xB0\x43", "-0.049999", "+1e15x", " \t.5", "9.96",
-                                      "\xE2\x82\xAC\xC3\xA4", "999999999999999.95"}) {
-    texts.Write(std::to_string(number++), Bytes(text.begin(), text.end()));
-  }
+  SeedFolder(folder / "bin").Write("start", Bytes(2000, 11));
+  SeedFolder(folder / "txi").Write("scale", {0x38, 0xFF, 0xE8, 0x03});
+  WriteTextSeeds(folder);
+  const std::uint16_t note[] = {512, 1023, 0, 400};
+  SeedFolder(folder / "if_sound").Write("whole", tessa::EncodeIfSound(2850, note));
+  SeedFolder(folder / "wave").Write("whole", tessa::EncodeWave(2850, tessa::ToWaveSamples(note)));
 }
 
 }  // namespace

@@ -2,12 +2,13 @@
 
 # What building and running the program takes.
 run_packages=(
-  g++ cmake ninja-build ccache
-  qt6-base-dev qt6-svg-dev qt6-image-formats-plugins libcli11-dev
+  g++ cmake ninja-build ccache mold
+  qt6-base-dev qt6-svg-dev qt6-multimedia-dev qt6-image-formats-plugins libcli11-dev
   fonts-dejavu-core
 )
 # What the tests take on top of that.
 test_packages=(
+  pulseaudio pulseaudio-utils
   libgtest-dev libgmock-dev libbenchmark-dev clang-format
 )
 # What the fuzz entries take on top of that.

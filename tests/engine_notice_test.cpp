@@ -182,15 +182,18 @@ TEST_F(NoticeTest, RefusedEntriesAreToldAndTakenOnesAreNot) {
 }
 
 TEST_F(NoticeTest, WhatHangsOnAnImageIsLetGoByALoadAndAClose) {
-  int stops = 0;
-  session_.AttachmentStops.push_back([&] { ++stops; });
-  session_.AttachmentStops.push_back([] { throw StepFailure("stuck"); });
+  struct Counter : ImageFollower {
+    void ImageLeaves() override { ++Left; }
+    void ImageArrived() override {}
+    int Left = 0;
+  } follower;
+  session_.Follower = &follower;
   Open("Wand.sit", Sit());
-  EXPECT_EQ(stops, 1);
+  EXPECT_EQ(follower.Left, 1);
   session_.Image.VisibleWindowOpen = session_.View.VisibleImageEntries = true;
   session_.Image.SoundFile = Name("x.wav");
   CloseImage(session_, *progress_);
-  EXPECT_EQ(stops, 2);
+  EXPECT_EQ(follower.Left, 2);
   EXPECT_FALSE(image_.VisibleWindowOpen || view_.VisibleImageEntries);
   EXPECT_TRUE(image_.SoundFile.isEmpty());
 }

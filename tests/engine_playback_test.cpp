@@ -177,7 +177,7 @@ TEST_F(PlaybackTest, OutputsThatFailAreCountedAndNamedAndTheOthersWritten) {
   Open(Snapshot());
   QDir().mkdir(folder_.Path(QStringLiteral("A002.BMP")));
   session_.Image.SeqFrames[2].clear();
-  EXPECT_TRUE(ExistingNames(session_.Image).contains(QStringLiteral("A002.BMP")));
+  EXPECT_TRUE(OutputExists(QStringLiteral("A002.BMP"), session_.Image));
   const ConversionResult result = Convert("A", FrameFormat::kBmp, {1, 2, 3});
   EXPECT_EQ(result.Written, 1);
   ASSERT_EQ(result.Failed.size(), 2U);

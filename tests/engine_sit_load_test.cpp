@@ -208,7 +208,9 @@ TEST_F(SitLoad, VersionAndLengthTellWhetherThereIsASoundInside) {
     Open(fields);
     EXPECT_EQ(image_.SitVersion, c.Version);
     EXPECT_EQ(image_.SoundEmbedded, c.Embedded);
-    EXPECT_EQ(image_.CanEmbedSound, !c.Embedded);
+    // From 3.1 I on a wave put in would be taken for the camera's own sound.
+    EXPECT_EQ(image_.CanEmbedSound,
+              c.Version < 3.1F || (c.Version == 3.1F && c.Signature[8] < 'I'));
     EXPECT_EQ(image_.SoundFile.toStdString(), c.Embedded ? TESSA_BINARY_FOLDER "/NOTE.WAV" : "");
     EXPECT_EQ(image_.SoundFileTitle.toStdString(), c.Embedded ? "NOTE.WAV" : "");
   }
@@ -224,12 +226,34 @@ TEST_F(SitLoad, ASoundBesideTheImageNeverLeadsOutOfItsFolder) {
   EXPECT_EQ(image_.SoundFileTitle.toStdString(), "NOTE.WAV");
   for (const auto& [name, extension] :
        {std::pair{"../../AB", "AIF"}, std::pair{"/ETC/X", "AIF"}, std::pair{"A\\B", "AIF"},
-        std::pair{"A", "/B"}, std::pair{"..", "AIF"}, std::pair{" SND", "AIF"}}) {
+        std::pair{"A", "/B"}, std::pair{"..", "AIF"}, std::pair{" SND", "AIF"},
+        std::pair{"A", "AIF"}}) {  // Zeros behind the A.
     fields.SoundName = name;
     fields.SoundExt = extension;
     Open(fields);
     EXPECT_TRUE(image_.SoundFile.isEmpty()) << image_.SoundFile.toStdString();
   }
+}
+
+TEST_F(SitLoad, ASoundIsFoundByItsExactNameOrTheOneThatDiffersInCaseOnly) {
+  SitFields fields = Golden();
+  fields.SoundName = "SND1    ";
+  fields.SoundExt = "A  ";
+  folder_.Write(Name("snd1.a"), Bytes{1});
+  Open(fields);
+  EXPECT_EQ(image_.SoundFile, folder_.Path(Name("snd1.a")));
+  folder_.Write(Name("Snd1.A"), Bytes{1});
+  Open(fields);
+  EXPECT_EQ(image_.SoundFile, QString()) << "nobody can tell which";
+  folder_.Write(Name("SND1.A"), Bytes{1});
+  Open(fields);
+  EXPECT_EQ(image_.SoundFile, folder_.Path(Name("SND1.A")));
+  // A wave inside keeps its position as its name.
+  fields.SoundName = "156161  ";
+  fields.SoundExt = "WAV";
+  Open(fields);
+  EXPECT_FALSE(image_.SoundEmbedded);
+  EXPECT_EQ(image_.SoundFile.toStdString(), "156161.WAV");
 }
 
 TEST_F(SitLoad, DigitsBecomeDatesAndTimesAndOthersStayAsTheyStand) {

@@ -106,11 +106,7 @@ TEST(RecentFiles, AreTenWithTheNewestFirstAndNoneTwice) {
 
 TEST(CommandLine, NamesOneFileWithOrWithoutQuotes) {
   const auto pending = [](std::initializer_list<const char*> arguments) {
-    QStringList list;
-    for (const char* argument : arguments) {
-      list.append(QString::fromUtf8(argument));
-    }
-    return PendingFileFromArguments(list).toStdString();
+    return PendingFileFromArguments({arguments.begin(), arguments.size()}).toStdString();
   };
   EXPECT_EQ(pending({}), "");
   EXPECT_EQ(pending({"a b.sit"}), "a b.sit");

@@ -4,10 +4,10 @@
 #include <string>
 
 #include "formats/byte_writer.h"
-#include "scenes.h"
+#include "scene.h"
 
-/// Scenes as files of every kind that the program reads. Each function throws std::runtime_error
-/// with one plain line when its kind cannot hold what it is given.
+/// Scenes as files of every kind that the program reads. A function whose kind cannot hold the
+/// temperatures of its scene throws std::runtime_error with one plain line.
 namespace tessa::tools {
 
 /// What a camera would have written beside the picture.
@@ -22,10 +22,10 @@ struct SampleFacts {
   double RangeHigh = 120.0;
 };
 
-/// What a SIT file can carry behind its picture.
+/// What a SIT file can carry behind its picture. Empty: none.
 struct SampleAttachments {
-  Bytes Photo;        // A whole JPEG; empty: none.
-  bool Tone = false;  // A short tone in the camera's own sound format.
+  Bytes Photo;  // A whole JPEG.
+  Bytes Sound;  // A whole block in the camera's own sound format.
 };
 
 // Stills of fixed size: the scene is cut about its centre and resampled. Gains are as fine as the
@@ -49,7 +49,7 @@ Bytes SceneAsTxi(const Scene& scene);
 /// A bitmap with a temperature trailer.
 Bytes SceneAsRadiometricBmp(const Scene& scene);
 
-// Sequences of frames of one size.
+// Sequences of at least one frame, all of one size.
 
 enum class Stamps { kNone, kEachFrame };
 Bytes FramesAsSnapshot(std::span<const Scene> frames, const SampleFacts& facts, Stamps stamps);

@@ -5,26 +5,12 @@
 #include <limits>
 #include <stdexcept>
 
-#include "core/pixel_stores.h"
 #include "formats/kelvin.h"
-#include "formats/number_text.h"
 
 namespace tessa::tools {
-namespace {
-
-/// The temperature below which `share` of the pixels lie.
-double Percentile(const Scene& scene, double share) {
-  std::vector<float> sorted = scene.Celsius;
-  const auto at = static_cast<std::ptrdiff_t>(share * static_cast<double>(sorted.size() - 1));
-  std::nth_element(sorted.begin(), sorted.begin() + at, sorted.end());
-  return static_cast<double>(sorted[static_cast<std::size_t>(at)]);
-}
-
-}  // namespace
 
 Span Extremes(std::span<const Scene> frames) {
-  constexpr double kBeyond = std::numeric_limits<double>::max();
-  Span span{kBeyond, -kBeyond};
+  Span span{std::numeric_limits<double>::max(), std::numeric_limits<double>::lowest()};
   for (const Scene& frame : frames) {
     const auto [low, high] = std::minmax_element(frame.Celsius.begin(), frame.Celsius.end());
     span.Low = std::min(span.Low, static_cast<double>(*low));
@@ -33,32 +19,25 @@ Span Extremes(std::span<const Scene> frames) {
   return span;
 }
 
-Span Widened(const Span& least, const Span& needed) {
-  return {std::min(least.Low, std::floor(needed.Low)),
-          std::max(least.High, std::ceil(needed.High))};
+Span MeasuringRange(std::span<const Scene> frames, const SampleFacts& facts) {
+  const Span needed = Extremes(frames);
+  return {std::min(facts.RangeLow, std::floor(needed.Low)),
+          std::max(facts.RangeHigh, std::ceil(needed.High))};
 }
 
-Span DisplayScale(const Scene& scene) {
-  constexpr double kOutliers = 0.005;
-  Span scale{std::floor(Percentile(scene, kOutliers)),
-             std::ceil(Percentile(scene, 1.0 - kOutliers))};
-  scale.High = std::max(scale.High, scale.Low + 1.0);
-  return scale;
-}
-
-void RequireWithin(const Span& span, double low, double high, const std::string& kind) {
-  if (span.Low < low || span.High > high) {
-    throw std::runtime_error(kind + " holds " + FormatFixed(low, 1) + " to " +
-                             FormatFixed(high, 1) + " degrees Celsius, but the scene has " +
-                             FormatFixed(span.Low, 1) + " to " + FormatFixed(span.High, 1));
+Span WholeDegrees(std::span<const Scene> frames, double outliers) {
+  std::vector<float> all;
+  for (const Scene& frame : frames) {
+    all.insert(all.end(), frame.Celsius.begin(), frame.Celsius.end());
   }
-}
-
-void RequireMeasurableWidth(const Scene& scene, const std::string& kind) {
-  if (scene.Width > RowCells::kCellsPerRow) {
-    throw std::runtime_error(kind + " is measured up to " + std::to_string(RowCells::kCellsPerRow) +
-                             " columns only, but the scene has " + std::to_string(scene.Width));
-  }
+  const auto last = static_cast<double>(all.size() - 1);
+  const auto at = [&](double share) {
+    const auto place = all.begin() + static_cast<std::ptrdiff_t>(share * last);
+    std::nth_element(all.begin(), place, all.end());
+    return static_cast<double>(*place);
+  };
+  const double low = std::floor(at(outliers));
+  return {low, std::max(std::ceil(at(1.0 - outliers)), low + 1.0)};
 }
 
 std::vector<std::uint8_t> Levels(const Scene& scene, const Span& line) {
@@ -72,13 +51,15 @@ std::vector<std::uint8_t> Levels(const Scene& scene, const Span& line) {
   return levels;
 }
 
-std::vector<std::int16_t> TenthsOfKelvin(const Scene& scene, const std::string& kind) {
-  RequireWithin(Extremes(scene), -kKelvinOffset, 3276.7 - kKelvinOffset, kind);
+std::vector<std::int16_t> TenthsOfKelvin(const Scene& scene) {
   std::vector<std::int16_t> tenths;
   tenths.reserve(scene.Celsius.size());
   for (const float celsius : scene.Celsius) {
-    tenths.push_back(static_cast<std::int16_t>(
-        std::lround((static_cast<double>(celsius) + kKelvinOffset) * 10.0)));
+    const double value = std::round((static_cast<double>(celsius) + kKelvinOffset) * 10.0);
+    if (value < 0.0 || value > std::numeric_limits<std::int16_t>::max()) {
+      throw std::runtime_error("a temperature does not fit tenths of a kelvin");
+    }
+    tenths.push_back(static_cast<std::int16_t>(value));
   }
   return tenths;
 }

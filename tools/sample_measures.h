@@ -1,11 +1,9 @@
 #pragma once
 
 #include <cstdint>
-#include <span>
-#include <string>
 #include <vector>
 
-#include "scenes.h"
+#include "sample_encoders.h"
 
 /// What the encoders of samples measure in a scene and share.
 namespace tessa::tools {
@@ -22,23 +20,17 @@ inline Span Extremes(const Scene& scene) {
   return Extremes(std::span(&scene, 1));
 }
 
-/// `least`, widened to whole degrees around `needed`.
-Span Widened(const Span& least, const Span& needed);
+/// The camera's calibrated range, widened to whole degrees that hold all the frames.
+Span MeasuringRange(std::span<const Scene> frames, const SampleFacts& facts);
 
-/// Whole degrees around all but the most extreme half percent of the pixels at each end; at least
-/// one degree wide.
-Span DisplayScale(const Scene& scene);
-
-/// Throws std::runtime_error unless all of `span` lies within `low` to `high` degrees Celsius.
-void RequireWithin(const Span& span, double low, double high, const std::string& kind);
-
-/// Throws std::runtime_error for a scene that is wider than the program can measure.
-void RequireMeasurableWidth(const Scene& scene, const std::string& kind);
+/// Whole degrees around all but the most extreme `outliers` (a share) of the pixels at each end; at
+/// least one degree wide.
+Span WholeDegrees(std::span<const Scene> frames, double outliers);
 
 /// Indices of an 8-bit picture on the straight line from `line.Low` at 0 to `line.High` at 255.
 std::vector<std::uint8_t> Levels(const Scene& scene, const Span& line);
 
-/// Tenths of a kelvin as signed 16-bit values. Throws for what does not fit.
-std::vector<std::int16_t> TenthsOfKelvin(const Scene& scene, const std::string& kind);
+/// Tenths of a kelvin as signed 16-bit values. Throws std::runtime_error for what does not fit.
+std::vector<std::int16_t> TenthsOfKelvin(const Scene& scene);
 
 }  // namespace tessa::tools

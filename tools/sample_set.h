@@ -1,20 +1,17 @@
 #pragma once
 
 #include <filesystem>
-#include <span>
 
 #include "formats/byte_writer.h"
-#include "scenes.h"
 
 namespace tessa::tools {
 
 /// Writes the samples that come with the program, every kind among them, into `folder`, which is
-/// made if need be. Throws std::runtime_error.
-void WriteSampleSet(const std::filesystem::path& folder);
+/// made if need be, from the scenes in `source` (samples/README.md). Throws std::runtime_error.
+void WriteSampleSet(const std::filesystem::path& source, const std::filesystem::path& folder);
 
-/// Writes each frame into a file of its own beside the sequence `path`: cup-000.APD, cup-001.APD
-/// and so on for cup.rti.
-void WriteFrameFiles(const std::filesystem::path& path, std::span<const Scene> frames);
+/// The content of a file. Throws std::runtime_error.
+Bytes ReadBytes(const std::filesystem::path& path);
 
 /// Replaces or makes a file as a whole.
 void WriteSample(const std::filesystem::path& path, const Bytes& content);

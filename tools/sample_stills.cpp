@@ -1,9 +1,7 @@
 // The stills of the cameras and what a SIT file carries behind its picture.
 
 #include <algorithm>
-#include <array>
 #include <cmath>
-#include <numbers>
 #include <stdexcept>
 
 #include "formats/bin_raster.h"
@@ -17,6 +15,9 @@
 namespace tessa::tools {
 namespace {
 
+/// Share of the pixels at each end that the stored scale leaves out.
+constexpr double kOutliers = 0.005;
+
 /// What the field will say once it is written.
 double AsFixed32(double value) {
   const Fixed32Parts parts = EncodeFixed32(value);
@@ -29,14 +30,14 @@ void FillCameraFields(const Scene& scene, const SampleFacts& facts, CameraFields
   fields.TimeText = facts.TimeText;
   fields.EmissivityX100 = static_cast<std::int16_t>(std::lround(facts.Emissivity * 100.0));
   const Span extremes = Extremes(scene);
-  const Span range = Widened({facts.RangeLow, facts.RangeHigh}, extremes);
+  const Span range = MeasuringRange(std::span(&scene, 1), facts);
   fields.RangeLow = range.Low;
   fields.RangeHigh = range.High;
   // A whole number of degrees in the middle of the counts; hundredths unless the span is too wide.
   fields.Offset = std::round(extremes.Middle());
   const double reach = std::max(extremes.High - fields.Offset, fields.Offset - extremes.Low);
   fields.Gain = AsFixed32(std::max(0.01, reach / 32000.0));
-  const Span scale = DisplayScale(scene);
+  const Span scale = WholeDegrees(std::span(&scene, 1), kOutliers);
   fields.ScaleCenter = AsFixed32(scale.Middle());
   fields.ScaleStep = AsFixed32((scale.High - scale.Low) / 8.0);
 }
@@ -51,33 +52,10 @@ std::vector<std::int16_t> Counts(const Scene& scene, const CameraFields& fields)
   return counts;
 }
 
-/// The camera's own sound format: a header and 10-bit samples at the top of big-endian words.
-Bytes ToneBlock() {
-  constexpr std::uint32_t kRate = 8000;
-  constexpr std::uint32_t kSamples = 12000;
-  constexpr std::size_t kHeaderSize = 42;
-  ByteWriter writer;
-  writer.Text("/IF", 8);
-  writer.U32Be(kRate);
-  writer.PadTo(38);
-  writer.U32Be(kSamples);
-  writer.PadTo(kHeaderSize);
-  for (std::uint32_t i = 0; i < kSamples; ++i) {
-    // Two strokes of a bell, the second lower.
-    const double seconds = static_cast<double>(i) / kRate;
-    const double since = seconds < 0.5 ? seconds : seconds - 0.5;
-    const double pitch = 2.0 * std::numbers::pi * (seconds < 0.5 ? 880.0 : 659.3) * since;
-    const double loudness = std::min(since / 0.005, 1.0) * std::exp(-since / 0.22);
-    const double wave = (std::sin(pitch) + 0.3 * std::sin(2.0 * pitch)) / 1.3;
-    const auto sample = static_cast<std::uint16_t>(std::lround(512.0 + 420.0 * loudness * wave));
-    writer.U16Be(static_cast<std::uint16_t>(sample << 6));
-  }
-  return writer.Take();
-}
-
 void Attach(const SampleAttachments& attachments, SitFields& fields) {
   const bool photo = !attachments.Photo.empty();
-  if (!photo && !attachments.Tone) {
+  const bool sound = !attachments.Sound.empty();
+  if (!photo && !sound) {
     return;
   }
   if (photo && (attachments.Photo.size() < 2 || attachments.Photo[0] != 0xFF ||
@@ -86,13 +64,12 @@ void Attach(const SampleAttachments& attachments, SitFields& fields) {
   }
   // Attachments belong to version 4, which tells them by a code in place of the extension's end.
   fields.Signature = "SIT 4.00  ";
-  fields.SoundExt = {'\0', '\0', static_cast<char>((attachments.Tone ? 1 : 0) + (photo ? 2 : 0))};
-  const Bytes sound = attachments.Tone ? ToneBlock() : Bytes();
+  fields.SoundExt = {'\0', '\0', static_cast<char>((sound ? 1 : 0) + (photo ? 2 : 0))};
   ByteWriter writer;
   // The JPEG lies eight bytes behind the position that this word gives.
-  writer.U32Be(static_cast<std::uint32_t>(kSitAttachmentOffset + sound.size()));
+  writer.U32Be(static_cast<std::uint32_t>(kSitAttachmentOffset + attachments.Sound.size()));
   writer.U32Be(0);
-  writer.Append(sound);
+  writer.Append(attachments.Sound);
   writer.Append(attachments.Photo);
   fields.Attachment = writer.Take();
 }
@@ -102,7 +79,10 @@ void Attach(const SampleAttachments& attachments, SitFields& fields) {
 Bytes SceneAsSit(const Scene& source, const SampleFacts& facts,
                  const SampleAttachments& attachments) {
   const Scene scene = Resample(source, kSitWidth, kSitHeight);
-  RequireWithin(Extremes(scene), -32000.0, 32000.0, "a SIT image");
+  const Span extremes = Extremes(scene);
+  if (extremes.Low < -32000.0 || extremes.High > 32000.0) {
+    throw std::runtime_error("a SIT image holds -32000 to 32000 degrees Celsius");
+  }
   SitFields fields;
   FillCameraFields(scene, facts, fields);
   fields.Comment = facts.Comment;
@@ -114,7 +94,6 @@ Bytes SceneAsSit(const Scene& source, const SampleFacts& facts,
 
 Bytes SceneAsTmp(const Scene& source, const SampleFacts& facts) {
   const Scene scene = Resample(source, kTmpWidth, kTmpHeight);
-  RequireWithin(Extremes(scene), -32000.0, 32000.0, "a TMP image");
   TmpFields fields;
   FillCameraFields(scene, facts, fields);
   fields.Signature = "TMP 2.10  ";
@@ -130,14 +109,13 @@ Bytes SceneAsLegacyTmp(const Scene& source, const SampleFacts& facts) {
   constexpr double kHighestLevel = 255.0;
   const Scene scene = Resample(source, kTmpWidth, kLegacyHeight);
   const Span extremes = Extremes(scene);
-  RequireWithin(extremes, -999.0, 9999.0, "an 8-bit TMP image");
   LegacyFields fields;
   // The display shows the middle quarter of the levels: four gains to each side of the offset. It
   // is laid over most of the scene, with the finest of the camera's gains whose levels reach both
   // ends.
   constexpr double kShown = 0.8;
   constexpr double kGainsShown = 4.0;
-  const Span scale = DisplayScale(scene);
+  const Span scale = WholeDegrees(std::span(&scene, 1), kOutliers);
   const double offset = std::round(scale.Middle() * 2.0) / 2.0;
   constexpr std::size_t kOffsetSize = 6;
   fields.OffsetText = FormatFixed(offset, 1);
@@ -165,7 +143,7 @@ Bytes SceneAsLegacyTmp(const Scene& source, const SampleFacts& facts) {
 }
 
 Bytes SceneAsBin(const Scene& source) {
-  return EncodeBin(TenthsOfKelvin(Resample(source, kBinWidth, kBinHeight), "a BIN image"));
+  return EncodeBin(TenthsOfKelvin(Resample(source, kBinWidth, kBinHeight)));
 }
 
 }  // namespace tessa::tools

@@ -1,8 +1,9 @@
 #pragma once
 
 #include <QString>
-#include <QTemporaryDir>
 #include <memory>
+
+#include "core/private_folder.h"
 
 namespace tessa {
 
@@ -20,14 +21,19 @@ class ApplicationFolder {
   const QString& Path() const { return writable_; }
   /// Full path of the program's own file `name`: the writable one if it exists, else the installed.
   QString FindForReading(const QString& name) const;
-  /// A folder that belongs to this process alone, made when first asked for; ends in no separator.
+  /// A folder that belongs to this process alone, made when first asked for (PrivateFolder); ends
+  /// in no separator.
   /// Throws StepFailure when it cannot be made.
   QString TemporaryPath();
+  /// Full path in TemporaryPath() for a file of this process, whose name may be any: it is kept, so
+  /// that the file goes with the folder even if this process is killed. Throws StepFailure, also
+  /// for a name with a separator.
+  QString TemporaryFile(const QString& name);
 
  private:
   QString writable_;
   QString installed_;
-  std::unique_ptr<QTemporaryDir> temporary_;
+  std::unique_ptr<PrivateFolder> temporary_;
 };
 
 }  // namespace tessa

@@ -2,6 +2,8 @@
 
 #include <QDir>
 
+#include "core/path_bytes.h"
+
 namespace tessa {
 
 QString KindWord(int imageKind) {
@@ -19,7 +21,7 @@ QString KindEnding(const QString& upperCasedPath) {
 
 void SetCurrentFile(OpenImage& image, const QString& path) {
   image.CurrentFilePath = path;
-  image.CurrentFile = path.toUpper().trimmed();
+  image.CurrentFile = ShownPath(path).toUpper().trimmed();
   image.CurrentFileName =
       image.CurrentFile.mid(image.CurrentFile.lastIndexOf(QDir::separator()) + 1);
 }

@@ -2,6 +2,8 @@
 
 #include <QLocale>
 
+#include "core/path_bytes.h"
+
 namespace tessa {
 namespace {
 
@@ -42,6 +44,9 @@ QStringList UserSettings::RecentFiles() const {
 }
 
 void UserSettings::AddRecentFile(const QString& path) {
+  if (ShownPath(path) != path) {
+    return;  // The store keeps texts only; what came back would be another name.
+  }
   QStringList files = RecentFiles();
   files.removeAll(path);
   files.prepend(path);

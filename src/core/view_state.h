@@ -31,6 +31,20 @@ struct ZoomState {
   int ZoomCentreY = -1;
 };
 
+/// What is to be seen of sound notes. The texts are English in every language.
+struct SoundControls {
+  bool PlayVisible = false;                                  // btnPlaysound
+  bool EmbedVisible = false;                                 // btnEmbedSound
+  QString PlayHint = QStringLiteral("Playback Sound File");  // btnPlaysound
+  QString LengthText;  // "2.5 s sound note"; empty when the open image has none that can be heard.
+  bool TileButtonVisible = false;                            // Command13
+  QString TileHint = QStringLiteral("Playback Sound File");  // Command13
+  QString TileMenuText = QStringLiteral("Play Sound");       // mnuPUPlaysound
+  /// A note is being played: the pointer is busy. The one state that all three play commands go by.
+  bool Playing = false;
+  QString Message;  // Why the last command did nothing; empty when all went well.
+};
+
 /// What the windows show, as the engine wants it. The engine writes it, windows bring themselves
 /// into line with it and never write back. The control that shows a field stands beside it.
 struct ViewState {
@@ -92,7 +106,8 @@ struct ViewState {
   bool FahrenheitSelected = false;   // SSOption2
   bool TrendSaysWhiteHot = false;    // Tool tip of btnTrend: "White Hot", else "Black Hot".
   bool VisibleImageEntries = false;  // btnViewVis, mnuView, mnuCopyVis, mnuMerge, mnuSaveComposite
-  bool SoundButtonsVisible = false;  // btnPlaysound, btnEmbedSound
+
+  SoundControls Sound;
 
   // Events from controls that the engine itself changes are to be passed over while this is set.
   bool SuppressEvents = false;

@@ -5,6 +5,7 @@
 #include <limits>
 
 #include "core/file_access.h"
+#include "core/path_bytes.h"
 #include "core/steps.h"
 #include "core/units.h"
 
@@ -58,8 +59,12 @@ Settings ReadViewerIni(const QString& path) {
   if (!file) {
     return ParseViewerIni({});
   }
-  const QString text = QString::fromUtf8(reinterpret_cast<const char*>(file->Data.data()),
-                                         static_cast<qsizetype>(file->Data.size()));
+  // Folders may be named by bytes that are no UTF-8.
+  QString text = PathFromBytes(QByteArray(reinterpret_cast<const char*>(file->Data.data()),
+                                          static_cast<qsizetype>(file->Data.size())));
+  if (text.startsWith(QChar::ByteOrderMark)) {
+    text.remove(0, 1);
+  }
   QStringList lines = text.split(QLatin1Char('\n'));
   for (QString& line : lines) {
     if (line.endsWith(QLatin1Char('\r'))) {
@@ -70,7 +75,7 @@ Settings ReadViewerIni(const QString& path) {
 }
 
 void WriteViewerIni(const QString& path, const Settings& settings) {
-  const QByteArray text = ViewerIniText(settings).toUtf8();
+  const QByteArray text = PathToBytes(ViewerIniText(settings));
   WriteWholeFile(path,
                  ByteSpan(reinterpret_cast<const std::uint8_t*>(text.constData()),
                           static_cast<std::size_t>(text.size())),

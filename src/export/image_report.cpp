@@ -3,6 +3,7 @@
 #include <QJsonArray>
 #include <cmath>
 
+#include "core/plain_line.h"
 #include "core/units.h"
 #include "formats/number_text.h"
 #include "view/range_control.h"
@@ -46,12 +47,14 @@ QString KindName(const OpenImage& image) {
   return KindWord(image.ImageKind).trimmed();
 }
 
-/// Lines of "label   value" under each other; lines without a value are left out.
+/// Lines of "label   value" under each other; lines without a value are left out. Values come out
+/// of files, so none of them can command a terminal or forge a line.
 class Listing {
  public:
   void Add(const char* label, const QString& value) {
     if (!value.isEmpty()) {
-      text_ += QStringLiteral("  %1%2\n").arg(QString::fromLatin1(label), -16).arg(value);
+      text_ +=
+          QStringLiteral("  %1%2\n").arg(QString::fromLatin1(label), -16).arg(PlainLine(value));
     }
   }
   QString Take() { return text_; }
@@ -142,7 +145,7 @@ QJsonObject ReportAsJson(const Session& session) {
   return report;
 }
 
-QString ReportAsText(const Session& session) {
+QString ReportAsText(const Session& session, const QString& sound) {
   const OpenImage& image = session.Image;
   const QString unit = QStringLiteral(" \u00B0") + QLatin1Char(image.DisplayUnits);
   const auto range = [&](const TemperaturePair& pair) {
@@ -170,9 +173,7 @@ QString ReportAsText(const Session& session) {
   if (image.HasVisibleImage) {
     listing.Add("Photograph", QStringLiteral("visible-light picture inside"));
   }
-  if (image.SoundEmbedded || !image.SoundFile.isEmpty()) {
-    listing.Add("Sound", image.SoundEmbedded ? QStringLiteral("inside the file") : image.SoundFile);
-  }
+  listing.Add("Sound", sound.isEmpty() ? image.SoundFile : sound);
   listing.Add("Comment", session.View.Comment.trimmed());
   listing.Add("Memo", session.View.Memo.trimmed());
   for (const Problem& problem : session.Faults) {
@@ -182,7 +183,7 @@ QString ReportAsText(const Session& session) {
                         .arg(FromUtf8(ProblemKindWord(problem.Kind)), FromUtf8(problem.Field))
                         .arg(problem.Offset));
   }
-  return image.CurrentFilePath + QLatin1Char('\n') + listing.Take();
+  return PlainLine(image.CurrentFilePath) + QLatin1Char('\n') + listing.Take();
 }
 
 }  // namespace tessa

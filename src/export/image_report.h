@@ -15,7 +15,8 @@ QJsonObject ReportAsJson(const Session& session);
 /// A single as the JSON number with the fewest digits that give it back; null when not finite.
 QJsonValue ShortestNumber(float value);
 
-/// The same for people: a few aligned lines, temperatures in the unit of display.
-QString ReportAsText(const Session& session);
+/// The same for people: a few aligned lines, temperatures in the unit of display. `sound` is what
+/// the caller found out about the image's note; when empty, the record has to do.
+QString ReportAsText(const Session& session, const QString& sound = {});
 
 }  // namespace tessa

@@ -1,12 +1,12 @@
 #include "export/save_image.h"
 
-#include <QFileInfo>
 #include <QScopeGuard>
 #include <algorithm>
 #include <functional>
 #include <optional>
 
 #include "core/file_access.h"
+#include "core/path_bytes.h"
 #include "core/tell.h"
 #include "core/units.h"
 #include "export/composite.h"
@@ -49,11 +49,19 @@ std::optional<QString> FailureOf(const char* name, const std::function<void()>& 
   return done ? std::nullopt : std::optional(QString::fromStdString(reason));
 }
 
+QString NameOfPath(const QString& path) {
+  return path.mid(path.lastIndexOf(QLatin1Char('/')) + 1);
+}
+
+bool IsFolder(const QString& path) {
+  return PathExists(path + QLatin1String("/."));
+}
+
 /// The folder that is there on the way to `path`.
 QString NearestFolder(const QString& path) {
-  QString folder = QFileInfo(path).absolutePath();
-  while (!QFileInfo(folder).isDir() && folder != QLatin1String("/")) {
-    folder = QFileInfo(folder).absolutePath();
+  QString folder = FolderOfPath(path);
+  while (!IsFolder(folder) && folder != FolderOfPath(folder)) {
+    folder = FolderOfPath(folder);
   }
   return folder;
 }
@@ -66,22 +74,22 @@ bool AskAndSave(SaveFileQuestion question, const char* step, Session& session, D
   const Strings& words = session.Words;
   QString refused;
   while (const auto path = dialogs.AskSaveFile(question)) {
-    const QFileInfo file(*path);
+    const QString name = NameOfPath(*path);
     const auto failure = FailureOf(
         step, [&] { write(*path); }, session.Steps);
     if (!failure) {
-      Tell(NoticeKind::kQuiet, words.LangString(434, "Saved %1").arg(file.fileName()),
+      Tell(NoticeKind::kQuiet, words.LangString(434, "Saved %1").arg(ShownPath(name)),
            session.View);
       return true;
     }
-    const QString folder = file.absolutePath();
+    const QString folder = FolderOfPath(*path);
     // The path, with which a reason begins, stands in the sentence already.
     const QString reason =
-        QFileInfo(folder).isDir()
+        IsFolder(folder)
             ? QString(*failure).remove(*path + QLatin1String(" cannot be written: "))
-            : words.LangString(449, "the folder %1 is not there").arg(folder);
-    question.Refusal = words.LangString(435, "Could not save %1: %2").arg(file.fileName(), reason);
-    question.Suggestion = NearestFolder(*path) + QLatin1Char('/') + file.fileName();
+            : words.LangString(449, "the folder %1 is not there").arg(ShownPath(folder));
+    question.Refusal = words.LangString(435, "Could not save %1: %2").arg(ShownPath(name), reason);
+    question.Suggestion = NearestFolder(*path) + QLatin1Char('/') + name;
     Tell(NoticeKind::kFailed, question.Refusal, session.View);
     if (*path == refused) {
       break;
@@ -207,9 +215,8 @@ void SaveTxi(Session& session, Dialogs& dialogs) {
     return;
   }
   const QString name = image.ImageKind == KindRti
-                           ? QFileInfo(image.CurrentFilePath).absolutePath() +
-                                 QStringLiteral("/Frame") + QString::number(image.CurrentFrame) +
-                                 QStringLiteral(".TXI")
+                           ? FolderOfPath(image.CurrentFilePath) + QStringLiteral("/Frame") +
+                                 QString::number(image.CurrentFrame) + QStringLiteral(".TXI")
                            : Suggest(image, 4, QStringLiteral(".TXI"));
   Picbuf& picture = session.Buffers.Picbuf1;
   picture.FileType = Picbuf::kBmp;

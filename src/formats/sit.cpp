@@ -1,17 +1,14 @@
 #include "formats/sit.h"
 
 #include <algorithm>
-#include <string_view>
 
 #include "formats/foreign_content.h"
-#include "formats/number_text.h"
+#include "formats/sit_sound.h"
 
 namespace tessa {
 namespace {
 
-constexpr std::size_t kSoundNameAt = 108;
-constexpr std::size_t kSoundNameSize = 8;
-constexpr std::size_t kSoundExtAt = 116;
+constexpr std::size_t kSoundExtAt = kSoundNameAt + kSoundNameSize;
 constexpr std::size_t kSoundExtSize = 3;
 constexpr std::size_t kCommentAt = 214;
 constexpr std::size_t kCommentSize = 638;
@@ -26,16 +23,7 @@ int AttachmentCode(const SitHeader& header) {
 }
 
 float SitVersionOf(const SitHeader& header) {
-  if (AttachmentCode(header) != 0) {
-    return 4.0F;
-  }
-  std::string kept;
-  for (const char character : std::string_view(header.Signature).substr(4)) {
-    if ((character >= '0' && character <= '9') || character == '.') {
-      kept.push_back(character);
-    }
-  }
-  return static_cast<float>(ParseLeadingNumber(kept));
+  return AttachmentCode(header) != 0 ? 4.0F : VersionInTail(header);
 }
 
 std::uint64_t VisiblePosition(const SitHeader& header, std::uint32_t lengthWord) {

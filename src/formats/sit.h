@@ -21,6 +21,10 @@ inline constexpr std::uint64_t kSitAttachmentOffset = 156160;
 /// All that a decoder needs to see of a file, attachments aside.
 inline constexpr std::size_t kSitDecodeSize = kSitAttachmentOffset + 4;
 
+/// Where the header names its sound: eight characters, and three of the extension behind them.
+inline constexpr std::size_t kSoundNameAt = 108;
+inline constexpr std::size_t kSoundNameSize = 8;
+
 /// The fixed header of a SIT file.
 struct SitHeader : CameraHeader {
   /// As stored: rewriting it keeps what this program does not understand.

@@ -3,17 +3,18 @@
 namespace tessa {
 
 void ReleaseAttachments(Session& session) {
-  for (const auto& stop : session.AttachmentStops) {
-    session.Steps.Run("stop an attachment", stop);
+  if (session.Follower != nullptr) {
+    session.Follower->ImageLeaves();
   }
   OpenImage& image = session.Image;
   image.HasVisibleImage = false;
   image.VisibleWindowOpen = false;
   session.View.VisibleImageEntries = false;
   session.Visible.Picbuf3.FreeBuffer();
-  session.View.SoundButtonsVisible = false;
   image.SoundFile.clear();
   image.SoundFileTitle.clear();
+  image.SoundEmbedded = false;
+  image.CanEmbedSound = false;
 }
 
 }  // namespace tessa

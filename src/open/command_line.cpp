@@ -1,10 +1,16 @@
 #include "open/command_line.h"
 
+#include "core/path_bytes.h"
+
 namespace tessa {
 
-QString PendingFileFromArguments(const QStringList& arguments) {
+QString PendingFileFromArguments(std::span<const char* const> arguments) {
   constexpr QChar kQuote(u'"');
-  const QString line = arguments.join(QLatin1Char(' '));
+  QByteArray bytes;
+  for (const char* const argument : arguments) {
+    bytes += bytes.isNull() ? QByteArray(argument) : ' ' + QByteArray(argument);
+  }
+  const QString line = PathFromBytes(bytes);
   if (line.startsWith(kQuote) && line.endsWith(kQuote)) {
     return line.size() < 2 ? QString() : line.mid(1, line.size() - 2);
   }

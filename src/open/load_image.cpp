@@ -20,13 +20,13 @@ namespace {
 void ResetForLoad(Session& session) {
   OpenImage& image = session.Image;
   ViewState& view = session.View;
+  ReleaseAttachments(session);
   session.ConversionOutputs.clear();
   session.Faults.clear();
   session.Steps.Clear();
   image.ImageDate.clear();
   image.ImageTime.clear();
   image.IsLegacy8Bit = false;
-  ReleaseAttachments(session);
   view.StatusPanel[4].clear();
   view.RangeSliderVisible = false;
   view.AutoUpdateVisible = false;
@@ -224,6 +224,9 @@ void OpenCurrentImage(Session& session, Progress& progress) {
   session.Cursor = Readout{};
 
   LoadAfresh(session, [&] { LoadImageFile(session, progress); });
+  if (session.Follower != nullptr) {
+    session.Follower->ImageArrived();
+  }
 
   // Only a sequence has frames to step through.
   view.FrameRowVisible = KindEnding(image.CurrentFile) == QLatin1String("RTI") &&
@@ -246,8 +249,7 @@ void OpenCurrentImage(Session& session, Progress& progress) {
 
 void OpenPath(const QString& path, Session& session, Progress& progress) {
   // Only a missing folder is added: resolving dots could lead elsewhere through links.
-  SetCurrentFile(session.Image,
-                 QDir::isAbsolutePath(path) ? path : QDir::currentPath() + QLatin1Char('/') + path);
+  SetCurrentFile(session.Image, AbsolutePath(path));
   OpenCurrentImage(session, progress);
 }
 

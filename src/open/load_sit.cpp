@@ -1,9 +1,12 @@
 #include <QDir>
-#include <QFileInfo>
 #include <algorithm>
 
 #include "core/date_time_text.h"
 #include "core/file_access.h"
+#include "core/path_bytes.h"
+#include "core/side_file.h"
+#include "formats/ansi_text.h"
+#include "formats/sit_sound.h"
 #include "open/load_steps.h"
 #include "open/loaders.h"
 #include "open/visible_image.h"
@@ -53,56 +56,32 @@ TemperaturePair FindSitExtremes(const OpenImage& image, const RawRaster& raster,
   return extremes;
 }
 
-/// True when the image carries its sound inside.
-bool HasEmbeddedSound(const SitHeader& header, float version, std::uint64_t fileSize) {
-  const bool longEnough = fileSize > kSitAttachmentOffset;
-  if (version >= 4.0F) {
-    const int code = AttachmentCode(header);
-    return code == 1 || code == 3;
-  }
-  if (version == 3.1F) {
-    return longEnough && static_cast<unsigned char>(header.Signature[8]) >= 'I';
-  }
-  return version > 3.1F && longEnough;
-}
-
 /// Name of the wave file that goes with the image.
 QString WaveTitle(const OpenImage& image) {
   return image.CurrentFileName.chopped(std::min<qsizetype>(3, image.CurrentFileName.size())) +
          QStringLiteral("WAV");
 }
 
-/// Where the image's sound note lies, from the header alone.
+/// Where the image's sound note lies, from the header and the names in the image's folder alone.
 void FindSound(const std::uint64_t fileSize, const ApplicationFolder& folder, OpenImage& image) {
   const SitHeader& header = image.SitHeader;
-  image.SoundEmbedded = HasEmbeddedSound(header, image.SitVersion, fileSize);
+  image.CanEmbedSound = IsWritable(image.CurrentFilePath) && StaysFindable(header);
+  image.SoundEmbedded = HasEmbeddedSound(header, fileSize);
   if (image.SoundEmbedded) {
     image.CanEmbedSound = false;
     image.SoundFileTitle = WaveTitle(image);
     image.SoundFile = folder.Path() + QDir::separator() + image.SoundFileTitle;
     return;
   }
-  const char first = header.SoundName.empty() ? '\0' : header.SoundName.front();
-  if (first == ' ' || first == '\0') {
-    image.SoundFile.clear();
+  const QString name = QString::fromStdString(AnsiToUtf8(SideSoundName(header)));
+  if (name.isEmpty() || NamesWave(header)) {
+    image.SoundFile = name;
     return;
   }
-  const QString name = FieldText(header.SoundName).trimmed();
-  const QString extension = FieldText(header.SoundExt).trimmed();
-  if (extension == QLatin1String("WAV")) {
-    image.SoundEmbedded = true;  // The name is a position inside the file.
+  image.SoundFile = FindSideFile(image.CurrentFilePath, name);
+  if (!image.SoundFile.isEmpty()) {
     image.SoundFileTitle = WaveTitle(image);
-    return;
   }
-  // A name out of a file never leads out of the image's own folder.
-  const QString file = name + QLatin1Char('.') + extension;
-  if (file.contains(QLatin1Char('/')) || file.contains(QLatin1Char('\\')) ||
-      file.contains(QLatin1String(".."))) {
-    image.SoundFile.clear();
-    return;
-  }
-  image.SoundFileTitle = WaveTitle(image);
-  image.SoundFile = QFileInfo(image.CurrentFilePath).absolutePath() + QDir::separator() + file;
 }
 
 void TakeHeaderTexts(const SitHeader& header, OpenImage& image, ViewState& view) {
@@ -135,7 +114,6 @@ void LoadSit(Session& session, Progress& progress) {
   TakeHeaderTexts(header, image, view);
   ShowLoadingText(session.Words.LangString(180, "Loading"), image, view, progress);
 
-  image.CanEmbedSound = QFileInfo(image.CurrentFilePath).isWritable();
   image.SitFileLength = static_cast<std::int64_t>(fileSize);
   MakeRasterBuffers(kSitWidth, kSitHeight, session);
   image.Emissivity = static_cast<float>(header.EmissivityX100 / 100.0);
@@ -156,7 +134,9 @@ void LoadSit(Session& session, Progress& progress) {
   image.SitScaleMax = static_cast<float>(header.ScaleCenter + 4.0 * header.ScaleStep);
 
   image.SitVersion = SitVersionOf(header);
-  FindSound(fileSize, session.Folder, image);
+  if (FindNoImage(session.Faults) == nullptr) {
+    FindSound(fileSize, session.Folder, image);
+  }
   ExtractVisible(VisiblePosition(header, sit.VisibleLength), session);
 
   FinishRadiometricLoad(KindSit, session);

@@ -1,4 +1,3 @@
-#include <QFileInfo>
 #include <algorithm>
 #include <array>
 
@@ -117,8 +116,7 @@ void LoadTmp(Session& session, Progress& progress) {
     }
   });
   // An empty file is the shortest of the 8-bit kind.
-  const QFileInfo onDisk(session.Image.CurrentFilePath);
-  const bool isEmpty = onDisk.isFile() && onDisk.size() == 0;
+  const bool isEmpty = FileSize(session.Image.CurrentFilePath) == std::uint64_t{0};
   if (isEmpty || (file && file->Size < kTmpLegacyLimit)) {
     LoadTmp8(file ? ByteSpan(file->Data) : ByteSpan(), file ? file->Size : 0, session, progress);
   } else {

@@ -1,12 +1,12 @@
 #include "open/no_picture.h"
 
-#include <QFile>
-#include <QFileInfo>
 #include <algorithm>
 #include <filesystem>
 #include <new>
 #include <string_view>
 
+#include "core/file_access.h"
+#include "core/path_bytes.h"
 #include "core/tell.h"
 #include "open/attachments.h"
 #include "view/readout.h"
@@ -42,7 +42,7 @@ LeadIn LeadInForKind(ProblemKind kind) {
 LeadIn LeadInFor(const Problem& problem, const QString& path) {
   namespace fs = std::filesystem;
   std::error_code error;
-  const fs::path name(QFile::encodeName(path).toStdString());
+  const fs::path name(PathToBytes(path).toStdString());
   const fs::file_type type = fs::status(name, error).type();
   if (type == fs::file_type::not_found) {
     return {420, "The file is not there.", true};
@@ -137,15 +137,15 @@ void ForgetImage(Session& session) {
 void ShowNone(const Problem& problem, Session& session) {
   ViewState& view = session.View;
   const Strings& words = session.Words;
-  const QFileInfo file(session.Image.CurrentFilePath);
-  const LeadIn lead = LeadInFor(problem, session.Image.CurrentFilePath);
-  const QFileInfo folder(file.absolutePath());
+  const QString& path = session.Image.CurrentFilePath;
+  const LeadIn lead = LeadInFor(problem, path);
+  const QString folder = FolderOfPath(path);
   view.NoPicture = {true,
-                    file.fileName().isEmpty() ? file.filePath() : file.fileName(),
+                    ShownPath(path.mid(path.lastIndexOf(QLatin1Char('/')) + 1)),
                     InWords(lead, words),
                     lead.SaysAll ? QString() : Sentence(problem.Text),
                     words.LangString(429, "Open another image, or look into the file's folder."),
-                    folder.isDir() ? folder.filePath() : QString()};
+                    PathExists(folder + QLatin1String("/.")) ? folder : QString()};
   view.PictureVisible = view.BottomPanelVisible = view.ScalePanelVisible = false;
   view.BlankPanelVisible = view.FrameRowVisible = view.HasImage = false;
 }

@@ -2,10 +2,9 @@
 
 #include <QSet>
 #include <QString>
-#include <functional>
-#include <vector>
 
 #include "core/application_folder.h"
+#include "core/image_follower.h"
 #include "core/language_strings.h"
 #include "core/open_image.h"
 #include "core/settings.h"
@@ -39,13 +38,11 @@ struct Session {
   ApplicationFolder Folder;
   /// False where nobody looks at or listens to what images carry: then nothing is cut out of them.
   bool ExtractsAttachments = true;
-  QString PendingCommandFile;  // Exact path from the command line that waits to be opened.
+  ImageFollower* Follower = nullptr;  // Not owned; null where nobody follows.
+  QString PendingCommandFile;         // Exact path from the command line that waits to be opened.
 
   /// Files written by the running or the last conversion of the open sequence.
   QSet<QString> ConversionOutputs;
-
-  /// Run before the open image's attachments are let go, by whoever plays or shows one.
-  std::vector<std::function<void()>> AttachmentStops;
 
   // What the last load found wrong.
   Problems Faults;  // With the file.

@@ -1,6 +1,5 @@
 #include "open/show_frame.h"
 
-#include <QFile>
 #include <algorithm>
 #include <limits>
 

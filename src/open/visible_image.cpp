@@ -76,7 +76,7 @@ void ExtractVisible(std::uint64_t position, Session& session) {
     if (!session.ExtractsAttachments) {
       return;
     }
-    const QString path = session.Folder.TemporaryPath() + QLatin1Char('/') + kVisibleFileName;
+    const QString path = session.Folder.TemporaryFile(kVisibleFileName);
     WriteWholeFile(path, CutOutVisible(*file, position), Overwrite::kReplace);
     ScaleVisible(path, session);
     Picbuf& shown = session.Visible.Picbuf3;

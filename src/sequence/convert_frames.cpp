@@ -1,11 +1,10 @@
 #include "sequence/convert_frames.h"
 
-#include <QDir>
-#include <QFileInfo>
 #include <limits>
 #include <optional>
 
 #include "core/file_access.h"
+#include "core/path_bytes.h"
 #include "core/tell.h"
 #include "core/units.h"
 #include "open/show_frame.h"
@@ -88,11 +87,8 @@ std::vector<FrameOutput> ListFrameOutputs(const QString& prefix, FrameFormat for
   return outputs;
 }
 
-QSet<QString> ExistingNames(const OpenImage& image) {
-  const QStringList names = QFileInfo(image.CurrentFilePath)
-                                .absoluteDir()
-                                .entryList(QDir::AllEntries | QDir::Hidden | QDir::System);
-  return {names.begin(), names.end()};
+bool OutputExists(const QString& name, const OpenImage& image) {
+  return PathExists(JoinPath(FolderOfPath(image.CurrentFilePath), name));
 }
 
 ConversionResult ConvertFrames(const FrameConversion& conversion, Session& session,
@@ -102,7 +98,7 @@ ConversionResult ConvertFrames(const FrameConversion& conversion, Session& sessi
   Picbuf& picture = session.Buffers.Picbuf1;
   const Strings& words = session.Words;
   const int shownBefore = image.CurrentFrame;
-  const QString folder = QFileInfo(image.CurrentFilePath).absolutePath() + QLatin1Char('/');
+  const QString folder = FolderOfPath(image.CurrentFilePath) + QLatin1Char('/');
   QSet<QString> outputs;
   ConversionResult result;
   image.ImageKind = KindBmp;

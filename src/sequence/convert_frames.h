@@ -1,6 +1,5 @@
 #pragma once
 
-#include <QSet>
 #include <QString>
 #include <functional>
 #include <vector>
@@ -28,8 +27,8 @@ struct FrameOutput {
 std::vector<FrameOutput> ListFrameOutputs(const QString& prefix, FrameFormat format,
                                           const OpenImage& image);
 
-/// The names of all files in the image's folder.
-QSet<QString> ExistingNames(const OpenImage& image);
+/// True when the image's folder holds something of this name.
+bool OutputExists(const QString& name, const OpenImage& image);
 
 struct FrameConversion {
   FrameFormat Format = FrameFormat::kBmp;

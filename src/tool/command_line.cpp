@@ -5,8 +5,10 @@
 #include <QJsonDocument>
 #include <QLoggingCategory>
 #include <cstdio>
+#include <iostream>
 
 #include "core/file_access.h"
+#include "core/plain_line.h"
 #include "core/program_version.h"
 #include "core/units.h"
 #include "export/image_export.h"
@@ -15,6 +17,7 @@
 #include "open/visible_image.h"
 #include "tool/export_command.h"
 #include "tool/frames_command.h"
+#include "tool/sound_command.h"
 #include "tool/streams.h"
 
 namespace tessa {
@@ -24,7 +27,7 @@ namespace {
 void PrintOwnMessages(QtMsgType /*type*/, const QMessageLogContext& context,
                       const QString& message) {
   if (QLatin1String(context.category).startsWith(QLatin1String("tessa."))) {
-    std::fprintf(stderr, "%s\n", message.toUtf8().constData());
+    std::fprintf(stderr, "%s\n", PlainUtf8(message).c_str());
   }
 }
 
@@ -58,12 +61,12 @@ void PrintFrames(Session& session) {
   for (const QJsonValue& value : FrameList(session)) {
     const QJsonObject frame = value.toObject();
     const auto text = [&](const char* name) { return frame.value(QLatin1String(name)); };
-    PrintOut(QStringLiteral("  Frame %1  %2 %3  %4 to %5 \u00B0C\n")
-                 .arg(text("Frame").toInt(), -5)
-                 .arg(text("ImageDate").toString(), text("ImageTime").toString(),
-                      FormatTenths(text("TempMin").toDouble()),
-                      FormatTenths(text("TempMax").toDouble()))
-                 .toUtf8());
+    PrintOut(
+        QStringLiteral("  Frame %1  %2 %3  %4 to %5 \u00B0C\n")
+            .arg(text("Frame").toInt(), -5)
+            .arg(PlainLine(text("ImageDate").toString()), PlainLine(text("ImageTime").toString()),
+                 FormatTenths(text("TempMin").toDouble()), FormatTenths(text("TempMax").toDouble()))
+            .toUtf8());
   }
 }
 
@@ -77,25 +80,29 @@ int RunInfo(const InfoCall& call) {
     // Colours do not matter here, so no palettes are read.
     PrepareForExport({}, {}, session);
     OpenPath(path, session, progress);
+    const SoundReport sound = ReportSound(session);
     if (const Problem* const reason = FindNoImage(session.Faults)) {
       PrintError(path, reason->Text);
       status = kToolFailed;
     } else if (call.Json) {
       QJsonObject report = ReportAsJson(session);
+      for (auto field = sound.Fields.begin(); field != sound.Fields.end(); ++field) {
+        report.insert(field.key(), field.value());
+      }
       if (call.Frames) {
         report.insert(QStringLiteral("Frames"), FrameList(session));
       }
       reports.append(report);
     } else {
-      PrintOut(ReportAsText(session).toUtf8());
+      PrintOut(ReportAsText(session, sound.Words).toUtf8());
       if (call.Frames) {
         PrintFrames(session);
       }
     }
   }
   if (call.Json && !reports.isEmpty()) {
-    PrintOut(call.Files.size() == 1 ? QJsonDocument(reports[0].toObject()).toJson()
-                                    : QJsonDocument(reports).toJson());
+    PrintOut(PlainJson(call.Files.size() == 1 ? QJsonDocument(reports[0].toObject()).toJson()
+                                              : QJsonDocument(reports).toJson()));
   }
   return status;
 }
@@ -206,18 +213,28 @@ int RunToolCommandLine(int argc, char** argv) {
   visibleCommand->add_option("-o,--output", visible.Out, "JPEG to write")->required();
   visibleCommand->add_flag("--force", visible.Force, "Replace a file that is there already");
 
+  SoundCommands sounds(tool);
+
   try {
     tool.parse(argc, argv);
   } catch (const CLI::ParseError& error) {
-    return tool.exit(error) == 0 ? kToolDone : kToolWrongCall;
+    if (error.get_exit_code() == 0) {  // Help or version.
+      tool.exit(error);
+      std::cout.flush();
+      return FinishOutput(std::cout ? kToolDone : kToolFailed);
+    }
+    PrintError(error.what());
+    std::fputs("Run with --help for more information.\n", stderr);
+    return kToolWrongCall;
   }
-  if (framesCommand->parsed()) {
-    return RunFrames(frames);
+  if (const auto status = sounds.Run()) {
+    return FinishOutput(*status);
   }
-  if (visibleCommand->parsed()) {
-    return RunVisible(visible);
-  }
-  return infoCommand->parsed() ? RunInfo(info) : RunExport(exportCall);
+  const int status = framesCommand->parsed()    ? RunFrames(frames)
+                     : visibleCommand->parsed() ? RunVisible(visible)
+                     : infoCommand->parsed()    ? RunInfo(info)
+                                                : RunExport(exportCall);
+  return FinishOutput(status);
 }
 
 }  // namespace tessa

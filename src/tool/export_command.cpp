@@ -1,6 +1,5 @@
 #include "tool/export_command.h"
 
-#include <QDir>
 #include <QFileInfo>
 #include <QGuiApplication>
 #include <QSet>
@@ -11,9 +10,13 @@
 #include <memory>
 #include <mutex>
 #include <optional>
+#include <system_error>
 #include <thread>
 
 #include "core/file_access.h"
+#include "core/path_bytes.h"
+#include "core/plain_line.h"
+#include "core/platform_failure.h"
 #include "export/image_export.h"
 #include "open/session.h"
 #include "tool/streams.h"
@@ -32,15 +35,20 @@ QString EndingOf(const std::string& argument) {
   return ending.startsWith(QLatin1Char('.')) ? ending.mid(1) : ending;
 }
 
+/// The ending in lower case. Only looks at the text.
+QString TargetEnding(const QString& target) {
+  return QFileInfo(target).suffix().toLower();
+}
+
 /// The target of every source, or nothing after a report when the call makes no sense.
 std::optional<std::vector<ExportJob>> PlanExport(const ExportCall& call) {
   const bool oneTarget = !call.Out.empty();
   if (oneTarget == !call.Folder.empty() || call.Folder.empty() != call.To.empty()) {
-    std::fputs("tessatool: give either -o OUT or both --folder DIR and --to EXT\n", stderr);
+    PrintError("give either -o OUT or both --folder DIR and --to EXT");
     return std::nullopt;
   }
   if (oneTarget && call.Files.size() > 1) {
-    std::fputs("tessatool: -o takes one image; use --folder and --to for several\n", stderr);
+    PrintError("-o takes one image; use --folder and --to for several");
     return std::nullopt;
   }
   std::vector<ExportJob> jobs;
@@ -49,11 +57,10 @@ std::optional<std::vector<ExportJob>> PlanExport(const ExportCall& call) {
     const QString source = FromArgument(file);
     QString target = FromArgument(call.Out);
     if (!oneTarget) {
-      target = QDir(FromArgument(call.Folder))
-                   .filePath(QFileInfo(source).completeBaseName() + QLatin1Char('.') +
-                             EndingOf(call.To));
+      target = JoinPath(FromArgument(call.Folder), QFileInfo(source).completeBaseName() +
+                                                       QLatin1Char('.') + EndingOf(call.To));
     }
-    if (!ExportEndings().contains(QFileInfo(target).suffix().toLower())) {
+    if (!ExportEndings().contains(TargetEnding(target))) {
       PrintError(target, "the ending must be one of " +
                              ExportEndings().join(QLatin1String(", ")).toStdString());
       return std::nullopt;
@@ -79,8 +86,7 @@ std::optional<ExportOptions> ParseOptions(const ExportCall& call) {
   options.Unit = call.Unit == "F" ? 'F' : 'C';
   options.Palette = FindPalette(FromArgument(call.Palette));
   if (options.Palette < 0) {
-    std::fprintf(stderr, "tessatool: there is no palette \"%s\"; the palettes are\n",
-                 call.Palette.c_str());
+    PrintError("there is no palette \"" + call.Palette + "\"; the palettes are");
     for (int i = 0; i < kOfferedPalettes; ++i) {
       std::fprintf(stderr, "  %2d  %s\n", i, PaletteNames[static_cast<std::size_t>(i)].data());
     }
@@ -88,7 +94,7 @@ std::optional<ExportOptions> ParseOptions(const ExportCall& call) {
   }
   const auto range = ParseExportRange(FromArgument(call.Range));
   if (!range) {
-    std::fputs("tessatool: --range takes stored, image or LOW:HIGH\n", stderr);
+    PrintError("--range takes stored, image or LOW:HIGH");
     return std::nullopt;
   }
   options.Range = *range;
@@ -101,14 +107,13 @@ void ExportOne(const ExportJob& job, const ExportCall& call, const ExportOptions
   if (IsSameFile(job.Source, job.Target)) {
     throw StepFailure("the export would overwrite the image itself");
   }
-  if (!call.Force && QFileInfo::exists(job.Target)) {
-    throw StepFailure(job.Target.toStdString() + " is there already; --force would replace it");
+  if (!call.Force && PathExists(job.Target)) {
+    throw StepFailure(PlainUtf8(job.Target) + " is there already; --force would replace it");
   }
-  // Only what carries a visible picture leaves a file there for a moment.
-  Session session(ApplicationFolder{QDir::tempPath(), QString()});
+  Session session(OwnFolder());
   PrepareForExport(options, palettes, session);
   LoadForExport(job.Source, options, session);
-  const Bytes content = EncodeForExport(session, QFileInfo(job.Target).suffix().toLower(), options);
+  const Bytes content = EncodeForExport(session, TargetEnding(job.Target), options);
   WriteWholeFile(job.Target, content, call.Force ? Overwrite::kReplace : Overwrite::kRefuse);
   faults = session.Faults;
 }
@@ -135,12 +140,16 @@ class ExportRun {
     StopAfterThisFile();
     std::vector<std::jthread> threads;
     for (std::size_t i = 1; i < std::min(wanted, jobs_.size()); ++i) {
-      threads.emplace_back([this] { Work(); });
+      try {
+        threads.emplace_back([this] { Work(); });
+      } catch (const std::system_error&) {
+        break;  // As many as the system allows.
+      }
     }
     Work();
     threads.clear();  // Waits for them.
     if (Interrupted()) {
-      return kToolInterrupted;
+      return InterruptedStatus();
     }
     return failed_ ? kToolFailed : kToolDone;
   }
@@ -192,7 +201,14 @@ int RunExport(const ExportCall& call) {
   if (!jobs || !options) {
     return kToolWrongCall;
   }
-  if (!call.Folder.empty() && !QDir().mkpath(FromArgument(call.Folder))) {
+  const auto palettes =
+      ReadToolPalettes(std::any_of(jobs->begin(), jobs->end(), [](const ExportJob& job) {
+        return NeedsPalette(TargetEnding(job.Target));
+      }));
+  if (!palettes) {
+    return kToolFailed;
+  }
+  if (!call.Folder.empty() && !MakeFolders(FromArgument(call.Folder))) {
     PrintError(FromArgument(call.Folder), "the folder cannot be made");
     return kToolFailed;
   }
@@ -203,17 +219,11 @@ int RunExport(const ExportCall& call) {
   std::array<char*, 2> arguments = {name.data(), nullptr};
   if (call.Bar || call.Composite) {
     qputenv("QT_QPA_PLATFORM", "offscreen");
+    BeginPlatformStart("tessatool");
     application = std::make_unique<QGuiApplication>(argumentCount, arguments.data());
+    EndPlatformStart();
   }
-  Palettes palettes;
-  ViewState unused;
-  Problems paletteFaults;
-  LoadPalettes(palettes, unused, OwnFolder(), paletteFaults);
-  if (!paletteFaults.empty()) {
-    PrintError(QStringLiteral("palette.dta"), paletteFaults.front().Text);
-    return kToolFailed;
-  }
-  return ExportRun(call, *options, std::move(*jobs), palettes).Run();
+  return ExportRun(call, *options, std::move(*jobs), *palettes).Run();
 }
 
 }  // namespace tessa

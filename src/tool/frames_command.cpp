@@ -1,13 +1,11 @@
 #include "tool/frames_command.h"
 
-#include <QDir>
-#include <QFileInfo>
 #include <algorithm>
-#include <cstdio>
 #include <optional>
 #include <vector>
 
 #include "core/file_access.h"
+#include "core/path_bytes.h"
 #include "core/units.h"
 #include "export/image_export.h"
 #include "open/session.h"
@@ -16,34 +14,6 @@
 
 namespace tessa {
 namespace {
-
-/// The numbers in "1-10,15", each from 1 to `last`; all when the text is empty, nothing when it
-/// makes no sense.
-std::optional<std::vector<int>> ParseFrames(const QString& text, int last) {
-  std::vector<int> frames;
-  if (text.isEmpty()) {
-    for (int frame = 1; frame <= last; ++frame) {
-      frames.push_back(frame);
-    }
-    return frames;
-  }
-  for (const QString& part : text.split(QLatin1Char(','))) {
-    bool firstIsNumber = false;
-    bool lastIsNumber = false;
-    const int from = part.section(QLatin1Char('-'), 0, 0).toInt(&firstIsNumber);
-    const int to = part.section(QLatin1Char('-'), -1).toInt(&lastIsNumber);
-    if (!firstIsNumber || !lastIsNumber || part.count(QLatin1Char('-')) > 1 || from < 1 ||
-        to < from || to > last) {
-      return std::nullopt;
-    }
-    for (int frame = from; frame <= to; ++frame) {
-      frames.push_back(frame);
-    }
-  }
-  std::sort(frames.begin(), frames.end());
-  frames.erase(std::unique(frames.begin(), frames.end()), frames.end());
-  return frames;
-}
 
 /// The one range of all files. `image` stands for the extremes over all frames.
 TemperaturePair CommonRange(const ExportOptions& options, Session& session) {
@@ -71,9 +41,9 @@ TemperaturePair CommonRange(const ExportOptions& options, Session& session) {
 }
 
 QString FramePath(const FramesCall& call, int frame) {
-  return QDir(FromArgument(call.Folder))
-      .filePath(
-          FromArgument(call.Prefix) +
+  return JoinPath(
+      FromArgument(call.Folder),
+      FromArgument(call.Prefix) +
           QStringLiteral("%1.%2").arg(frame, 3, 10, QLatin1Char('0')).arg(FromArgument(call.To)));
 }
 
@@ -87,7 +57,7 @@ int WriteFrames(const FramesCall& call, const ExportOptions& options,
   StopAfterThisFile();
   for (const int frame : frames) {
     if (Interrupted()) {
-      return kToolInterrupted;
+      return InterruptedStatus();
     }
     const QString path = FramePath(call, frame);
     try {
@@ -110,6 +80,30 @@ int WriteFrames(const FramesCall& call, const ExportOptions& options,
 
 }  // namespace
 
+std::optional<std::vector<int>> ParseFrames(const QString& text, int last) {
+  // One mark for each frame, so that naming one a thousand times costs no memory.
+  std::vector<bool> isWanted(static_cast<std::size_t>(last) + 1, text.isEmpty());
+  const QStringList parts = text.split(QLatin1Char(','));
+  for (const QString& part : text.isEmpty() ? QStringList() : parts) {
+    bool firstIsNumber = false;
+    bool lastIsNumber = false;
+    const int from = part.section(QLatin1Char('-'), 0, 0).toInt(&firstIsNumber);
+    const int to = part.section(QLatin1Char('-'), -1).toInt(&lastIsNumber);
+    if (!firstIsNumber || !lastIsNumber || part.count(QLatin1Char('-')) > 1 || from < 1 ||
+        to < from || to > last) {
+      return std::nullopt;
+    }
+    std::fill(isWanted.begin() + from, isWanted.begin() + to + 1, true);
+  }
+  std::vector<int> frames;
+  for (int frame = 1; frame <= last; ++frame) {
+    if (isWanted[static_cast<std::size_t>(frame)]) {
+      frames.push_back(frame);
+    }
+  }
+  return frames;
+}
+
 int RunFrames(const FramesCall& call) {
   const QString path = FromArgument(call.File);
   ExportOptions options;
@@ -118,20 +112,19 @@ int RunFrames(const FramesCall& call) {
   options.Palette = FindPalette(FromArgument(call.Palette));
   const auto range = ParseExportRange(FromArgument(call.Range));
   if (options.Palette < 0 || !range || !IsUsablePrefix(FromArgument(call.Prefix))) {
-    std::fputs(
-        "tessatool: --palette takes a name or number, --range stored, image or LOW:HIGH, "
-        "and --prefix a text without a separator\n",
-        stderr);
+    PrintError(
+        "--palette takes a name or number, --range stored, image or LOW:HIGH, and --prefix a text "
+        "without a separator");
     return kToolWrongCall;
   }
   options.Range = *range;
   try {
-    Palettes palettes;
-    ViewState unused;
-    Problems paletteFaults;
-    LoadPalettes(palettes, unused, OwnFolder(), paletteFaults);
-    Session session(ApplicationFolder{QDir::tempPath(), QString()});
-    PrepareForExport(options, palettes, session);
+    const auto palettes = ReadToolPalettes(NeedsPalette(FromArgument(call.To)));
+    if (!palettes) {
+      return kToolFailed;
+    }
+    Session session(OwnFolder());
+    PrepareForExport(options, *palettes, session);
     ExportOptions stored = options;
     stored.Range = {};
     LoadForExport(path, stored, session);
@@ -140,12 +133,13 @@ int RunFrames(const FramesCall& call) {
     }
     const auto frames = ParseFrames(FromArgument(call.Frames), FrameSlots(session.Image));
     if (!frames) {
-      std::fprintf(stderr, "tessatool: --frames takes numbers from 1 to %d, such as 1-10,15\n",
-                   FrameSlots(session.Image));
+      PrintError("--frames takes numbers from 1 to " + std::to_string(FrameSlots(session.Image)) +
+                 ", such as 1-10,15");
       return kToolWrongCall;
     }
-    if (!QDir().mkpath(FromArgument(call.Folder))) {
-      throw StepFailure("the folder cannot be made");
+    if (const QString folder = FromArgument(call.Folder); !MakeFolders(folder)) {
+      PrintError(folder, "the folder cannot be made");
+      return kToolFailed;
     }
     return WriteFrames(call, options, *frames, session);
   } catch (const std::exception& failure) {

@@ -1,6 +1,9 @@
 #pragma once
 
+#include <QString>
+#include <optional>
 #include <string>
+#include <vector>
 
 namespace tessa {
 
@@ -17,6 +20,10 @@ struct FramesCall {
   bool Reverse = false;
   bool Force = false;
 };
+
+/// The numbers in "1-10,15", each from 1 to `last`, in order and none twice; all when the text is
+/// empty, nothing when it makes no sense.
+std::optional<std::vector<int>> ParseFrames(const QString& text, int last);
 
 /// Writes frames of a snapshot or sequence into files of their own, all in one range; returns the
 /// exit status. Stopped early, it leaves whole files only.

@@ -1,45 +1,104 @@
 #include "tool/streams.h"
 
-#include <sys/stat.h>
 #include <unistd.h>
 
-#include <QFile>
+#include <array>
+#include <cerrno>
 #include <csignal>
 #include <cstdio>
 #include <filesystem>
+
+#include "core/file_access.h"
+#include "core/path_bytes.h"
+#include "core/plain_line.h"
+#include "core/view_state.h"
 
 namespace tessa {
 namespace {
 
 /// A signal can leave its mark nowhere else.
-volatile std::sig_atomic_t interruptSeen = 0;
+volatile std::sig_atomic_t signalSeen = 0;
+
+/// Why standard output did not take something; 0 while it did.
+int outputError = 0;
 
 }  // namespace
 
 void StopAfterThisFile() {
-  std::signal(SIGINT, [](int /*signal*/) { interruptSeen = 1; });
+  for (const int number : std::array{SIGINT, SIGTERM, SIGHUP}) {
+    struct sigaction action {};
+    if (::sigaction(number, nullptr, &action) != 0 || action.sa_handler == SIG_IGN) {
+      continue;
+    }
+    action = {};
+    action.sa_handler = [](int seen) { signalSeen = seen; };
+    action.sa_flags = SA_RESTART;
+    ::sigaction(number, &action, nullptr);
+  }
 }
 
 bool Interrupted() {
-  return interruptSeen != 0;
+  return signalSeen != 0;
+}
+
+int InterruptedStatus() {
+  return 128 + static_cast<int>(signalSeen);
 }
 
 QString FromArgument(const std::string& argument) {
-  return QFile::decodeName(QByteArray::fromStdString(argument));
+  return PathFromBytes(QByteArray::fromStdString(argument));
 }
 
 void PrintOut(const QByteArray& text) {
-  std::fwrite(text.constData(), 1, static_cast<std::size_t>(text.size()), stdout);
+  const auto size = static_cast<std::size_t>(text.size());
+  if (std::fwrite(text.constData(), 1, size, stdout) != size && outputError == 0) {
+    outputError = errno;
+  }
+}
+
+int FinishOutput(int status) {
+  if (std::fflush(stdout) != 0 && outputError == 0) {
+    outputError = errno;
+  }
+  if (outputError == 0 && std::ferror(stdout) == 0) {
+    return status;
+  }
+  PrintError("standard output cannot be written: " +
+             SystemErrorText(outputError == 0 ? EIO : outputError));
+  return status == kToolDone ? kToolFailed : status;
 }
 
 void PrintError(const QString& path, const std::string& reason) {
-  std::fprintf(stderr, "tessatool: %s: %s\n", QFile::encodeName(path).constData(), reason.c_str());
+  const std::string name = PlainUtf8(path);
+  const std::string line = PlainLine(reason);
+  const bool namesIt = line.starts_with(name + ' ') || line.starts_with(name + ':');
+  PrintError(namesIt ? line : name + ": " + line);
+}
+
+void PrintError(const std::string& reason) {
+  std::fprintf(stderr, "tessatool: %s\n", PlainLine(reason).c_str());
 }
 
 ApplicationFolder OwnFolder() {
   std::error_code error;
   const auto executable = std::filesystem::read_symlink("/proc/self/exe", error);
   return ApplicationFolder::ForExecutable(FromArgument(executable.string()));
+}
+
+std::optional<Palettes> ReadToolPalettes(bool needed) {
+  Palettes palettes;
+  ViewState unused;
+  Problems faults;
+  LoadPalettes(palettes, unused, OwnFolder(), faults);
+  if (needed && !faults.empty()) {
+    PrintError(QStringLiteral("palette.dta"), faults.front().Text);
+    return std::nullopt;
+  }
+  return palettes;
+}
+
+bool NeedsPalette(const QString& ending) {
+  return ending != QLatin1String("csv") && ending != QLatin1String("tif");
 }
 
 ProgressLine::ProgressLine(std::size_t total)
@@ -55,14 +114,6 @@ void ProgressLine::Clear() {
   if (shown_) {
     std::fputs("\r\033[K", stderr);
   }
-}
-
-bool IsSameFile(const QString& first, const QString& second) {
-  struct stat firstStatus {};
-  struct stat secondStatus {};
-  return ::stat(QFile::encodeName(first).constData(), &firstStatus) == 0 &&
-         ::stat(QFile::encodeName(second).constData(), &secondStatus) == 0 &&
-         firstStatus.st_dev == secondStatus.st_dev && firstStatus.st_ino == secondStatus.st_ino;
 }
 
 }  // namespace tessa

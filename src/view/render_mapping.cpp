@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <bit>
 #include <cmath>
 
 #if defined(__SSE2__)
@@ -45,17 +46,24 @@ void MapSlowly(std::span<const float> degrees, const RenderLine& line, float saf
   }
 }
 
+/// Which pixels of a mapped block are in doubt.
+struct BlockDoubt {
+  std::uint64_t Ties = 0;   // Bit i: the sum of pixel i lies exactly between two indices.
+  bool OutOfReach = false;  // Some temperature is too large, or no number.
+};
+
 #if defined(__SSE2__)
 
 /// Index sums of two pixels, clipped to 0..255, with 1.5 x 2^52 added: that addition rounds to the
-/// nearest even integer and leaves it in the low 32 bits. `farthest` keeps the largest distance
-/// from an integer that was met.
-__m128d RoundedPair(__m128d sum, __m128d& farthest) {
+/// nearest even integer and leaves it in the low 32 bits. `ties` gets a bit for each exact half.
+__m128d RoundedPair(__m128d sum, std::uint64_t& ties) {
   const __m128d rounder = _mm_set1_pd(6755399441055744.0);
   const __m128d clipped = _mm_min_pd(_mm_max_pd(sum, _mm_setzero_pd()), _mm_set1_pd(255.0));
   const __m128d shifted = _mm_add_pd(clipped, rounder);
   const __m128d distance = _mm_sub_pd(clipped, _mm_sub_pd(shifted, rounder));
-  farthest = _mm_max_pd(farthest, _mm_andnot_pd(_mm_set1_pd(-0.0), distance));
+  const __m128d onHalf =
+      _mm_cmpeq_pd(_mm_andnot_pd(_mm_set1_pd(-0.0), distance), _mm_set1_pd(kHalf));
+  ties = ties >> 2 | static_cast<std::uint64_t>(_mm_movemask_pd(onHalf)) << 62;
   return shifted;
 }
 
@@ -66,37 +74,32 @@ struct BlockLine {
   __m128 SafeDegrees;  // Temperatures up to this size give sums that fit an integer.
 };
 
-struct BlockDoubt {
-  __m128d Farthest;
-  __m128 TooLarge;  // All bits of a lane that met a temperature that is too large or no number.
-};
-
 /// Four pixels as 32-bit indices.
-__m128i MapFour(const float* degrees, const BlockLine& line, BlockDoubt& doubt) {
+__m128i MapFour(const float* degrees, const BlockLine& line, std::uint64_t& ties,
+                __m128& outOfReach) {
   const __m128 four = _mm_loadu_ps(degrees);
-  doubt.TooLarge = _mm_or_ps(
-      doubt.TooLarge, _mm_cmpnle_ps(_mm_andnot_ps(_mm_set1_ps(-0.0F), four), line.SafeDegrees));
+  outOfReach = _mm_or_ps(outOfReach,
+                         _mm_cmpnle_ps(_mm_andnot_ps(_mm_set1_ps(-0.0F), four), line.SafeDegrees));
   const __m128d first = _mm_cvtps_pd(four);
   const __m128d second = _mm_cvtps_pd(_mm_movehl_ps(four, four));
-  const __m128d low =
-      RoundedPair(_mm_add_pd(_mm_mul_pd(first, line.Gain), line.Offset), doubt.Farthest);
-  const __m128d high =
-      RoundedPair(_mm_add_pd(_mm_mul_pd(second, line.Gain), line.Offset), doubt.Farthest);
+  const __m128d low = RoundedPair(_mm_add_pd(_mm_mul_pd(first, line.Gain), line.Offset), ties);
+  const __m128d high = RoundedPair(_mm_add_pd(_mm_mul_pd(second, line.Gain), line.Offset), ties);
   return _mm_castps_si128(
       _mm_shuffle_ps(_mm_castpd_ps(low), _mm_castpd_ps(high), _MM_SHUFFLE(2, 0, 2, 0)));
 }
 
-/// Maps a whole block and tells whether every value in it is beyond doubt.
-bool MapBlock(const float* degrees, const RenderLine& line, float safeDegrees, std::int32_t* cells,
-              std::uint8_t* indices) {
+/// Maps a whole block in double precision and tells what of it is in doubt.
+BlockDoubt MapBlock(const float* degrees, const RenderLine& line, float safeDegrees,
+                    std::int32_t* cells, std::uint8_t* indices) {
   const BlockLine shared{_mm_set1_pd(static_cast<double>(line.Gain)),
                          _mm_set1_pd(static_cast<double>(line.Offset)), _mm_set1_ps(safeDegrees)};
-  BlockDoubt doubt{_mm_setzero_pd(), _mm_setzero_ps()};
+  BlockDoubt doubt;
+  __m128 outOfReach = _mm_setzero_ps();
   for (std::size_t i = 0; i < kBlock; i += 16) {
-    const __m128i first = MapFour(degrees + i, shared, doubt);
-    const __m128i second = MapFour(degrees + i + 4, shared, doubt);
-    const __m128i third = MapFour(degrees + i + 8, shared, doubt);
-    const __m128i fourth = MapFour(degrees + i + 12, shared, doubt);
+    const __m128i first = MapFour(degrees + i, shared, doubt.Ties, outOfReach);
+    const __m128i second = MapFour(degrees + i + 4, shared, doubt.Ties, outOfReach);
+    const __m128i third = MapFour(degrees + i + 8, shared, doubt.Ties, outOfReach);
+    const __m128i fourth = MapFour(degrees + i + 12, shared, doubt.Ties, outOfReach);
     auto* const to = reinterpret_cast<__m128i*>(cells + i);
     _mm_storeu_si128(to, first);
     _mm_storeu_si128(to + 1, second);
@@ -106,32 +109,51 @@ bool MapBlock(const float* degrees, const RenderLine& line, float safeDegrees, s
         reinterpret_cast<__m128i*>(indices + i),
         _mm_packus_epi16(_mm_packs_epi32(first, second), _mm_packs_epi32(third, fourth)));
   }
-  const __m128d onHalf = _mm_cmpeq_pd(doubt.Farthest, _mm_set1_pd(kHalf));
-  return _mm_movemask_pd(onHalf) == 0 && _mm_movemask_ps(doubt.TooLarge) == 0;
+  doubt.OutOfReach = _mm_movemask_ps(outOfReach) != 0;
+  return doubt;
 }
 
 #else
 
-/// Maps a whole block and tells whether every value in it is beyond doubt.
-bool MapBlock(const float* degrees, const RenderLine& line, float safeDegrees, std::int32_t* cells,
-              std::uint8_t* indices) {
-  bool safe = true;
+/// Maps a whole block in double precision and tells what of it is in doubt.
+BlockDoubt MapBlock(const float* degrees, const RenderLine& line, float safeDegrees,
+                    std::int32_t* cells, std::uint8_t* indices) {
+  BlockDoubt doubt;
   for (std::size_t i = 0; i < kBlock; ++i) {
+    if (!(std::fabs(degrees[i]) <= safeDegrees)) {
+      doubt.OutOfReach = true;
+      return doubt;
+    }
     const double sum = static_cast<double>(degrees[i]) * static_cast<double>(line.Gain) +
                        static_cast<double>(line.Offset);
-    if (!(std::fabs(degrees[i]) <= safeDegrees)) {
-      return false;
-    }
     const double clipped = std::clamp(sum, 0.0, 255.0);
     const double rounded = std::rint(clipped);
-    safe = safe && std::fabs(clipped - rounded) != kHalf;
+    doubt.Ties |= static_cast<std::uint64_t>(std::fabs(clipped - rounded) == kHalf) << i;
     cells[i] = static_cast<std::int32_t>(rounded);
     indices[i] = static_cast<std::uint8_t>(rounded);
   }
-  return safe;
+  return doubt;
 }
 
 #endif
+
+/// Maps the first `count` pixels of a block, the doubtful ones once more in extended precision.
+void MapExactly(std::span<const float, kBlock> degrees, std::size_t count, const RenderLine& line,
+                float safeDegrees, std::int32_t& lastValue, std::int32_t* cells,
+                std::uint8_t* indices) {
+  BlockDoubt doubt = MapBlock(degrees.data(), line, safeDegrees, cells, indices);
+  if (doubt.OutOfReach) {
+    MapSlowly(degrees.first(count), line, safeDegrees, lastValue, cells, indices);
+    return;
+  }
+  for (; doubt.Ties != 0; doubt.Ties &= doubt.Ties - 1) {
+    const auto i = static_cast<std::size_t>(std::countr_zero(doubt.Ties));
+    MapToIndexExtended(degrees[i], line, cells[i]);
+    cells[i] = std::clamp(cells[i], 0, 255);
+    indices[i] = static_cast<std::uint8_t>(cells[i]);
+  }
+  lastValue = cells[count - 1];
+}
 
 }  // namespace
 
@@ -153,12 +175,8 @@ void MapToIndices(std::span<const float> degrees, const RenderLine& line, std::i
   const float safeDegrees = SafeDegrees(line);
   std::size_t at = 0;
   for (; at + kBlock <= degrees.size(); at += kBlock) {
-    if (!MapBlock(degrees.data() + at, line, safeDegrees, cells.data() + at, indices.data() + at)) {
-      MapSlowly(degrees.subspan(at, kBlock), line, safeDegrees, lastValue, cells.data() + at,
-                indices.data() + at);
-    } else {
-      lastValue = cells[at + kBlock - 1];
-    }
+    MapExactly(degrees.subspan(at).first<kBlock>(), kBlock, line, safeDegrees, lastValue,
+               cells.data() + at, indices.data() + at);
   }
   // The rest goes through the same block, filled up with a harmless value.
   const std::size_t rest = degrees.size() - at;
@@ -168,14 +186,9 @@ void MapToIndices(std::span<const float> degrees, const RenderLine& line, std::i
     std::array<std::uint8_t, kBlock> bytes;
     std::copy_n(degrees.data() + at, rest, padded.begin());
     std::fill(padded.begin() + static_cast<std::ptrdiff_t>(rest), padded.end(), degrees[at]);
-    if (MapBlock(padded.data(), line, safeDegrees, values.data(), bytes.data())) {
-      std::copy_n(values.begin(), rest, cells.data() + at);
-      std::copy_n(bytes.begin(), rest, indices.data() + at);
-      lastValue = values[rest - 1];
-    } else {
-      MapSlowly(degrees.subspan(at), line, safeDegrees, lastValue, cells.data() + at,
-                indices.data() + at);
-    }
+    MapExactly(padded, rest, line, safeDegrees, lastValue, values.data(), bytes.data());
+    std::copy_n(values.begin(), rest, cells.data() + at);
+    std::copy_n(bytes.begin(), rest, indices.data() + at);
   }
 }
 

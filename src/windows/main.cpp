@@ -2,7 +2,10 @@
 #include <QFile>
 #include <QLocale>
 #include <QTimer>
+#include <algorithm>
+#include <span>
 
+#include "core/platform_failure.h"
 #include "core/user_settings.h"
 #include "core/viewer_ini.h"
 #include "open/command_line.h"
@@ -17,7 +20,8 @@ namespace {
 constexpr int kSplashMilliseconds = 350;
 
 /// Language, words, settings, palettes, and the file named on the command line.
-void StartSession(tessa::Session& session, const tessa::UserSettings& user) {
+void StartSession(tessa::Session& session, const tessa::UserSettings& user,
+                  std::span<const char* const> arguments) {
   tessa::RegisterResources();
   QFile table(QStringLiteral(":/strings.tsv"));
   if (table.open(QIODevice::ReadOnly)) {
@@ -27,20 +31,23 @@ void StartSession(tessa::Session& session, const tessa::UserSettings& user) {
   session.Settings = tessa::ReadViewerIni(session.Folder.FindForReading(tessa::kViewerIniName));
   tessa::PrepareSession(session);
   tessa::ApplySettings(session);
-  session.PendingCommandFile = tessa::PendingFileFromArguments(QApplication::arguments().mid(1));
+  session.PendingCommandFile = tessa::PendingFileFromArguments(arguments);
 }
 
 }  // namespace
 
 int main(int argc, char** argv) {
-  QApplication application(argc, argv);
+  tessa::BeginPlatformStart("tessaview");
+  QApplication application(argc, argv);  // Takes its own arguments away.
+  tessa::EndPlatformStart();
   QApplication::setApplicationName(QStringLiteral("tessaview"));
   QApplication::setDesktopFileName(QStringLiteral("tessaview"));
 
   tessa::Session session(
       tessa::ApplicationFolder::ForExecutable(QApplication::applicationFilePath()));
   tessa::UserSettings user;
-  StartSession(session, user);
+  const std::span<const char* const> arguments(argv, static_cast<std::size_t>(argc));
+  StartSession(session, user, arguments.subspan(std::min<std::size_t>(1, arguments.size())));
 
   // A named file is shown at once; the splash would only delay it.
   std::unique_ptr<tessa::SplashWindow> splash;

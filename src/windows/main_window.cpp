@@ -16,6 +16,7 @@
 #include <QToolBar>
 #include <QToolButton>
 
+#include "core/path_bytes.h"
 #include "open/attachments.h"
 #include "open/load_dialog.h"
 #include "open/load_image.h"
@@ -48,7 +49,12 @@ const QSize kFirstSize(1080, 720);
 /// The first local file of what is dragged; empty for none.
 QString DroppedFile(const QMimeData& data) {
   const QList<QUrl> urls = data.urls();
-  return urls.isEmpty() ? QString() : urls.constFirst().toLocalFile();
+  if (urls.isEmpty() || !urls.constFirst().isLocalFile()) {
+    return {};
+  }
+  // Names need not be UTF-8, which a text out of the address would make of them.
+  const QByteArray encoded = urls.constFirst().path(QUrl::FullyEncoded).toLatin1();
+  return PathFromBytes(QByteArray::fromPercentEncoding(encoded));
 }
 
 }  // namespace
@@ -175,7 +181,7 @@ void MainWindow::ShowStatusPanels() {
       statusPanels_[i]->setText(text);
     }
   }
-  statusPanels_[ViewState::kStatusPanels]->setToolTip(session_.Image.CurrentFilePath);
+  statusPanels_[ViewState::kStatusPanels]->setToolTip(ShownPath(session_.Image.CurrentFilePath));
 }
 
 void MainWindow::ShowPaletteList() {
@@ -226,9 +232,8 @@ void MainWindow::EnableActions() {
   }
   const bool hasVisible = session_.View.VisibleImageEntries;
   Action("btnViewVis")->setVisible(hasVisible);
-  for (const char* id : {"btnPlaysound", "btnEmbedSound"}) {
-    Action(id)->setVisible(session_.View.SoundButtonsVisible);
-  }
+  Action("btnPlaysound")->setVisible(session_.View.Sound.PlayVisible);
+  Action("btnEmbedSound")->setVisible(session_.View.Sound.EmbedVisible);
   viewMenu_->setEnabled(hasVisible);
   frameMenu_->setEnabled(session_.View.FrameRowVisible);
   compositeMenu_->menuAction()->setVisible(hasVisible);
@@ -238,7 +243,7 @@ void MainWindow::EnableActions() {
 void MainWindow::BringIntoLine() {
   const ViewState& view = session_.View;
   setWindowTitle(view.Title);
-  setWindowFilePath(session_.Image.CurrentFilePath);
+  setWindowFilePath(ShownPath(session_.Image.CurrentFilePath));
   ShowStatusPanels();
   ShowPaletteList();
   ShowUnits();

@@ -150,12 +150,11 @@ void SaveSequenceDialog::FillNames() {
 
 /// Files that are there already say so before anything is written over them.
 void SaveSequenceDialog::MarkExisting() {
-  const QSet<QString> existing = ExistingNames(session_.Image);
   const QString mark =
       QStringLiteral("   \u2013 ") + session_.Words.LangString(447, "will be replaced");
   for (int row = 0; row < names_->count(); ++row) {
     const QString& name = outputs_[static_cast<std::size_t>(row)].Name;
-    const bool isThere = existing.contains(name);
+    const bool isThere = OutputExists(name, session_.Image);
     names_->item(row)->setText(isThere ? name + mark : name);
     QFont font = names_->font();
     font.setBold(isThere);

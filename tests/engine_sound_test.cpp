@@ -1,0 +1,260 @@
+#include <gmock/gmock.h>
+
+#include "formats/if_sound.h"
+#include "formats/wave.h"
+#include "sound/convert_sound.h"
+#include "sound/embed_sound.h"
+#include "sound/note_player.h"
+#include "test_files.h"
+
+namespace tessa::testing {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::HasSubstr;
+using ::testing::IsEmpty;
+
+const std::vector<std::uint16_t> kSamples = {1023, 0, 512, 7};
+
+Bytes Note(std::uint32_t rate) {
+  return EncodeIfSound(rate, kSamples);
+}
+Bytes Wave(std::uint32_t rate) {
+  return EncodeWave(rate, ToWaveSamples(kSamples));
+}
+
+Bytes Image(const char* signature, const char* name, const char* extension,
+            const Bytes& attachment = {}) {
+  SitFields fields;
+  fields.Signature = signature;
+  fields.SoundName = name;
+  fields.SoundExt = extension;
+  fields.Counts.assign(std::size_t{320} * 240, 100);
+  fields.Attachment = attachment;
+  return EncodeSit(fields);
+}
+
+/// Notes every command and opens what is a wave with data; ends plays when the test says so.
+class ScriptedDevice : public MediaDevice {
+ public:
+  std::string Log;
+  bool HasOutput = true;
+
+ protected:
+  void Carry(MediaCommand command) override {
+    Log += "?OPSRC"[static_cast<int>(command)];  // R: Prev, that is rewind.
+    Problems faults;
+    if (command == MediaCommand::kOpen) {
+      const QByteArray file = ReadAll(FileName);
+      if (!ReadWave(ByteSpan(reinterpret_cast<const std::uint8_t*>(file.data()),
+                             static_cast<std::size_t>(file.size())),
+                    0, faults)) {
+        throw StepFailure("no wave");
+      }
+    } else if (command == MediaCommand::kPlay && !HasOutput) {
+      throw StepFailure("there is no sound output");
+    }
+  }
+};
+
+class Sound : public LoadTest {
+ protected:
+  void SetUp() override { view().Log.clear(); }
+  ScriptedDevice& view() { return viewDevice_; }
+  std::string TakeLog(ScriptedDevice& device) { return std::exchange(device.Log, {}); }
+  QByteArray TempWave() const { return ReadAll(image_.SoundTempFile); }
+  QByteArray AsArray(const Bytes& bytes) const {
+    return {reinterpret_cast<const char*>(bytes.data()), static_cast<qsizetype>(bytes.size())};
+  }
+  TileSound Tile(const QString& path) const {
+    const SoundNote note = FindSoundNote(path, EmptySound::kRemove);
+    return {path, note.Kind, note.Reference};
+  }
+
+  ScriptedDevice viewDevice_;
+  ScriptedDevice mainDevice_;
+  NotePlayer player_{session_, viewDevice_, mainDevice_};
+  const SoundControls& controls_ = session_.View.Sound;
+};
+
+TEST_F(Sound, EachKindIsFoundConvertedAtItsRateAndShownWithItsButtons) {
+  folder_.Write(Name("snd1.aif"), Note(8000));
+  struct Case {
+    Bytes File;
+    SoundKind Kind;
+    std::uint32_t Rate;  // 0: no note can be heard.
+    bool Embed;
+  };
+  const Bytes block = Joined(Bytes(8), Note(8000));
+  Bytes silent = block;
+  Put(silent, 8 + 38, std::string_view("\0\0\0\0", 4));
+  for (const Case& c :
+       {Case{Image("SIT V2.9A ", "SND1    ", "AIF"), SoundKind::kSideFile, 2850, true},
+        Case{Image("SIT V3.1H ", "SND1    ", "AIF", {1}), SoundKind::kSideFile, 8000, true},
+        Case{Image("SIT V3.1I ", "SND1    ", "AIF"), SoundKind::kSideFile, 8000, false},
+        Case{Image("SIT V3.1I ", "", "", block), SoundKind::kEmbeddedSound, 8000, false},
+        Case{Image("SIT V2.9A ", "", "WA\1", block), SoundKind::kEmbeddedSound, 8000, false},
+        Case{Image("SIT V3.5A ", "", "", silent), SoundKind::kEmbeddedSound, 0, false},
+        Case{Image("SIT V3.5A ", "", "", First(block, 55)), SoundKind::kEmbeddedSound, 0, false},
+        Case{Image("SIT V3.0A ", "156161  ", "WAV", Wave(4000)), SoundKind::kEmbeddedWave, 4000,
+             false},
+        Case{Image("SIT V3.0A ", "156162  ", "WAV", Wave(4000)), SoundKind::kEmbeddedWave, 0,
+             false},
+        Case{Image("SIT V3.0A ", "99999999", "WAV"), SoundKind::kEmbeddedWave, 0, false},
+        Case{Image("SIT V3.0A ", "OTHER   ", "AIF"), SoundKind::kNone, 0, false},
+        // The open image still looks where the header says.
+        Case{Image("SIT V4.2A ", "SND1    ", "AIF"), SoundKind::kNone, 8000, false}}) {
+    Open("note.sit", c.File);
+    SCOPED_TRACE(image_.SitHeader.Signature + image_.SitHeader.SoundName);
+    EXPECT_EQ(FindSoundNote(image_.CurrentFilePath, EmptySound::kLeave).Kind, c.Kind);
+    EXPECT_EQ(controls_.PlayVisible, c.Rate != 0);
+    EXPECT_EQ(controls_.EmbedVisible, c.Embed);
+    EXPECT_EQ(session_.Faults.empty(), c.Rate != 0);
+    QByteArray expected = c.Rate == 0 ? QByteArray() : AsArray(Wave(c.Rate));
+    if (c.Kind == SoundKind::kEmbeddedWave) {
+      expected += expected.right(2);
+    }
+    EXPECT_EQ(TempWave(), expected);
+  }
+  // Gone with the image.
+  Open("note.sit", Image("SIT V2.9A ", "SND1    ", "AIF"));
+  const QString wave = image_.SoundTempFile;
+  EXPECT_TRUE(QFile::exists(wave) && wave.endsWith(Name("/NOTE.WAV")));
+  CloseImage(session_, *progress_);
+  EXPECT_FALSE(QFile::exists(wave) || controls_.PlayVisible);
+  EXPECT_THAT(image_.SoundTempFile.toStdString() + image_.SoundFileTitle.toStdString(), IsEmpty());
+}
+
+TEST_F(Sound, AnEmptySoundFileGoesOnlyWhereNotesArePlayed) {
+  const QString image = folder_.Write(Name("a.sit"), Image("SIT V2.9A ", "SND1    ", "AIF"));
+  const QString sound = folder_.Write(Name("SND1.AIF"), Bytes());
+  EXPECT_EQ(FindSoundNote(image, EmptySound::kLeave).Kind, SoundKind::kNone);
+  EXPECT_THROW(WaveForImage(sound, HeaderOf(image)), StepFailure);
+  EXPECT_TRUE(QFile::exists(sound));
+  OpenAt(image);
+  EXPECT_FALSE(QFile::exists(sound));
+  folder_.Write(Name("SND1.AIF"), Bytes());
+  EXPECT_FALSE(IsSoundFile(sound, EmptySound::kRemove));
+  EXPECT_FALSE(QFile::exists(sound));
+}
+
+TEST_F(Sound, TheOpenImagesNotePlaysStopsAndRewinds) {
+  Open("a.sit", Image("SIT V3.0A ", "156161  ", "WAV", Wave(4000)));
+  EXPECT_EQ(TakeLog(viewDevice_).substr(0, 3), "CCC");
+  player_.PlayOrStop();
+  EXPECT_TRUE(controls_.Playing);
+  EXPECT_EQ(controls_.PlayHint.toStdString(), "Stop Playback");
+  player_.PlayOrStop();
+  EXPECT_FALSE(controls_.Playing);
+  EXPECT_EQ(controls_.PlayHint.toStdString(), "Playback Sound File");
+  player_.PlayOrStop();
+  viewDevice_.Completed();
+  EXPECT_FALSE(controls_.Playing);
+  EXPECT_EQ(TakeLog(viewDevice_), "PSPSR");
+  player_.PlayOrStop();
+  Open("b.sit", Image("SIT V3.0A ", "", ""));
+  EXPECT_FALSE(controls_.Playing || controls_.PlayVisible);
+  EXPECT_EQ(TakeLog(viewDevice_), "PSC");
+  player_.PlayOrStop();
+  EXPECT_EQ(TakeLog(viewDevice_), "") << "there is no note to play";
+
+  viewDevice_.HasOutput = false;
+  Open("a.sit", Image("SIT V3.0A ", "156161  ", "WAV", Wave(4000)));
+  EXPECT_TRUE(controls_.PlayVisible) << "buttons do not depend on the audio hardware";
+  player_.PlayOrStop();
+  EXPECT_FALSE(controls_.Playing);
+  EXPECT_EQ(controls_.Message.toStdString(), "there is no sound output");
+}
+
+TEST_F(Sound, ASecondTileStopsTheFirstAndStartsNothing) {
+  const QString first =
+      folder_.Write(Name("1.sit"), Image("SIT V3.5A ", "", "", Joined(Bytes(8), Note(8000))));
+  const QString second =
+      folder_.Write(Name("2.sit"), Image("SIT V3.0A ", "156161  ", "WAV", Wave(4000)));
+  folder_.Write(Name("SND1.AIF"), Note(8000));
+  const QString third = folder_.Write(Name("3.sit"), Image("SIT V2.9A ", "SND1    ", "AIF"));
+  player_.PlayTile(Tile(first));
+  EXPECT_TRUE(controls_.Playing && controls_.TileButtonVisible);
+  EXPECT_EQ(controls_.TileMenuText.toStdString(), "Stop Playback");
+  EXPECT_EQ(ReadAll(EmbeddedTileWavePath(session_.Folder)), AsArray(Wave(8000)));
+  player_.PlayTile(Tile(second));
+  EXPECT_FALSE(controls_.Playing);
+  EXPECT_EQ(controls_.TileMenuText.toStdString(), "Stop Playback") << "until its end is told";
+  mainDevice_.Completed();
+  EXPECT_EQ(controls_.TileMenuText.toStdString(), "Play Sound");
+  EXPECT_EQ(TakeLog(mainDevice_), "CCOPSSRC");
+  player_.PlayTile(Tile(second));
+  EXPECT_EQ(ReadAll(TileWavePath(session_.Folder)).size(), 44 + 8 + 2);
+  mainDevice_.Completed();
+  player_.PlayTile(Tile(third));
+  EXPECT_EQ(ReadAll(TileWavePath(session_.Folder)), AsArray(Wave(2850)));
+  player_.CloseTileDevice();
+  DeleteTempWave(session_.Folder);
+  EXPECT_FALSE(QFile::exists(TileWavePath(session_.Folder)));
+
+  // A note that went bad since its tile was made: nothing stays busy.
+  const TileSound stale = Tile(third);
+  folder_.Write(Name("SND1.AIF"), Bytes(50));
+  player_.PlayTile(stale);
+  EXPECT_FALSE(controls_.Playing);
+  EXPECT_FALSE(controls_.Message.isEmpty());
+  player_.CheckForSound(Tile(second));
+  EXPECT_TRUE(controls_.TileButtonVisible);
+  player_.TileButton();
+  EXPECT_TRUE(controls_.Playing);
+  player_.CheckForSound({});
+  EXPECT_FALSE(controls_.TileButtonVisible);
+}
+
+TEST_F(Sound, ANotePutIntoTheOpenImageIsFoundAgain) {
+  folder_.Write(Name("SND1.AIF"), Note(8000));
+  const Bytes before = Image("SIT V2.9A ", "SND1    ", "AIF", {1, 2, 3});
+  Open("a.sit", before);
+  ASSERT_TRUE(controls_.EmbedVisible);
+  player_.Embed();
+  EXPECT_EQ(controls_.Message.toStdString(), "");
+  EXPECT_FALSE(controls_.EmbedVisible || image_.CanEmbedSound);
+  EXPECT_EQ(image_.SitHeader.SoundName + image_.SitHeader.SoundExt, "156164  WAV");
+  EXPECT_EQ(image_.SoundFile, image_.SoundTempFile);
+  Bytes expected = Joined(before, Wave(2850));
+  Put(expected, 108, "156164  WAV");
+  EXPECT_EQ(ReadAll(image_.CurrentFilePath), AsArray(expected));
+  EXPECT_EQ(image_.SitFileLength, static_cast<std::int64_t>(expected.size()));
+  EXPECT_TRUE(QFile::exists(folder_.Path(Name("SND1.AIF"))));
+  OpenAt(image_.CurrentFilePath);
+  EXPECT_TRUE(controls_.PlayVisible);
+  EXPECT_EQ(TempWave().left(52), AsArray(Wave(2850)));
+
+  // Changed behind the program's back.
+  Open("b.sit", before);
+  folder_.Write(Name("b.sit"), Joined(before, {4}));
+  player_.Embed();
+  EXPECT_THAT(controls_.Message.toStdString(), HasSubstr("changed"));
+  EXPECT_EQ(ReadAll(image_.CurrentFilePath), AsArray(Joined(before, {4})));
+}
+
+TEST_F(Sound, ACopyTakesItsSoundInOrStaysAsItWas) {
+  const QString sound = folder_.Write(Name("SND1.AIF"), Note(8000));
+  const QString good = folder_.Write(Name("a.sit"), Image("SIT V2.9A ", "SND1    ", "AIF"));
+  EXPECT_EQ(GetSoundName(good), sound);
+  EmbedSound(good, sound, session_.Folder);
+  EXPECT_EQ(FindSoundNote(good, EmptySound::kLeave).Kind, SoundKind::kEmbeddedWave);
+  EXPECT_EQ(GetSoundName(good), QString());
+  const QString empty = folder_.Write(Name("EMPTY.AIF"), Bytes());
+  const QString cut = folder_.Write(Name("CUT.AIF"), First(Note(8000), 48));
+  const QString fast = folder_.Write(Name("FAST.AIF"), Note(192001));
+  for (const auto& [file, source] :
+       {std::pair{Image("SIT V2.9A ", "", ""), empty}, std::pair{Image("SIT V2.9A ", "", ""), cut},
+        std::pair{Image("SIT V3.1A ", "", ""), fast}, std::pair{Image("SIT V3.1I ", "", ""), sound},
+        std::pair{Image("SIT V4.0  ", "", ""), sound},
+        std::pair{Image("SIT V2.9A ", "", "WA\2"), sound},
+        std::pair{First(Image("SIT V2.9A ", "", ""), 156159), sound}}) {
+    const QString path = folder_.Write(Name("c.sit"), file);
+    EXPECT_THROW(EmbedSound(path, source, session_.Folder), StepFailure);
+    EXPECT_EQ(ReadAll(path), AsArray(file));
+  }
+  EXPECT_FALSE(QFile::exists(empty));
+}
+
+}  // namespace
+}  // namespace tessa::testing
