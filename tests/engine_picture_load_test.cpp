@@ -189,9 +189,10 @@ TEST_F(PictureLoad, OnlyTheLastThreeCharactersDecideAndTheirCaseDoesNotMatter) {
     Open("before.tif", Tiff(2, 1, 1, {11, 12}));
     Open(name, Bitmap8(3, 1, {1, 2, 3}, Ramp(false)));
     EXPECT_EQ(image_.ImageKind, isBitmap ? KindBmp : KindTiff) << name;
-    EXPECT_EQ(Row(0), isBitmap ? (Pixels{1, 2, 3}) : (Pixels{11, 12})) << name;
     EXPECT_EQ(FactsOf(session_.Faults).empty(), isBitmap) << name;
-    if (!isBitmap) {
+    if (isBitmap) {
+      EXPECT_EQ(Row(0), (Pixels{1, 2, 3})) << name;
+    } else {
       EXPECT_EQ(session_.Faults[0].Kind, ProblemKind::kWrongKind) << name;
       EXPECT_NE(FindNoImage(session_.Faults), nullptr) << name;
     }
@@ -218,14 +219,10 @@ TEST_F(PictureLoad, ZoomStartsByWidth) {
   }
 }
 
-TEST_F(PictureLoad, AFailingLoadLeavesTheBufferAsItWas) {
+TEST_F(PictureLoad, AFailingLoadLeavesNoPictureAndKeepsTheKindItReached) {
   const Bytes bitmap = Bitmap8(4, 3, Pixels(12, 50), Ramp(false));
-  // A reversed view palette must not turn the old picture round either.
-  ReverseTable(session_.Palettes.PaletteTable[0]);
-  const auto expectFormerPicture = [&](std::int16_t kind, const std::string& what) {
+  const auto expectNone = [&](std::int16_t kind, const std::string& what) {
     SCOPED_TRACE(what);
-    EXPECT_THAT(Row(1), ElementsAre(21, 22));
-    EXPECT_EQ(image_.ImageWidth, 2);
     EXPECT_EQ(image_.ImageKind, kind);
     EXPECT_FALSE(image_.PaletteReversed);
     EXPECT_NE(FindNoImage(session_.Faults), nullptr);
@@ -233,25 +230,25 @@ TEST_F(PictureLoad, AFailingLoadLeavesTheBufferAsItWas) {
   Open("good.tif", Tiff(2, 2, 1, {11, 12, 21, 22}));
   for (std::size_t length = 1; length < bitmap.size(); length += length < 60 ? 1 : 7) {
     Open("cut.bmp", First(bitmap, length));
-    expectFormerPicture(length == 1 ? KindTiff : KindBmp, "bitmap of " + std::to_string(length));
+    expectNone(length == 1 ? KindTiff : KindBmp, "bitmap of " + std::to_string(length));
   }
   // A bitmap that does not begin as one keeps even the kind.
   Open("good.tif", Tiff(2, 2, 1, {11, 12, 21, 22}));
   Open("other.bmp", Jpeg(QImage(8, 8, QImage::Format_Grayscale8)));
-  expectFormerPicture(KindTiff, "foreign bitmap");
+  expectNone(KindTiff, "foreign bitmap");
   Open("broken.jpg", bitmap);
-  expectFormerPicture(KindJpeg, "foreign JPEG");
+  expectNone(KindJpeg, "foreign JPEG");
   Open("broken.tif", Bytes(300, 0xFF));
-  expectFormerPicture(KindTiff, "broken TIFF");
+  expectNone(KindTiff, "broken TIFF");
   Open("empty.jpg", {});
-  expectFormerPicture(KindJpeg, "empty");
+  expectNone(KindJpeg, "empty");
   QDir().mkdir(folder_.Path(QStringLiteral("folder.bmp")));
   OpenAt(folder_.Path(Name("folder.bmp")));
-  EXPECT_THAT(Row(0), ElementsAre(11, 12));
+  EXPECT_NE(FindNoImage(session_.Faults), nullptr);
   Bytes huge = bitmap;
   std::fill(huge.begin() + 18, huge.begin() + 26, std::uint8_t{0x7F});
   Open("huge.bmp", huge);
-  expectFormerPicture(KindBmp, "huge");
+  expectNone(KindBmp, "huge");
   Open("good.bmp", bitmap);
   EXPECT_TRUE(session_.Faults.empty() && session_.Steps.Failures().empty());
   EXPECT_THAT(Row(2), ElementsAre(50, 50, 50, 50));

@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include "core/tell.h"
 #include "formats/frame_array.h"
 #include "open/load_image.h"
 #include "open/show_frame.h"
@@ -73,9 +74,14 @@ class PlaybackTest : public ::testing::Test {
            std::to_string(pixels[0]) + "|" + std::to_string(pixels[last]) + "|" +
            session_.View.FrameText.toStdString();
   }
-  void Convert(const char* prefix, FrameFormat format, std::vector<int> frames) {
-    ConvertFrames({QString::fromLatin1(prefix), format, std::move(frames)}, session_, progress_,
-                  [this](const QString& line) { status_.append(line); });
+  ConversionResult Convert(const char* prefix, FrameFormat format, const std::vector<int>& frames) {
+    FrameConversion conversion{format, {}};
+    for (const int frame : frames) {
+      conversion.Outputs.push_back(
+          {frame, FrameOutputName(QString::fromLatin1(prefix), frame, format)});
+    }
+    return ConvertFrames(conversion, session_, progress_,
+                         [this](const QString& line) { status_.append(line); });
   }
   /// The index of the first pixel in a written bitmap; its rows are stored from the foot.
   int FirstIndexIn(const char* name) const {
@@ -158,11 +164,30 @@ TEST_F(PlaybackTest, AConversionWritesEachOutputOnceMoreWithTheFrameThatFollows)
   EXPECT_EQ(session_.Image.CurrentFrame, 1);
   EXPECT_EQ(session_.Image.ImageKind, KindBmp);
   EXPECT_EQ(session_.Image.ScaleHighText, QStringLiteral("51.0"));
+  EXPECT_EQ(session_.View.ScaleLabel[2], QStringLiteral("51.0"));
   EXPECT_EQ(status_.join(QLatin1Char('|')),
             QStringLiteral("Converting A001.BMP|Saving A001.BMP|Converting A002.BMP|"
                            "Saving A002.BMP|Converting A003.BMP|Saving A003.BMP|"
                            "Loading Frame 1|Conversion Complete"));
   EXPECT_EQ(folder_.Names().filter(QStringLiteral("A00")).size(), 3);
+  EXPECT_EQ(session_.View.Notice.Text, QStringLiteral("Frames written: 3"));
+}
+
+TEST_F(PlaybackTest, OutputsThatFailAreCountedAndNamedAndTheOthersWritten) {
+  Open(Snapshot());
+  QDir().mkdir(folder_.Path(QStringLiteral("A002.BMP")));
+  session_.Image.SeqFrames[2].clear();
+  EXPECT_TRUE(OutputExists(QStringLiteral("A002.BMP"), session_.Image));
+  const ConversionResult result = Convert("A", FrameFormat::kBmp, {1, 2, 3});
+  EXPECT_EQ(result.Written, 1);
+  ASSERT_EQ(result.Failed.size(), 2U);
+  EXPECT_EQ(result.Failed[0].Name + result.Failed[0].Reason,
+            QStringLiteral("A002.BMPIs a directory"));
+  EXPECT_EQ(result.Failed[1].Reason, QStringLiteral("Frame 3 cannot be read."));
+  EXPECT_EQ(session_.View.Notice.Text,
+            QStringLiteral("Frames written: 1, failed: 2 (A002.BMP: Is a directory)"));
+  EXPECT_EQ(session_.View.Notice.Kind, NoticeKind::kFailed);
+  EXPECT_EQ(FurtherText(session_.View.Notice, session_.Words), QStringLiteral("and 1 more"));
 }
 
 TEST_F(PlaybackTest, TxiWordsOfAConversionFollowTheirOwnRule) {
@@ -186,7 +211,10 @@ TEST_F(PlaybackTest, PrefixesStayInTheFolderAndNumbersGrow) {
   Open(Snapshot());
   const QStringList before = folder_.Names();
   for (const char* prefix : {"", "../A", "x/y", "x\\y"}) {
-    Convert(prefix, FrameFormat::kBmp, {1});
+    EXPECT_TRUE(
+        ListFrameOutputs(QString::fromLatin1(prefix), FrameFormat::kBmp, session_.Image).empty());
+    // An output without a prefix, "001.BMP", is a plain name all the same.
+    EXPECT_EQ(*prefix == '\0' || Convert(prefix, FrameFormat::kBmp, {1}).Failed.size() == 1, true);
   }
   EXPECT_EQ(folder_.Names(), before);
   EXPECT_EQ(FrameOutputName(QStringLiteral("A"), 7, FrameFormat::kBmp), QStringLiteral("A007.BMP"));

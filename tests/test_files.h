@@ -4,6 +4,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -69,11 +70,31 @@ class LoadTest : public ::testing::Test {
   static QString Name(const char* name) { return QString::fromLatin1(name); }
   void OpenAt(const QString& path) {
     OpenPath(path, session_, *progress_);
-    EXPECT_TRUE(view_.PictureVisible && view_.HasImage && view_.ScalePanelVisible);
+    const bool shown = FindNoImage(session_.Faults) == nullptr;
+    EXPECT_EQ(view_.PictureVisible && view_.HasImage && view_.ScalePanelVisible, shown);
+    EXPECT_NE(view_.NoPicture.Shown, shown);
+    if (!shown) {
+      ExpectNothingOfAnImage();
+    }
     EXPECT_FALSE(view_.BlankPanelVisible || view_.LoadProgressVisible || view_.LoadingTextVisible ||
                  view_.BusyPointer || view_.SuppressEvents || image_.ImageBusy);
     EXPECT_EQ(image_.ImageWidth, picture_.BufWidth());
     EXPECT_EQ(image_.ImageHeight, picture_.BufHeight());
+  }
+  /// No trace of this or a former image in records and buffers.
+  void ExpectNothingOfAnImage() const {
+    EXPECT_FALSE(view_.PictureVisible || view_.HasImage || view_.ScalePanelVisible ||
+                 view_.BottomPanelVisible || view_.FrameRowVisible || view_.RangeEntryVisible ||
+                 view_.VisibleImageEntries || image_.HasTemperature || image_.HasVisibleImage);
+    EXPECT_EQ(picture_.BufWidth() + image_.FrameCount + image_.RowBuffers.Rows(), 0);
+    EXPECT_TRUE(image_.TempGrid.Empty());
+    EXPECT_EQ(image_.Emissivity, 0.0F);
+    EXPECT_EQ(
+        (view_.Comment + view_.Memo + image_.ImageDate + image_.ImageTime + view_.StatusPanel[3] +
+         view_.StatusPanel[4] + view_.StatusPanel[5] + view_.RangeLowText + view_.FrameText)
+            .toStdString(),
+        "");
+    EXPECT_EQ(view_.NoPicture.FileName, QFileInfo(image_.CurrentFilePath).fileName());
   }
   void Open(const char* name, std::span<const std::uint8_t> content) {
     OpenAt(folder_.Write(Name(name), content));

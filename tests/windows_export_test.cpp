@@ -3,6 +3,7 @@
 #include <QBuffer>
 #include <QClipboard>
 #include <QMenu>
+#include <QScreen>
 #include <filesystem>
 
 #include "export/composite.h"
@@ -274,9 +275,14 @@ TEST_F(ExportTest, TheVisiblePictureHasItsWindowAndGoesWithTheImage) {
   window.show();
   EXPECT_TRUE(session_.Image.VisibleWindowOpen);
   auto* const picture = window.findChild<PicbufWidget*>(QStringLiteral("Picbuf1"));
-  EXPECT_EQ(picture->size(), QSize(640, 480));
+  EXPECT_EQ(picture->size(), QSize(320, 240));
+  // The whole picture at half size: red and blue meet in the middle.
+  const QImage half = picture->grab().toImage();
+  EXPECT_GT(qRed(half.pixel(150, 120)), 200);
+  EXPECT_GT(qBlue(half.pixel(170, 120)), 200);
   window.findChild<QAction*>(QStringLiteral("mnuzoom1"))->trigger();
-  EXPECT_EQ(picture->size(), QSize(1280, 960));
+  EXPECT_EQ(picture->size(), QSize(640, 480));
+  EXPECT_LE(window.width(), window.screen()->availableGeometry().width());
   EXPECT_FALSE(window.findChild<QAction*>(QStringLiteral("mnuzoom0"))->isChecked());
   window.findChild<QAction*>(QStringLiteral("mnucopy"))->trigger();
   const QImage copied = QApplication::clipboard()->image();

@@ -28,6 +28,7 @@
 #include "formats/sit.h"
 #include "test_files.h"
 #include "view/image_tools.h"
+#include "view/range_entry.h"
 #include "view/zoom.h"
 #include "widgets/picbuf_widget.h"
 #include "windows/main_window.h"
@@ -396,15 +397,16 @@ TEST_F(MainWindowTest, ADragWithoutAFileIsPassedOver) {
   EXPECT_EQ(session_.Image.CurrentFilePath, scene_);
 }
 
-TEST_F(MainWindowTest, TypedTextStaysUntilItIsAppliedOrTheRangeChanges) {
+TEST_F(MainWindowTest, TypedTextStaysWhileOneLooksAroundAndGoesWithTheNextLoad) {
   window_->OpenFile(scene_);
   auto& maximum = Find<QLineEdit>("Text2");
-  maximum.setText(QStringLiteral("12.3"));
+  maximum.selectAll();
+  QTest::keyClicks(&maximum, QStringLiteral("12.3"));
   window_->View().SetZoom(3);
   EXPECT_EQ(maximum.text(), QStringLiteral("12.3"));
+  EXPECT_EQ(session_.View.RangeHighText, QStringLiteral("12.3"));
   window_->OpenFile(scene_);
-  Find<QPushButton>("Command2").click();
-  EXPECT_EQ(maximum.text(), QStringLiteral("55.0"));
+  EXPECT_EQ(maximum.text(), QStringLiteral("55.0")) << "the record's text is the same as before";
 }
 
 TEST_F(MainWindowTest, ASequenceIsSteppedByButtonsKeysAndTheDialogConvertsIt) {
@@ -437,9 +439,26 @@ TEST_F(MainWindowTest, ASequenceIsSteppedByButtonsKeysAndTheDialogConvertsIt) {
   auto* const names = dialog.findChild<QListWidget*>(QStringLiteral("List1"));
   auto* const convert = dialog.findChild<QPushButton*>(QStringLiteral("SSCommand9"));
   EXPECT_FALSE(names->isEnabled());
-  QTest::keyClicks(prefix, QStringLiteral("Z"));
+  const auto* const status = dialog.findChild<QLabel*>(QStringLiteral("Label1"));
+  EXPECT_EQ(status->text(), QStringLiteral("Type a prefix and press Enter to list the files."));
+  QTest::keyClicks(prefix, QStringLiteral("steps"));
   QTest::keyClick(prefix, Qt::Key_Return);
   ASSERT_EQ(names->count(), 3);
+  names->selectAll();
+  QTest::keyClicks(prefix, QStringLiteral("/"));
+  EXPECT_EQ(status->text(), QStringLiteral("A prefix cannot contain / or \\."));
+  EXPECT_EQ(names->count(), 0);
+  EXPECT_FALSE(convert->isVisible());
+  folder_.Write(QStringLiteral("Z002.BMP"), Bytes{1});
+  prefix->clear();
+  QTest::keyClicks(prefix, QStringLiteral("Y"));
+  QTest::keyClick(prefix, Qt::Key_Return);
+  EXPECT_EQ(names->item(1)->text(), QStringLiteral("Y002.BMP"));
+  QTest::keyClick(prefix, Qt::Key_Backspace);
+  EXPECT_EQ(names->count(), 0) << "a list is never that of another prefix";
+  QTest::keyClicks(prefix, QStringLiteral("Z"));
+  QTest::keyClick(prefix, Qt::Key_Return);
+  EXPECT_EQ(names->item(1)->text(), QStringLiteral("Z002.BMP   \u2013 will be replaced"));
   EXPECT_FALSE(convert->isVisible());
   dialog.findChild<QRadioButton*>(QStringLiteral("Option2"))->click();
   EXPECT_EQ(names->item(2)->text(), QStringLiteral("Z003.TXI"));
@@ -448,6 +467,7 @@ TEST_F(MainWindowTest, ASequenceIsSteppedByButtonsKeysAndTheDialogConvertsIt) {
   convert->click();
   EXPECT_TRUE(QFile::exists(folder_.Path(QStringLiteral("Z003.TXI"))));
   EXPECT_FALSE(dialog.isVisible());
+  EXPECT_EQ(ReadAll(folder_.Path(QStringLiteral("Z002.BMP"))).size(), 1) << "was not in the list";
   window_->OpenFile(scene_);
   EXPECT_FALSE(Find<QWidget>("Frame1").isVisible());
 }
@@ -524,6 +544,27 @@ TEST_F(MainWindowTest, ThumbsFollowTheMouseButNeverPassEachOther) {
   QTest::mouseRelease(lower, Qt::LeftButton);
   EXPECT_LT(session_.Range.RangeMinValue(), session_.Range.RangeMaxValue()) << "spread at rest";
   EXPECT_FLOAT_EQ(session_.Image.SitScaleMax, static_cast<float>(session_.Range.RangeMaxValue()));
+}
+
+TEST_F(MainWindowTest, TheDirectionOfADragChoosesBetweenThumbsThatLieOverEachOther) {
+  window_->OpenFile(scene_);
+  auto& slider = Find<QWidget>("RangeV");
+  for (const int direction : {1, -1}) {
+    EnterRangeTexts(QStringLiteral("25"), QStringLiteral("25"), session_.View);
+    Find<QPushButton>("Command1").click();
+    QWidget* const top = slider.childAt(
+        slider.width() / 2, slider.findChildren<QWidget*>().constFirst()->geometry().center().y());
+    ASSERT_NE(top, nullptr);
+    const QPoint middle = top->rect().center();
+    QTest::mousePress(top, Qt::LeftButton, Qt::NoModifier, middle);
+    const QPointF to = middle + QPoint(0, 40 * direction);
+    QMouseEvent move(QEvent::MouseMove, to, top->mapToGlobal(to), Qt::NoButton, Qt::LeftButton,
+                     Qt::NoModifier);
+    QApplication::sendEvent(top, &move);
+    QTest::mouseRelease(top, Qt::LeftButton);
+    EXPECT_EQ(session_.Range.RangeMaxValue() > 25.5, direction < 0);
+    EXPECT_EQ(session_.Range.RangeMinValue() < 24.5, direction > 0);
+  }
 }
 
 TEST_F(MainWindowTest, TheSmallestSizeIsRestoredAfterAResize) {

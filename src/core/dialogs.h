@@ -16,6 +16,7 @@ struct SaveFileQuestion {
   QString Suggestion;     // Full path; exact folder and stem.
   QStringList Filters;    // "Text (*.EXT)" each.
   QString DefaultEnding;  // Added to a name without one, before anything is overwritten.
+  QString Refusal;        // Why the last answer would not do; plain, empty the first time.
 };
 
 enum class Answer { kYes, kNo, kCancel };

@@ -28,8 +28,9 @@ struct OptionalTemperature {
 };
 
 /// Everything known about the one open image. Loaders fill it in place, every other part reads it
-/// directly. A failed load leaves it half updated, and closing an image only empties its names.
-/// All temperatures are degrees Celsius whatever the user sees.
+/// directly. A failed step of a load leaves its field as it was, a load that gives no picture
+/// leaves the names and the kind alone, and closing an image only empties its names. All
+/// temperatures are degrees Celsius whatever the user sees.
 struct OpenImage {
   // Identity of the file. The upper-cased texts are for showing and for tests of the kind; every
   // access to the disk goes through CurrentFilePath.

@@ -4,6 +4,8 @@
 #include <QStringList>
 #include <array>
 
+#include "core/notice.h"
+
 namespace tessa {
 
 /// A line of the marker beside the vertical palette strip, in twips of the strip's own frame
@@ -64,6 +66,10 @@ struct ViewState {
   bool FrameRowVisible = false;     // Frame1
   bool HasImage = false;            // The view shows an image, however well it loaded.
   QString PictureTip;               // Tool tip of Picbuf1: the temperature under the cursor.
+
+  // What the user is told.
+  tessa::Notice Notice;        // NoticeStrip, above the picture.
+  tessa::NoPicture NoPicture;  // NoPicturePanel, in the picture's place.
 
   // Progress.
   QString LoadingText;  // Panel3D15

@@ -5,9 +5,10 @@
 
 namespace tessa {
 
-// The save and copy commands of the main window. Each asks what it needs, does nothing without an
-// open image, and passes over a save that fails; the reason then stands in the session's Steps.
-// Every file is written whole or not at all. The copy commands need a QGuiApplication.
+// The save and copy commands of the main window. Each asks what it needs and says in ViewState's
+// notice what came of it: without a picture nothing but that there is none; after a save the file's
+// name; after a failed one the reason, and the place is asked for again. Every file is written
+// whole or not at all. The copy commands need a QGuiApplication.
 
 /// The image as a bitmap, after the question whether the palette bar goes with it.
 void SaveBmp(Session& session, Dialogs& dialogs);
@@ -18,8 +19,8 @@ void SaveJpeg(Session& session, Dialogs& dialogs);
 /// True for the images that can be saved as TXI: snapshots, and bitmaps with temperatures.
 bool CanSaveTxi(const OpenImage& image);
 
-/// A bitmap whose header carries the range on show. For other images than CanSaveTxi nothing
-/// happens.
+/// A bitmap whose header carries the range on show. For other images than CanSaveTxi only a notice
+/// says why not.
 void SaveTxi(Session& session, Dialogs& dialogs);
 
 /// Image, palette bar and visible-light picture side by side.

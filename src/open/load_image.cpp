@@ -3,10 +3,13 @@
 #include <QDir>
 
 #include "core/file_access.h"
+#include "core/tell.h"
 #include "core/units.h"
 #include "formats/txi_words.h"
+#include "open/attachments.h"
 #include "open/load_steps.h"
 #include "open/loaders.h"
+#include "open/no_picture.h"
 #include "open/row_pass.h"
 #include "open/take_still.h"
 #include "view/range_control.h"
@@ -18,22 +21,13 @@ namespace {
 void ResetForLoad(Session& session) {
   OpenImage& image = session.Image;
   ViewState& view = session.View;
-  if (session.Follower != nullptr) {
-    session.Follower->ImageLeaves();
-  }
+  ReleaseAttachments(session);
   session.ConversionOutputs.clear();
   session.Faults.clear();
   session.Steps.Clear();
   image.ImageDate.clear();
   image.ImageTime.clear();
   image.IsLegacy8Bit = false;
-  image.HasVisibleImage = false;
-  image.VisibleWindowOpen = false;
-  view.VisibleImageEntries = false;
-  image.SoundFile.clear();
-  image.SoundFileTitle.clear();
-  image.SoundEmbedded = false;
-  image.CanEmbedSound = false;
   view.StatusPanel[4].clear();
   view.RangeSliderVisible = false;
   view.AutoUpdateVisible = false;
@@ -234,7 +228,7 @@ void OpenCurrentImage(Session& session, Progress& progress) {
   image.SpotTemperatures.fill({});
   session.Cursor = Readout{};
 
-  LoadImageFile(session, progress);
+  LoadAfresh(session, [&] { LoadImageFile(session, progress); });
   if (session.Follower != nullptr) {
     session.Follower->ImageArrived();
   }
@@ -254,6 +248,7 @@ void OpenCurrentImage(Session& session, Progress& progress) {
   image.ImageBusy = false;
   view.SuppressEvents = false;
   view.BusyPointer = false;
+  TellAboutFile(session);
   session.Buffers.Picbuf1.Refresh();
 }
 
@@ -266,10 +261,11 @@ void OpenPath(const QString& path, Session& session, Progress& progress) {
 void CloseImage(Session& session, Progress& progress) {
   OpenImage& image = session.Image;
   ViewState& view = session.View;
-  if (session.Follower != nullptr) {
-    session.Follower->ImageLeaves();
-  }
-  view.VisibleImageEntries = false;
+  ReleaseAttachments(session);
+  DismissNotice(view);
+  view.NoPicture = {};
+  view.RangeLowText.clear();
+  view.RangeHighText.clear();
   view.StatusPanel[4].clear();
   view.Title = QStringLiteral("TessaView");
   SetCurrentFile(image, QString());

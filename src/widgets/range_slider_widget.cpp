@@ -52,7 +52,10 @@ class RangeThumb : public QWidget {
   void mousePressEvent(QMouseEvent* event) override {
     if (event->button() == Qt::LeftButton) {
       raise();
-      grip_ = event->position().y() - height() / 2.0;
+      pressedAt_ = mapToParent(event->position().toPoint()).y();
+      // Where the thumbs lie over each other, the first movement tells which is meant.
+      undecided_ = owner_.ThumbsOverlap();
+      Take(*this);
       ShowBubble();
     }
   }
@@ -60,10 +63,14 @@ class RangeThumb : public QWidget {
     if (!event->buttons().testFlag(Qt::LeftButton)) {
       return;
     }
-    const qreal y = mapToParent(event->position().toPoint()).y() - grip_;
-    if (owner_.MoveThumb(upper_, owner_.CelsiusAt(y))) {
+    const qreal y = mapToParent(event->position().toPoint()).y();
+    if (undecided_ && y != pressedAt_) {
+      undecided_ = false;
+      Take(*owner_.thumbs_[y < pressedAt_ ? 1 : 0]);
+    }
+    if (owner_.MoveThumb(taken_->upper_, owner_.CelsiusAt(y - grip_))) {
       moved_ = true;
-      ShowBubble();
+      taken_->ShowBubble();
       Q_EMIT owner_.ThumbMoving();
     }
   }
@@ -113,10 +120,20 @@ class RangeThumb : public QWidget {
   }
 
  private:
+  /// The drag that began here moves `thumb`.
+  void Take(RangeThumb& thumb) {
+    taken_ = &thumb;
+    grip_ = pressedAt_ - thumb.geometry().center().y();
+    thumb.setFocus(Qt::MouseFocusReason);
+  }
+
   RangeSliderWidget& owner_;
   bool upper_;
   bool moved_ = false;
-  qreal grip_ = 0.0;  // Where the thumb was taken, from its middle.
+  bool undecided_ = false;
+  RangeThumb* taken_ = this;
+  int pressedAt_ = 0;  // Of a drag, in the slider.
+  qreal grip_ = 0.0;   // Where the thumb was taken, from its middle.
 };
 
 RangeSliderWidget::RangeSliderWidget(RangeSlider& model, QWidget* parent)
@@ -199,9 +216,13 @@ void RangeSliderWidget::PlaceThumbs() {
 }
 
 RangeThumb& RangeSliderWidget::NearestThumb(qreal y) const {
-  const qreal toUpper = std::fabs(YOf(Value(true)) - y);
-  const qreal toLower = std::fabs(YOf(Value(false)) - y);
-  return toUpper <= toLower ? *thumbs_[1] : *thumbs_[0];
+  const qreal upper = YOf(Value(true));
+  const qreal lower = YOf(Value(false));
+  return y <= (upper + lower) / 2.0 ? *thumbs_[1] : *thumbs_[0];
+}
+
+bool RangeSliderWidget::ThumbsOverlap() const {
+  return YOf(Value(false)) - YOf(Value(true)) < kThumbHeight;
 }
 
 void RangeSliderWidget::resizeEvent(QResizeEvent* event) {
@@ -223,8 +244,9 @@ void RangeSliderWidget::mousePressEvent(QMouseEvent* event) {
 void RangeSliderWidget::wheelEvent(QWheelEvent* event) {
   const int turn = event->angleDelta().y();
   if (turn != 0) {
-    const RangeThumb& thumb = NearestThumb(event->position().y());
-    StepThumb(&thumb == thumbs_[1], turn > 0 ? 1 : -1, false);
+    const bool upper =
+        ThumbsOverlap() ? turn > 0 : &NearestThumb(event->position().y()) == thumbs_[1];
+    StepThumb(upper, turn > 0 ? 1 : -1, false);
   }
   event->accept();
 }

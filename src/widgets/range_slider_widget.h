@@ -51,6 +51,8 @@ class RangeSliderWidget : public QWidget {
   void PlaceThumbs();
   QString ValueText(double celsius) const;
   RangeThumb& NearestThumb(qreal y) const;
+  /// True when the thumbs lie over each other, in part at least.
+  bool ThumbsOverlap() const;
 
   RangeSlider& model_;
   ColourTable palette_{};

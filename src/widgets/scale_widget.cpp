@@ -10,7 +10,7 @@ constexpr int kMargin = 12;
 constexpr int kMarkerWidth = 9;
 constexpr int kStripWidth = 26;
 constexpr int kStrokeLength = 6;
-constexpr int kGap = 5;
+constexpr int kGap = 4;
 constexpr int kStripTopTwips = 195;
 constexpr qreal kStripTwips = 3825.0;
 
@@ -79,7 +79,7 @@ void ScaleWidget::PaintLabels(QPainter& painter, const QRectF& strip) const {
   const int lineHeight = fontMetrics().height();
   // Fifths of a half of the scale; too close together, only the three main labels stay.
   const bool crowded = strip.height() * 0.1 < lineHeight;
-  const qreal strokeLeft = strip.right() + 2;
+  const qreal strokeLeft = strip.right() + 1;
   for (std::size_t i = 0; i < labels_.size(); ++i) {
     if (crowded && !IsMajor(i)) {
       continue;
@@ -89,9 +89,14 @@ void ScaleWidget::PaintLabels(QPainter& painter, const QRectF& strip) const {
       ink.setAlpha(190);
     }
     const qreal y = strip.bottom() - LabelFraction(i) * strip.height();
-    painter.setPen(QPen(ink, 1));
-    painter.drawLine(QPointF(strokeLeft, y),
-                     QPointF(strokeLeft + (IsMajor(i) ? kStrokeLength : kStrokeLength - 2), y));
+    // A wedge that stands on the strip: a stroke beside the number would read as its minus sign.
+    const qreal length = IsMajor(i) ? kStrokeLength : kStrokeLength - 2;
+    const qreal half = length / 2 + 0.5;
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(ink);
+    painter.drawPolygon(QPolygonF({QPointF(strokeLeft, y - half), QPointF(strokeLeft, y + half),
+                                   QPointF(strokeLeft + length, y)}));
+    painter.setPen(ink);
     QFont labelFont = font();
     labelFont.setBold(IsMajor(i));
     painter.setFont(labelFont);

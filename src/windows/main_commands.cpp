@@ -37,7 +37,8 @@ std::vector<MainWindow::Command> MainWindow::MakeFileCommands() {
   const auto load = [this](int filterIndex) {
     return [this, filterIndex] { AskAndOpen(filterIndex); };
   };
-  const auto hasImage = [this] { return session_.View.HasImage; };
+  // A file that gave no picture can be tried again and closed too.
+  const auto hasFile = [this] { return !session_.Image.CurrentFile.isEmpty(); };
   const auto close = [this] {
     CloseImage(session_, *progress_);
     BringIntoLine();
@@ -57,13 +58,13 @@ std::vector<MainWindow::Command> MainWindow::MakeFileCommands() {
        "",
        {QKeySequence(Qt::Key_F5)},
        [this] { OpenFile(QString(session_.Image.CurrentFilePath)); },
-       hasImage},
+       hasFile},
       {"mnuClose",
        word(114, "Close"),
        "close_image",
        {QKeySequence(Qt::CTRL | Qt::Key_W)},
        close,
-       hasImage},
+       hasFile},
       {"mnusetup",
        word(210, "Preferences"),
        "preferences",
@@ -107,6 +108,7 @@ std::vector<MainWindow::Command> MainWindow::MakeExportCommands() {
     return [this, procedure] {
       if (!session_.Image.CurrentFile.isEmpty()) {
         procedure(session_);
+        BringIntoLine();
       } else {
         constexpr QSize kEmblem(96, 96);
         QApplication::clipboard()->setImage(ApplicationIcon().pixmap(kEmblem).toImage());

@@ -17,9 +17,11 @@
 #include <QToolButton>
 
 #include "core/path_bytes.h"
+#include "open/attachments.h"
 #include "open/load_dialog.h"
 #include "open/load_image.h"
 #include "open/load_steps.h"
+#include "open/no_picture.h"
 #include "view/palettes.h"
 #include "view/switch_units.h"
 #include "widgets/eliding_label.h"
@@ -142,6 +144,8 @@ void MainWindow::SetWindowLanguage() {
       ShowCalibratedRange(image, words, view);
     }
   }
+  view.LoadButtonTip = LoadButtonTip(view.LoadButtonKind, words);
+  RetellAboutFile(session_);
   // Widths that no text of the panel outgrows, so that nothing moves while the cursor does.
   const auto numbers = QStringLiteral(": -8888.8 \u00B0C");
   const std::array<QString, ViewState::kStatusPanels + 1> widest = {
@@ -379,6 +383,7 @@ void MainWindow::ShowVisible() {
   if (visible_ == nullptr) {
     visible_ = new VisibleWindow(session_, *dialogs_, this);
     visible_->setAttribute(Qt::WA_DeleteOnClose);
+    connect(visible_, &VisibleWindow::Told, this, &MainWindow::BringIntoLine);
   }
   visible_->show();
   visible_->raise();
@@ -414,6 +419,8 @@ void MainWindow::showEvent(QShowEvent* event) {
 }
 
 void MainWindow::closeEvent(QCloseEvent* event) {
+  ReleaseAttachments(session_);
+  CloseVisibleWhenGone();
   user_.SetWindowPlace(saveGeometry());
   event->accept();
 }

@@ -11,6 +11,7 @@
 
 #include "open/session.h"
 #include "view/range_actions.h"
+#include "view/range_entry.h"
 #include "widgets/icons.h"
 #include "widgets/range_slider_widget.h"
 #include "widgets/scale_widget.h"
@@ -136,16 +137,13 @@ void RangePanelWidget::Run(Action&& action) {
     return;
   }
   action(PiecesForRendering(session_, progress_));
-  shownTexts_.fill(QString());  // A refused entry gives way to the range in force.
   Q_EMIT RangeChanged();
 }
 
 void RangePanelWidget::Connect() {
   const auto apply = [this](QLineEdit* box) {
     return [this, box] {
-      Run([this](const RenderPieces& pieces) {
-        RangeApply(minimum_->text(), maximum_->text(), pieces);
-      });
+      Run(ApplyEnteredRange);
       if (box != nullptr) {
         box->setFocus();
         box->selectAll();
@@ -159,11 +157,16 @@ void RangePanelWidget::Connect() {
   connect(toggle_, &QToolButton::clicked, this, [this] { Run(ToggleRangeByButton); });
   for (QLineEdit* box : {limitMaximum_, limitMinimum_}) {
     connect(box, &QLineEdit::returnPressed, this, [this, box] {
-      Run([this](const RenderPieces& pieces) {
-        ApplyLimitTexts(limitMinimum_->text(), limitMaximum_->text(), pieces);
-      });
+      Run(ApplyEnteredLimits);
       box->selectAll();
     });
+    connect(box, &QLineEdit::textEdited, this, [this] {
+      EnterLimitTexts(limitMinimum_->text(), limitMaximum_->text(), session_.View);
+    });
+  }
+  for (QLineEdit* box : {maximum_, minimum_}) {
+    connect(box, &QLineEdit::textEdited, this,
+            [this] { EnterRangeTexts(minimum_->text(), maximum_->text(), session_.View); });
   }
   connect(slider_, &RangeSliderWidget::ThumbMoving, this, [this] {
     Run([this](const RenderPieces& pieces) { ThumbMoving(autoUpdate_->isChecked(), pieces); });
@@ -199,12 +202,11 @@ void RangePanelWidget::ShowBoxes() {
   const std::array<QString, 4> texts = {view.RangeHighText, view.RangeLowText, view.LimitMaxText,
                                         view.LimitMinText};
   for (std::size_t i = 0; i < boxes.size(); ++i) {
-    // What the user is typing stays until the record has something new to say.
-    if (shownTexts_[i] != texts[i]) {
+    // Where they are equal, cursor and selection stay where the user has them.
+    if (boxes[i]->text() != texts[i]) {
       boxes[i]->setText(texts[i]);
     }
   }
-  shownTexts_ = texts;
 }
 
 /// Red: the stored scale. Green: the extremes of the image.

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <QWidget>
-#include <array>
 #include <optional>
 
 #include "core/progress.h"
@@ -61,7 +60,6 @@ class RangePanelWidget : public QWidget {
   RangeSliderWidget* slider_ = nullptr;
   ScaleWidget* scale_ = nullptr;
   std::optional<RangeSource> shownSource_;
-  std::array<QString, 4> shownTexts_;  // Of the boxes, as the records last had them.
 };
 
 }  // namespace tessa

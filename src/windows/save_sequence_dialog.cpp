@@ -8,9 +8,10 @@
 #include <QListWidget>
 #include <QPushButton>
 #include <QRadioButton>
+#include <QSignalBlocker>
 #include <QVBoxLayout>
 
-#include "sequence/convert_frames.h"
+#include "core/tell.h"
 
 namespace tessa {
 namespace {
@@ -62,7 +63,10 @@ void SaveSequenceDialog::MakeControls() {
   close_ = button("SSCommand1", words.LangString(114, "Close"));
   status_ = new QLabel(this);
   status_->setObjectName(QStringLiteral("Label1"));
+  status_->setTextFormat(Qt::PlainText);
+  status_->setWordWrap(true);
   connect(prefix_, &QLineEdit::returnPressed, this, &SaveSequenceDialog::FillNames);
+  connect(prefix_, &QLineEdit::textChanged, this, &SaveSequenceDialog::PrefixChanged);
   connect(toBmp_, &QRadioButton::clicked, this, &SaveSequenceDialog::OptionChosen);
   connect(toTxi_, &QRadioButton::clicked, this, &SaveSequenceDialog::OptionChosen);
   connect(names_, &QListWidget::itemSelectionChanged, this, &SaveSequenceDialog::SelectionChanged);
@@ -113,17 +117,62 @@ void SaveSequenceDialog::OptionChosen() {
   }
 }
 
-void SaveSequenceDialog::FillNames() {
-  names_->clear();
-  const bool usable = IsUsablePrefix(prefix_->text());
-  const FrameFormat format = toBmp_->isChecked() ? FrameFormat::kBmp : FrameFormat::kTxi;
-  for (int frame = 1; usable && frame <= session_.Image.FrameCount; ++frame) {
-    names_->addItem(FrameOutputName(prefix_->text(), frame, format));
+/// A list on show always is that of the prefix in the box.
+void SaveSequenceDialog::PrefixChanged() {
+  if (names_->count() > 0) {
+    FillNames();
+  } else {
+    ShowHint();
   }
+}
+
+FrameFormat SaveSequenceDialog::Format() const {
+  return toBmp_->isChecked() ? FrameFormat::kBmp : FrameFormat::kTxi;
+}
+
+void SaveSequenceDialog::FillNames() {
+  {
+    const QSignalBlocker blocker(names_);
+    names_->clear();
+    outputs_ = ListFrameOutputs(prefix_->text(), Format(), session_.Image);
+    for (const FrameOutput& output : outputs_) {
+      names_->addItem(output.Name);
+    }
+  }
+  const bool usable = IsUsablePrefix(prefix_->text());
   names_->setEnabled(usable);
   selectAll_->setVisible(usable);
   selectNone_->setVisible(usable);
   convert_->setVisible(false);
+  MarkExisting();
+  ShowHint();
+}
+
+/// Files that are there already say so before anything is written over them.
+void SaveSequenceDialog::MarkExisting() {
+  const QString mark =
+      QStringLiteral("   \u2013 ") + session_.Words.LangString(447, "will be replaced");
+  for (int row = 0; row < names_->count(); ++row) {
+    const QString& name = outputs_[static_cast<std::size_t>(row)].Name;
+    const bool isThere = OutputExists(name, session_.Image);
+    names_->item(row)->setText(isThere ? name + mark : name);
+    QFont font = names_->font();
+    font.setBold(isThere);
+    names_->item(row)->setFont(font);
+  }
+}
+
+/// What to do next, or what is wrong with the prefix.
+void SaveSequenceDialog::ShowHint() {
+  const Strings& words = session_.Words;
+  const QString& prefix = prefix_->text();
+  if (!prefix.isEmpty() && !IsUsablePrefix(prefix)) {
+    status_->setText(words.LangString(445, "A prefix cannot contain / or \\."));
+  } else if (names_->count() == 0) {
+    status_->setText(words.LangString(444, "Type a prefix and press Enter to list the files."));
+  } else {
+    status_->setText(words.LangString(446, "Select the frames to be written."));
+  }
 }
 
 void SaveSequenceDialog::SelectionChanged() {
@@ -132,20 +181,30 @@ void SaveSequenceDialog::SelectionChanged() {
 
 void SaveSequenceDialog::Convert() {
   FrameConversion conversion;
-  conversion.Prefix = prefix_->text();
-  conversion.Format = toBmp_->isChecked() ? FrameFormat::kBmp : FrameFormat::kTxi;
+  conversion.Format = Format();
   for (int row = 0; row < names_->count(); ++row) {
     if (names_->item(row)->isSelected()) {
-      conversion.Frames.push_back(row + 1);
+      conversion.Outputs.push_back(outputs_[static_cast<std::size_t>(row)]);
     }
   }
+  if (conversion.Outputs.empty()) {
+    return;
+  }
   setEnabled(false);
-  ConvertFrames(conversion, session_, progress_, [this](const QString& line) {
-    status_->setText(line);
-    status_->repaint();
-  });
+  const ConversionResult result =
+      ConvertFrames(conversion, session_, progress_, [this](const QString& line) {
+        status_->setText(line);
+        status_->repaint();
+      });
   setEnabled(true);
-  accept();
+  if (result.Failed.empty()) {
+    accept();
+    return;
+  }
+  // The list stays, so that what failed can be tried again.
+  MarkExisting();
+  const QString further = FurtherText(session_.View.Notice, session_.Words);
+  status_->setText((session_.View.Notice.Text + QLatin1Char(' ') + further).trimmed());
 }
 
 }  // namespace tessa

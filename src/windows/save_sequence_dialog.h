@@ -4,6 +4,7 @@
 
 #include "core/progress.h"
 #include "open/session.h"
+#include "sequence/convert_frames.h"
 
 class QLabel;
 class QLineEdit;
@@ -27,6 +28,10 @@ class SaveSequenceDialog : public QDialog {
   void MakeControls();
   void Arrange();
   void FillNames();
+  void PrefixChanged();
+  void MarkExisting();
+  void ShowHint();
+  FrameFormat Format() const;
   void OptionChosen();
   void SelectionChanged();
   void Convert();
@@ -42,6 +47,7 @@ class SaveSequenceDialog : public QDialog {
   QPushButton* convert_ = nullptr;
   QPushButton* close_ = nullptr;
   QLabel* status_ = nullptr;
+  std::vector<FrameOutput> outputs_;  // Row for row what the list shows.
 };
 
 }  // namespace tessa

@@ -12,12 +12,15 @@
 #include <QWheelEvent>
 #include <cmath>
 
+#include "core/tell.h"
 #include "view/readout.h"
 #include "view/zoom.h"
 #include "widgets/eliding_label.h"
 #include "widgets/icons.h"
 #include "widgets/language_box.h"
+#include "widgets/notice_strip.h"
 #include "widgets/picbuf_widget.h"
+#include "windows/no_picture_panel.h"
 #include "windows/range_panel.h"
 
 namespace tessa {
@@ -39,6 +42,12 @@ ViewPictWidget::ViewPictWidget(Session& session, Progress& progress, QWidget* pa
 
   auto* const left = new QVBoxLayout;
   left->setSpacing(0);
+  notice_ = new NoticeStrip(this);
+  connect(notice_, &NoticeStrip::Dismissed, this, [this] {
+    DismissNotice(session_.View);
+    BringIntoLine();
+  });
+  left->addWidget(notice_);
   left->addWidget(MakeCanvas(), 1);
   left->addWidget(MakeFrameRow());
   left->addWidget(MakeBottomPanel());
@@ -74,6 +83,8 @@ QWidget* ViewPictWidget::MakeCanvas() {
             Qt::QueuedConnection);
   }
   blankPanel_ = MakeBlankPanel();
+  noPicture_ = new NoPicturePanel(canvas_);
+  connect(noPicture_, &NoPicturePanel::OpenRequested, this, &ViewPictWidget::OpenRequested);
   return canvas_;
 }
 
@@ -276,6 +287,8 @@ void ViewPictWidget::BringIntoLine() {
   range_->setVisible(view.ScalePanelVisible);
   bottomPanel_->setVisible(view.BottomPanelVisible);
   blankPanel_->setVisible(view.BlankPanelVisible);
+  noPicture_->ShowReason(view.NoPicture, session_.Words);
+  notice_->ShowNotice(view.Notice, session_.Words);
   picture_->setVisible(view.PictureVisible);
   ShowFrameRow();
   range_->BringIntoLine();
@@ -301,6 +314,7 @@ QSize ViewPictWidget::AreaFor(bool horizontalBar, bool verticalBar) const {
 
 void ViewPictWidget::PlacePicture() {
   blankPanel_->setGeometry(canvas_->rect());
+  noPicture_->setGeometry(canvas_->rect());
   Picbuf& buffer = session_.Buffers.Picbuf1;
   // A bar takes room from the other direction, so the second look decides.
   QSize area = AreaFor(false, false);

@@ -13,6 +13,8 @@ class QToolButton;
 
 namespace tessa {
 
+class NoPicturePanel;
+class NoticeStrip;
 class PicbufWidget;
 class RangePanelWidget;
 
@@ -76,6 +78,8 @@ class ViewPictWidget : public QWidget {
   QWidget* canvas_ = nullptr;
   QWidget* blankPanel_ = nullptr;
   QWidget* bottomPanel_ = nullptr;
+  NoPicturePanel* noPicture_ = nullptr;
+  NoticeStrip* notice_ = nullptr;
   PicbufWidget* picture_ = nullptr;
   RangePanelWidget* range_ = nullptr;
   QScrollBar* horizontalScroll_ = nullptr;

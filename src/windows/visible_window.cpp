@@ -4,7 +4,10 @@
 #include <QMenu>
 #include <QMenuBar>
 #include <QScreen>
+#include <QScrollArea>
+#include <QStyle>
 #include <QTimer>
+#include <algorithm>
 
 #include "export/save_image.h"
 #include "widgets/language_box.h"
@@ -12,6 +15,12 @@
 #include "widgets/picbuf_widget.h"
 
 namespace tessa {
+namespace {
+
+/// On the screen at 1X.
+constexpr QSize kPictureSize(320, 240);
+
+}  // namespace
 
 VisibleWindow::VisibleWindow(Session& session, Dialogs& dialogs, QWidget* parent)
     : QMainWindow(parent), session_(session), dialogs_(dialogs) {
@@ -23,7 +32,10 @@ VisibleWindow::VisibleWindow(Session& session, Dialogs& dialogs, QWidget* parent
   picture_ = new PicbufWidget(buffer_, this);
   picture_->setObjectName(QStringLiteral("Picbuf1"));
   picture_->setCursor(Qt::ArrowCursor);
-  setCentralWidget(picture_);
+  auto* const scroll = new QScrollArea(this);
+  scroll->setFrameShape(QFrame::NoFrame);
+  scroll->setWidget(picture_);
+  setCentralWidget(scroll);
   MakeMenus();
   AddLanguageBox(*this, [this] { SetWindowLanguage(); });
   SetWindowLanguage();
@@ -47,6 +59,7 @@ QAction* VisibleWindow::AddEntry(QMenu* menu, const char* name, int textId, cons
   QAction* const action = menu->addAction(QString());
   action->setObjectName(QString::fromLatin1(name));
   connect(action, &QAction::triggered, this, std::move(run));
+  connect(action, &QAction::triggered, this, &VisibleWindow::Told);
   entries_.push_back({action, textId, defaultText, suffix});
   return action;
 }
@@ -58,12 +71,11 @@ void VisibleWindow::MakeMenus() {
   AddEntry(file, "mnuSaveJPG", 228, "Save JPEG", "",
            [this] { SaveVisible(QStringLiteral("JPG"), buffer_, session_, dialogs_); });
   QMenu* const composite = AddMenu(file, "mnuSaveComp", 226, "Save Composite");
-  composite
-      ->addAction(QStringLiteral("&BMP"), this, [this] { SaveCompositeBmp(session_, dialogs_); })
-      ->setObjectName(QStringLiteral("mnuSaveCompBMP"));
-  composite
-      ->addAction(QStringLiteral("&JPEG"), this, [this] { SaveCompositeJpeg(session_, dialogs_); })
-      ->setObjectName(QStringLiteral("mnuSaveCompJPG"));
+  // These have no words: they read the same in every language.
+  AddEntry(composite, "mnuSaveCompBMP", 0, "BMP", "",
+           [this] { SaveCompositeBmp(session_, dialogs_); });
+  AddEntry(composite, "mnuSaveCompJPG", 0, "JPEG", "",
+           [this] { SaveCompositeJpeg(session_, dialogs_); });
   file->addSeparator();
   AddEntry(file, "mnuClose", 114, "Close", "", [this] {
     close();
@@ -100,15 +112,28 @@ void VisibleWindow::SetWindowLanguage() {
 void VisibleWindow::Zoom(int factor) {
   zoomActions_[0]->setChecked(factor == 1);
   zoomActions_[1]->setChecked(factor == 2);
-  buffer_.ZoomDenominator = 1.0;
-  buffer_.ZoomNumerator = factor;
-  picture_->setFixedSize(buffer_.BufWidth() * factor, buffer_.BufHeight() * factor);
-  // The window wraps the picture; the layout has to know its new size first.
-  layout()->activate();
-  setFixedSize(sizeHint());
+  // The buffer is as large as the picture at twice its size.
+  const QSize shown = kPictureSize * factor;
+  buffer_.ZoomNumerator = shown.width();
+  buffer_.ZoomDenominator = std::max(1, buffer_.BufWidth());
+  picture_->setFixedSize(shown);
+  // The window wraps the picture as far as the screen allows; beyond that the picture scrolls.
   const QRect desktop = screen()->availableGeometry();
+  const QSize frame = frameGeometry().size() - size();
+  const int menu = menuBar()->sizeHint().height();
+  const QSize room = desktop.size() - frame - QSize(0, menu);
+  QSize area = shown;
+  const int bar = style()->pixelMetric(QStyle::PM_ScrollBarExtent);
+  if (area.height() > room.height()) {
+    area = {area.width() + bar, room.height()};
+  }
+  if (area.width() > room.width()) {
+    area = {room.width(), std::min(area.height() + bar, room.height())};
+  }
+  setFixedSize(area + QSize(0, menu));
   if (frameGeometry().right() > desktop.right() || frameGeometry().bottom() > desktop.bottom()) {
-    move(desktop.center() - QPoint(width() / 2, height() / 2));
+    const QSize whole = frameGeometry().size();
+    move(desktop.center() - QPoint(whole.width() / 2, whole.height() / 2));
   }
   picture_->update();
 }

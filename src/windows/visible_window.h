@@ -21,6 +21,10 @@ class VisibleWindow : public QMainWindow {
 
   void SetWindowLanguage();
 
+ Q_SIGNALS:
+  /// A command left a notice in the records.
+  void Told();
+
  protected:
   void showEvent(QShowEvent* event) override;
   void closeEvent(QCloseEvent* event) override;
