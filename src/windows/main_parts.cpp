@@ -14,12 +14,16 @@
 #include "view/palettes.h"
 #include "widgets/eliding_label.h"
 #include "widgets/palette_swatch.h"
+#include "widgets/plain_text.h"
 #include "windows/main_window.h"
 
 namespace tessa {
 namespace {
 
 constexpr int kToolIconSize = 24;
+/// Longer names and folders lose their middle in the list of recent images.
+constexpr int kMostNameCharacters = 48;
+constexpr int kMostFolderCharacters = 56;
 
 }  // namespace
 
@@ -69,9 +73,12 @@ void MainWindow::FillRecentMenu() {
   int number = 0;
   for (const QString& path : user_.RecentFiles()) {
     const QFileInfo file(path);
-    const QString name = file.fileName().replace(QLatin1Char('&'), QLatin1String("&&"));
-    QAction* const entry = recentMenu_->addAction(
-        QStringLiteral("&%1  %2    %3").arg(++number % 10).arg(name, file.absolutePath()));
+    // In one call: a name may hold what looks like a place for the next argument.
+    QAction* const entry =
+        recentMenu_->addAction(QStringLiteral("&%1  %2    %3")
+                                   .arg(QString::number(++number % 10),
+                                        PlainMenuText(file.fileName(), kMostNameCharacters),
+                                        PlainMenuText(file.absolutePath(), kMostFolderCharacters)));
     entry->setData(path);
     connect(entry, &QAction::triggered, this, [this, path] { OpenFile(path); });
   }
@@ -121,7 +128,7 @@ void MainWindow::MakeToolPanel() {
 QWidget* MainWindow::MakeDisplayPanel() {
   auto* const panel = new QWidget(this);
   panel->setObjectName(QStringLiteral("SSPanel5"));
-  paletteLabel_ = new QLabel(panel);
+  paletteLabel_ = new PlainLabel(panel);
   paletteList_ = new QComboBox(panel);
   paletteList_->setObjectName(QStringLiteral("Combo1"));
   paletteList_->setIconSize(kSwatchSize);
@@ -153,16 +160,15 @@ void MainWindow::MakeStatusBar() {
   bar->setContentsMargins(6, 0, 0, 0);
   for (std::size_t i = 1; i <= ViewState::kStatusPanels; ++i) {
     // A long path gives up its middle, never the file's name.
-    QLabel* const panel =
-        i == ViewState::kStatusPanels ? new ElidingLabel(Qt::ElideMiddle, bar) : new QLabel(bar);
+    QLabel* const panel = i == ViewState::kStatusPanels ? new ElidingLabel(Qt::ElideMiddle, bar)
+                                                        : new PlainLabel(bar);
     panel->setObjectName(QStringLiteral("StatusBar1Panel%1").arg(i));
-    panel->setTextFormat(Qt::PlainText);
     statusPanels_[i] = panel;
     bar->addWidget(panel, i == ViewState::kStatusPanels ? 1 : 0);
   }
   statusPanels_[ViewState::kStatusPanels]->setSizePolicy(QSizePolicy::Ignored,
                                                          QSizePolicy::Preferred);
-  loadingText_ = new QLabel(bar);
+  loadingText_ = new PlainLabel(bar);
   loadingText_->setObjectName(QStringLiteral("Panel3D15"));
   loadProgress_ = new QProgressBar(bar);
   loadProgress_->setObjectName(QStringLiteral("SSPanel12"));

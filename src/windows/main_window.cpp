@@ -26,6 +26,7 @@
 #include "widgets/language_box.h"
 #include "widgets/mnemonics.h"
 #include "widgets/palette_swatch.h"
+#include "widgets/plain_text.h"
 #include "windows/about_dialog.h"
 #include "windows/ask_dialogs.h"
 #include "windows/preferences_dialog.h"
@@ -56,7 +57,7 @@ MainWindow::MainWindow(Session& session, UserSettings& user) : session_(session)
   setWindowIcon(ApplicationIcon());
   setAcceptDrops(true);
   progress_ = std::make_unique<WindowProgress>(*this);
-  dialogs_ = std::make_unique<WindowDialogs>(this);
+  dialogs_ = std::make_unique<WindowDialogs>(this, session_.Words);
   view_ = new ViewPictWidget(session_, *progress_, this);
   setCentralWidget(view_);
   session_.View.Title = session_.Words.LangString(189, "Corvane T-40 Viewer");
@@ -167,12 +168,12 @@ void MainWindow::ShowIcons() {
 
 void MainWindow::ShowStatusPanels() {
   for (std::size_t i = 1; i <= ViewState::kStatusPanels; ++i) {
-    const QString& text = session_.View.StatusPanel[i];
+    const QString text = OneLine(session_.View.StatusPanel[i]);
     if (statusPanels_[i]->text() != text) {
       statusPanels_[i]->setText(text);
     }
   }
-  statusPanels_[ViewState::kStatusPanels]->setToolTip(session_.Image.CurrentFilePath);
+  statusPanels_[ViewState::kStatusPanels]->setToolTip(PlainToolTip(session_.Image.CurrentFilePath));
 }
 
 void MainWindow::ShowPaletteList() {
@@ -234,7 +235,7 @@ void MainWindow::EnableActions() {
 
 void MainWindow::BringIntoLine() {
   const ViewState& view = session_.View;
-  setWindowTitle(view.Title);
+  setWindowTitle(PlainTitle(view.Title));
   setWindowFilePath(session_.Image.CurrentFilePath);
   ShowStatusPanels();
   ShowPaletteList();
@@ -242,7 +243,7 @@ void MainWindow::BringIntoLine() {
   ShowTrend();
   EnableActions();
   openButton_->setToolTip(view.LoadButtonTip);
-  loadingText_->setText(view.LoadingText);
+  loadingText_->setText(OneLine(view.LoadingText));
   loadingText_->setVisible(view.LoadingTextVisible);
   loadProgress_->setValue(static_cast<int>(view.LoadProgress));
   loadProgress_->setVisible(view.LoadProgressVisible);

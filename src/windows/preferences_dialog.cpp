@@ -19,6 +19,7 @@
 #include "view/switch_units.h"
 #include "widgets/mnemonics.h"
 #include "widgets/palette_swatch.h"
+#include "widgets/plain_text.h"
 
 namespace tessa {
 namespace {
@@ -63,7 +64,7 @@ PreferencesDialog::PreferencesDialog(Session& session, UserSettings& user, QWidg
 }
 
 QLabel* PreferencesDialog::AddCaption(QGridLayout& layout, int row) {
-  auto* const caption = new QLabel(this);
+  auto* const caption = new PlainLabel(this);
   layout.addWidget(caption, row, 0);
   return caption;
 }
@@ -232,7 +233,7 @@ void PreferencesDialog::ShowFolder(const QString& path, Folder& folder) {
   folder.Panel->setText(folder.Path.isEmpty() ? QString()
                                               : QStringLiteral("  ") + folder.Path.toUpper());
   folder.Panel->setCursorPosition(0);
-  folder.Panel->setToolTip(folder.Path);
+  folder.Panel->setToolTip(PlainToolTip(folder.Path));
 }
 
 void PreferencesDialog::ShowLanguage(int language) {

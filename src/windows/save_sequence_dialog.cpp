@@ -11,6 +11,7 @@
 #include <QVBoxLayout>
 
 #include "sequence/convert_frames.h"
+#include "widgets/plain_text.h"
 
 namespace tessa {
 namespace {
@@ -60,7 +61,7 @@ void SaveSequenceDialog::MakeControls() {
   selectNone_ = button("SSCommand3", words.LangString(217, "Reset All"));
   convert_ = button("SSCommand9", words.LangString(119, "Convert"));
   close_ = button("SSCommand1", words.LangString(114, "Close"));
-  status_ = new QLabel(this);
+  status_ = new PlainLabel(this);
   status_->setObjectName(QStringLiteral("Label1"));
   connect(prefix_, &QLineEdit::returnPressed, this, &SaveSequenceDialog::FillNames);
   connect(toBmp_, &QRadioButton::clicked, this, &SaveSequenceDialog::OptionChosen);
@@ -73,7 +74,8 @@ void SaveSequenceDialog::MakeControls() {
 }
 
 void SaveSequenceDialog::Arrange() {
-  auto* const label = new QLabel(session_.Words.LangString(411, "New Sequence Name Prefix"), this);
+  auto* const label =
+      new PlainLabel(session_.Words.LangString(411, "New Sequence Name Prefix"), this);
   label->setBuddy(prefix_);
   auto* const formats = new QHBoxLayout;
   formats->addWidget(toBmp_);

@@ -18,6 +18,7 @@
 #include "widgets/icons.h"
 #include "widgets/language_box.h"
 #include "widgets/picbuf_widget.h"
+#include "widgets/plain_text.h"
 #include "windows/range_panel.h"
 
 namespace tessa {
@@ -80,11 +81,11 @@ QWidget* ViewPictWidget::MakeCanvas() {
 QWidget* ViewPictWidget::MakeBlankPanel() {
   auto* const panel = new QWidget(canvas_);
   panel->setObjectName(QStringLiteral("SSPanel9"));
-  auto* const emblem = new QLabel(panel);
+  auto* const emblem = new PlainLabel(panel);
   constexpr int kEmblemSize = 96;
   emblem->setPixmap(ApplicationIcon().pixmap(QSize(kEmblemSize, kEmblemSize)));
   emblem->setAlignment(Qt::AlignCenter);
-  blankText_ = new QLabel(panel);
+  blankText_ = new PlainLabel(panel);
   blankText_->setAlignment(Qt::AlignCenter);
   blankOpen_ = new QPushButton(panel);
   blankOpen_->setObjectName(QStringLiteral("BlankOpenButton"));
@@ -115,9 +116,9 @@ QWidget* ViewPictWidget::MakeBottomPanel() {
   bottomPanel_->setObjectName(QStringLiteral("SSPanel1"));
   comment_ = new ElidingLabel(Qt::ElideRight, bottomPanel_);
   comment_->setObjectName(QStringLiteral("ssComment"));
-  memo_ = new QLabel(bottomPanel_);
+  memo_ = new PlainLabel(bottomPanel_);
   memo_->setObjectName(QStringLiteral("ssMemo"));
-  taken_ = new QLabel(bottomPanel_);
+  taken_ = new PlainLabel(bottomPanel_);
   taken_->setObjectName(QStringLiteral("Taken"));
 
   zoomOut_ = MakeStepButton(QStringLiteral("zoom_out"), -1);
@@ -128,7 +129,7 @@ QWidget* ViewPictWidget::MakeBottomPanel() {
   zoom_->setPageStep(1);
   zoom_->installEventFilter(this);
   connect(zoom_, &QSlider::valueChanged, this, &ViewPictWidget::SetZoom);
-  zoomText_ = new QLabel(bottomPanel_);
+  zoomText_ = new PlainLabel(bottomPanel_);
   zoomText_->setObjectName(QStringLiteral("SSPanel26"));
   zoomText_->setMinimumWidth(
       zoomText_->fontMetrics().horizontalAdvance(QStringLiteral("Zoom: 88")));
@@ -170,7 +171,7 @@ constexpr std::array<FrameButton, 5> kFrameButtons = {
 QWidget* ViewPictWidget::MakeFrameRow() {
   frameRow_ = new QWidget(this);
   frameRow_->setObjectName(QStringLiteral("Frame1"));
-  frameText_ = new QLabel(frameRow_);
+  frameText_ = new PlainLabel(frameRow_);
   frameText_->setObjectName(QStringLiteral("Label7"));
   frameText_->setAlignment(Qt::AlignCenter);
   frameText_->setMinimumWidth(
@@ -279,10 +280,10 @@ void ViewPictWidget::BringIntoLine() {
   picture_->setVisible(view.PictureVisible);
   ShowFrameRow();
   range_->BringIntoLine();
-  const QString comment = view.Comment.simplified();
+  const QString comment = OneLine(view.Comment.simplified());
   comment_->setText(comment);
-  comment_->setToolTip(comment);
-  memo_->setText(view.Memo.simplified());
+  comment_->setToolTip(PlainToolTip(comment));
+  memo_->setText(OneLine(view.Memo.simplified()));
   taken_->setText((image.ImageDate + QStringLiteral("  ") + image.ImageTime).trimmed());
 
   const QSignalBlocker blocker(zoom_);
@@ -427,7 +428,8 @@ void ViewPictWidget::PointerMoved(QPoint position) {
                      session_.Words, session_.Cursor, session_.View)) {
     return;
   }
-  QToolTip::showText(picture_->mapToGlobal(position), session_.View.PictureTip, picture_);
+  QToolTip::showText(picture_->mapToGlobal(position), PlainToolTip(session_.View.PictureTip),
+                     picture_);
   Q_EMIT ReadoutChanged();
 }
 
