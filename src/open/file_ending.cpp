@@ -25,6 +25,13 @@ Ending EndingOf(const QString& upperCasedPath) {
       return known.Value;
     }
   }
+  // The long forms of two endings, as desktops give them.
+  if (upperCasedPath.endsWith(QLatin1String(".TIFF"))) {
+    return Ending::kTif;
+  }
+  if (upperCasedPath.endsWith(QLatin1String(".JPEG"))) {
+    return Ending::kJpg;
+  }
   return Ending::kOther;
 }
 
