@@ -3,7 +3,7 @@
 # What building and running the program takes.
 run_packages=(
   g++ cmake ninja-build ccache
-  qt6-base-dev qt6-svg-dev qt6-image-formats-plugins libcli11-dev
+  qt6-base-dev qt6-svg-dev qt6-image-formats-plugins qt6-translations-l10n libcli11-dev
   fonts-dejavu-core
 )
 # What the tests take on top of that.
