@@ -2,7 +2,10 @@
 #include <QFile>
 #include <QLocale>
 #include <QTimer>
+#include <iostream>
+#include <string_view>
 
+#include "core/program_version.h"
 #include "core/user_settings.h"
 #include "core/viewer_ini.h"
 #include "open/command_line.h"
@@ -30,9 +33,32 @@ void StartSession(tessa::Session& session, const tessa::UserSettings& user) {
   session.PendingCommandFile = tessa::PendingFileFromArguments(QApplication::arguments().mid(1));
 }
 
+/// Answers that need neither a display nor a session.
+bool AnswersAtOnce(int argc, char** argv) {
+  const std::string_view first = argc > 1 ? argv[1] : "";
+  if (first == "--version") {
+    std::cout << "tessaview " << tessa::ProgramVersion().toStdString() << '\n';
+    return true;
+  }
+  if (first == "--help" || first == "-h") {
+    std::cout << "Usage: tessaview [FILE]\n"
+                 "Shows infrared images and sequences: SIT, TMP, RTI, TXI, BMP, TIFF, JPEG, BIN.\n"
+                 "\n"
+                 "  -h, --help     print this and exit\n"
+                 "      --version  print the version and exit\n"
+                 "\n"
+                 "A file whose name is one of these is opened as ./NAME.\n";
+    return true;
+  }
+  return false;
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
+  if (AnswersAtOnce(argc, argv)) {
+    return 0;
+  }
   QApplication application(argc, argv);
   QApplication::setApplicationName(QStringLiteral("tessaview"));
   QApplication::setDesktopFileName(QStringLiteral("tessaview"));
