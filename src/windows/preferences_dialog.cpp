@@ -265,6 +265,9 @@ void PreferencesDialog::TakeOver() {
   settings.DefaultPalette = std::max(palettes_->currentIndex(), 0);
   settings.DefaultUnits = fahrenheit_->isChecked() ? 'F' : 'C';
 
+  if (image.CurrentFile.isEmpty()) {
+    ReadPalettes(session_);  // As at the start: what was reversed stands as in the file again.
+  }
   SelectPalette(palettes_->currentIndex(), image, view, session_.Palettes, session_.Buffers);
   if (settings.DefaultUnits == 'F') {
     SwitchToFahrenheit(image, view, session_.Range, session_.Words);
