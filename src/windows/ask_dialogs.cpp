@@ -33,7 +33,7 @@ std::unique_ptr<QMessageBox> PlainMessageBox(QWidget* parent, const QString& tex
   auto box = std::make_unique<QMessageBox>(parent);
   box->setTextFormat(Qt::PlainText);  // Before the text, which would be laid out otherwise.
   box->setWindowTitle(parent == nullptr ? QString() : parent->windowTitle());
-  box->setText(text);
+  box->setText(QString(text).replace(QLatin1String("\r\n"), QLatin1String("\n")));
   box->setStandardButtons(buttons);
   struct Caption {
     QMessageBox::StandardButton Button;

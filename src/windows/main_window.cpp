@@ -12,6 +12,7 @@
 #include <QMimeData>
 #include <QProgressBar>
 #include <QRadioButton>
+#include <QScreen>
 #include <QStatusBar>
 #include <QToolBar>
 #include <QToolButton>
@@ -29,6 +30,7 @@
 #include "widgets/plain_text.h"
 #include "windows/about_dialog.h"
 #include "windows/ask_dialogs.h"
+#include "windows/display_colors.h"
 #include "windows/preferences_dialog.h"
 #include "windows/save_sequence_dialog.h"
 #include "windows/view_pict.h"
@@ -42,7 +44,10 @@ constexpr int kTwipsPerPixel = 15;
 constexpr int kSmallestWidth = 10050 / kTwipsPerPixel;
 constexpr int kSmallestHeight = 8580 / kTwipsPerPixel;
 constexpr int kResizeRestMilliseconds = 250;
+constexpr int kMessageMilliseconds = 8000;
 const QSize kFirstSize(1080, 720);
+/// What a window manager's frame takes, before it is known.
+const QSize kUsualFrame(16, 48);
 
 /// The first local file of what is dragged; empty for none.
 QString DroppedFile(const QMimeData& data) {
@@ -70,25 +75,33 @@ MainWindow::MainWindow(Session& session, UserSettings& user) : session_(session)
   connect(view_, &ViewPictWidget::ReadoutChanged, this, &MainWindow::ShowStatusPanels);
   connect(view_, &ViewPictWidget::RangeChanged, this, &MainWindow::BringIntoLine);
   connect(view_, &ViewPictWidget::FrameCommand, this,
-          [this](const char* command) { Action(command)->trigger(); });
-  connect(view_, &ViewPictWidget::OpenRequested, openButton_, &QToolButton::click);
+          [this](CommandId command) { Action(command)->trigger(); });
+  connect(view_, &ViewPictWidget::OpenRequested, Action(CommandId::kLoadAllImages),
+          &QAction::trigger);
   openTimer_.setSingleShot(true);
   connect(&openTimer_, &QTimer::timeout, this, &MainWindow::OpenPendingFile);
   resizeTimer_.setSingleShot(true);
   resizeTimer_.setInterval(kResizeRestMilliseconds);
   connect(&resizeTimer_, &QTimer::timeout, this, &MainWindow::KeepSmallestSize);
   SetWindowLanguage();
-  resize(kFirstSize);
+  resize(kFirstSize.boundedTo(RoomOnScreen()));
   restoreGeometry(user_.WindowPlace());
 }
 
 MainWindow::~MainWindow() = default;
 
 void MainWindow::MakeActions() {
-  commands_ = MakeCommands();
+  AddFileCommands();
+  AddSaveCommands();
+  AddCopyCommands();
+  AddViewCommands();
+  AddToolCommands();
+  AddFrameCommands();
+  AddWaitingCommands();
   for (const Command& command : commands_) {
     auto* const action = new QAction(this);
-    action->setObjectName(QString::fromLatin1(command.Id));
+    action->setObjectName(QString::fromLatin1(NameOf(command.Id)));
+    actions_[static_cast<std::size_t>(command.Id)] = action;
     action->setShortcuts(command.Shortcuts);
     if (command.Run) {
       connect(action, &QAction::triggered, this, command.Run);
@@ -97,14 +110,16 @@ void MainWindow::MakeActions() {
   }
 }
 
-QAction* MainWindow::Action(const char* id) const {
-  return findChild<QAction*>(QString::fromLatin1(id), Qt::FindDirectChildrenOnly);
+QAction* MainWindow::Action(CommandId id) const {
+  return actions_[static_cast<std::size_t>(id)];
 }
 
-void MainWindow::SetWindowLanguage() {
-  const Strings& words = session_.Words;
-  ViewState& view = session_.View;
-  const OpenImage& image = session_.Image;
+std::function<QString()> MainWindow::Word(int id, const char* defaultText) const {
+  return [this, id, defaultText] { return session_.Words.LangString(id, defaultText); };
+}
+
+/// Captions of menus and commands, each with a letter of its own in its menu.
+void MainWindow::SetCaptions() {
   for (const Command& command : commands_) {
     QAction* const action = Action(command.Id);
     action->setText(command.Caption());
@@ -112,11 +127,19 @@ void MainWindow::SetWindowLanguage() {
   }
   for (QMenu* menu : findChildren<QMenu*>()) {
     if (menu->property("textId").isValid()) {
-      menu->setTitle(words.LangString(menu->property("textId").toInt(),
-                                      menu->property("defaultText").toString()));
+      menu->setTitle(session_.Words.LangString(menu->property("textId").toInt(),
+                                               menu->property("defaultText").toString()));
     }
   }
   AssignMnemonics(*menuBar());
+}
+
+void MainWindow::SetWindowLanguage() {
+  const Strings& words = session_.Words;
+  ViewState& view = session_.View;
+  const OpenImage& image = session_.Image;
+  qtWords_.SetLanguage(words.Language());
+  SetCaptions();
   toolPanel_->setWindowTitle(words.LangString(406, "Tools"));
   openButton_->setAccessibleName(words.LangString(179, "Load Image"));
   paletteLabel_->setText(words.LangString(204, "Palette"));
@@ -130,6 +153,7 @@ void MainWindow::SetWindowLanguage() {
   view.Title = words.LangString(189, "Corvane T-40 Viewer");
   if (!image.CurrentFile.isEmpty()) {
     view.Title += QStringLiteral(" - ") + image.CurrentFile;
+    view.FrameText = FrameText(image, words);
     if (!view.StatusPanel[4].isEmpty()) {
       ShowEmissivity(image, words, view);
     }
@@ -168,7 +192,10 @@ void MainWindow::ShowIcons() {
 
 void MainWindow::ShowStatusPanels() {
   for (std::size_t i = 1; i <= ViewState::kStatusPanels; ++i) {
-    const QString text = OneLine(session_.View.StatusPanel[i]);
+    // While an image loads, what was read of the former one is gone already.
+    const bool gone = session_.View.LoadProgressVisible && !session_.View.PictureVisible &&
+                      i != ViewState::kStatusPanels;
+    const QString text = gone ? QString() : OneLine(session_.View.StatusPanel[i]);
     if (statusPanels_[i]->text() != text) {
       statusPanels_[i]->setText(text);
     }
@@ -207,7 +234,7 @@ void MainWindow::ShowUnits() {
 
 void MainWindow::ShowTrend() {
   const bool whiteHot = session_.View.TrendSaysWhiteHot;
-  QAction* const trend = Action("btnTrend");
+  QAction* const trend = Action(CommandId::kTrend);
   const QString text = whiteHot ? session_.Words.LangString(278, "White Hot")
                                 : session_.Words.LangString(108, "Black Hot");
   if (trend->toolTip() != text || trend->icon().isNull()) {
@@ -223,8 +250,8 @@ void MainWindow::EnableActions() {
     Action(command.Id)->setEnabled(command.Run && (!command.Enabled || command.Enabled()));
   }
   const bool hasVisible = session_.View.VisibleImageEntries;
-  Action("btnViewVis")->setVisible(hasVisible);
-  for (const char* id : {"btnPlaysound", "btnEmbedSound"}) {
+  Action(CommandId::kVisibleWindowButton)->setVisible(hasVisible);
+  for (const CommandId id : {CommandId::kPlaySound, CommandId::kEmbedSound}) {
     Action(id)->setVisible(session_.View.SoundButtonsVisible);
   }
   viewMenu_->setEnabled(hasVisible);
@@ -268,8 +295,17 @@ void MainWindow::Activated() {
   BringIntoLine();
 }
 
+/// The largest size that the window can have with its whole frame on the screen.
+QSize MainWindow::RoomOnScreen() const {
+  const QSize frame = shown_ ? frameSize() - size() : kUsualFrame;
+  return screen()->availableSize() - frame;
+}
+
 void MainWindow::KeepSmallestSize() {
-  resize(std::max(width(), kSmallestWidth), std::max(height(), kSmallestHeight));
+  if (!isMaximized() && !isFullScreen()) {
+    const QSize smallest = QSize(kSmallestWidth, kSmallestHeight).boundedTo(RoomOnScreen());
+    resize(size().expandedTo(smallest));
+  }
 }
 
 void MainWindow::AskAndOpen(int filterIndex) {
@@ -280,7 +316,7 @@ void MainWindow::AskAndOpen(int filterIndex) {
   LoadDialog(filterIndex, session_, *dialogs_, *progress_);
   RememberOpened();
   BringIntoLine();
-  view_->FocusZoom();
+  view_->FocusPicture();
   view_->RefreshReadout();
 }
 
@@ -300,7 +336,7 @@ void MainWindow::OpenFile(const QString& path) {
   image.UiLocked = false;
   RememberOpened();
   BringIntoLine();
-  view_->FocusZoom();
+  view_->FocusPicture();
   view_->RefreshReadout();
 }
 
@@ -315,7 +351,25 @@ void MainWindow::RememberOpened() {
 void MainWindow::ChoosePalette(int position) {
   SelectPalette(position, session_.Image, session_.View, session_.Palettes, session_.Buffers);
   BringIntoLine();
-  openButton_->setFocus();
+  if (!paletteByKey_) {
+    openButton_->setFocus();
+  }
+}
+
+bool MainWindow::eventFilter(QObject* watched, QEvent* event) {
+  if (watched == paletteList_ && event->type() == QEvent::KeyPress) {
+    paletteByKey_ = true;
+  } else if (watched == paletteList_ &&
+             (event->type() == QEvent::MouseButtonPress || event->type() == QEvent::Wheel)) {
+    paletteByKey_ = false;
+  }
+  return QMainWindow::eventFilter(watched, event);
+}
+
+bool MainWindow::IsLoadingLargeFile() const {
+  constexpr qint64 kLarge = 4 << 20;
+  return session_.View.LoadProgressVisible && !session_.View.PictureVisible &&
+         QFileInfo(session_.Image.CurrentFilePath).size() > kLarge;
 }
 
 void MainWindow::ReverseSelectedPalette() {
@@ -394,7 +448,7 @@ void MainWindow::changeEvent(QEvent* event) {
   QMainWindow::changeEvent(event);
   if (event->type() == QEvent::PaletteChange && languageBox_ != nullptr) {
     ShowIcons();
-    Action("btnTrend")->setIcon(QIcon());
+    Action(CommandId::kTrend)->setIcon(QIcon());
     view_->ShowIcons();
     BringIntoLine();
   }
@@ -404,11 +458,23 @@ void MainWindow::showEvent(QShowEvent* event) {
   QMainWindow::showEvent(event);
   if (!shown_) {
     shown_ = true;
+    if (!DisplayIsUsable()) {
+      return;
+    }
     Activated();
     if (!session_.PendingCommandFile.isEmpty()) {
       openTimer_.start(0);
     }
   }
+}
+
+bool MainWindow::DisplayIsUsable() {
+  const QString refusal = TooFewColorsText(DisplayColors(screen()->depth(), 1), session_.Words);
+  if (!refusal.isEmpty()) {
+    PlainMessageBox(this, refusal, QMessageBox::Ok, session_.Words)->exec();
+    QTimer::singleShot(0, QCoreApplication::instance(), &QCoreApplication::quit);
+  }
+  return refusal.isEmpty();
 }
 
 void MainWindow::closeEvent(QCloseEvent* event) {
@@ -426,14 +492,16 @@ void MainWindow::resizeEvent(QResizeEvent* event) {
 void MainWindow::contextMenuEvent(QContextMenuEvent* event) {
   QMenu menu(this);
   menu.setObjectName(QStringLiteral("ContextMenu"));
-  for (const char* id : {"mnuReload", "mnuClose", "", "ZoomIn", "ZoomOut", "ZoomFit", "",
-                         "btnTrend", "", "mnusetup"}) {
-    if (*id == '\0') {
-      menu.addSeparator();
-    } else {
-      menu.addAction(Action(id));
-    }
-  }
+  menu.addAction(Action(CommandId::kReload));
+  menu.addAction(Action(CommandId::kClose));
+  menu.addSeparator();
+  menu.addAction(Action(CommandId::kZoomIn));
+  menu.addAction(Action(CommandId::kZoomOut));
+  menu.addAction(Action(CommandId::kZoomFit));
+  menu.addSeparator();
+  menu.addAction(Action(CommandId::kTrend));
+  menu.addSeparator();
+  menu.addAction(Action(CommandId::kPreferences));
   menu.exec(event->globalPos());
 }
 
@@ -445,9 +513,22 @@ void MainWindow::dragEnterEvent(QDragEnterEvent* event) {
 
 void MainWindow::dropEvent(QDropEvent* event) {
   const QString path = DroppedFile(*event->mimeData());
-  if (!path.isEmpty()) {
-    event->acceptProposedAction();
-    OpenFile(path);
+  if (path.isEmpty()) {
+    return;
+  }
+  event->acceptProposedAction();
+  const Strings& words = session_.Words;
+  if (QFileInfo(path).isDir()) {
+    statusBar()->showMessage(
+        words.LangString(451, "Only image files can be dropped here, not folders"),
+        kMessageMilliseconds);
+    return;
+  }
+  OpenFile(path);
+  if (event->mimeData()->urls().size() > 1) {
+    statusBar()->showMessage(
+        words.LangString(452, "Only the first of the dropped files was opened"),
+        kMessageMilliseconds);
   }
 }
 

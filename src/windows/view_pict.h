@@ -4,6 +4,7 @@
 
 #include "core/progress.h"
 #include "open/session.h"
+#include "windows/command.h"
 
 class QLabel;
 class QPushButton;
@@ -32,10 +33,13 @@ class ViewPictWidget : public QWidget {
   /// Sets the level and shows the remembered centre in the middle.
   void SetZoom(int level);
   int ZoomLevel() const;
-  /// The largest level at which the whole picture is in view.
+  /// The largest level at which the whole picture is in view; where even the lowest is too large,
+  /// the scale that just fits, which then follows the size of the window.
   void ZoomToFit();
-  /// Keys go to the zoom control.
-  void FocusZoom();
+  /// Steps to another level; from a scale below the levels, up to the lowest of them.
+  void ZoomBy(int steps);
+  /// Keys go to the picture: arrows pan it.
+  void FocusPicture();
   /// Reads again what lies under a resting cursor.
   void RefreshReadout();
   PicbufWidget& Picture() { return *picture_; }
@@ -46,12 +50,13 @@ class ViewPictWidget : public QWidget {
   void OpenRequested();
   /// The range on show changed.
   void RangeChanged();
-  /// A button of the frame row was pressed; the name is that of its command.
-  void FrameCommand(const char* command);
+  /// A button of the frame row was pressed.
+  void FrameCommand(CommandId command);
 
  protected:
   void resizeEvent(QResizeEvent* event) override;
   void wheelEvent(QWheelEvent* event) override;
+  void keyPressEvent(QKeyEvent* event) override;
   bool eventFilter(QObject* watched, QEvent* event) override;
 
  private:
@@ -60,6 +65,8 @@ class ViewPictWidget : public QWidget {
   QWidget* MakeBottomPanel();
   QWidget* MakeFrameRow();
   void ShowFrameRow();
+  QString MemoText() const;
+  QString ZoomText() const;
   void ConnectPicture();
   void PlacePicture();
   void PlaceScrollBars(const QRect& area, int maxX, int maxY);
@@ -69,6 +76,7 @@ class ViewPictWidget : public QWidget {
   void ZoomAround(int level, QPoint position);
   void ScrollToCentre();
   void RememberPan();
+  void ColourScrollBars();
   QToolButton* MakeStepButton(const QString& icon, int step);
   void PanTo(int horizontal, int vertical);
 

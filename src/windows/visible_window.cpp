@@ -58,12 +58,11 @@ void VisibleWindow::MakeMenus() {
   AddEntry(file, "mnuSaveJPG", 228, "Save JPEG", "",
            [this] { SaveVisible(QStringLiteral("JPG"), buffer_, session_, dialogs_); });
   QMenu* const composite = AddMenu(file, "mnuSaveComp", 226, "Save Composite");
-  composite
-      ->addAction(QStringLiteral("&BMP"), this, [this] { SaveCompositeBmp(session_, dialogs_); })
-      ->setObjectName(QStringLiteral("mnuSaveCompBMP"));
-  composite
-      ->addAction(QStringLiteral("&JPEG"), this, [this] { SaveCompositeJpeg(session_, dialogs_); })
-      ->setObjectName(QStringLiteral("mnuSaveCompJPG"));
+  // These have no words: they read the same in every language.
+  AddEntry(composite, "mnuSaveCompBMP", 0, "BMP", "",
+           [this] { SaveCompositeBmp(session_, dialogs_); });
+  AddEntry(composite, "mnuSaveCompJPG", 0, "JPEG", "",
+           [this] { SaveCompositeJpeg(session_, dialogs_); });
   file->addSeparator();
   AddEntry(file, "mnuClose", 114, "Close", "", [this] {
     close();
