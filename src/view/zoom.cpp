@@ -39,6 +39,9 @@ void SetZoomLevel(int level, ZoomState& zoom, Picbuf& picture) {
 }
 
 void SetZoomToFit(int areaWidth, int areaHeight, ZoomState& zoom, Picbuf& picture) {
+  if (picture.BufWidth() == 0 || picture.BufHeight() == 0) {
+    return;
+  }
   for (int level = zoom.ZoomMax; level >= zoom.ZoomMin; --level) {
     SetZoomLevel(level, zoom, picture);
     const ViewPlacement placement = PlaceView(picture, areaWidth, areaHeight);

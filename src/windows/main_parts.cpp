@@ -81,6 +81,7 @@ void MainWindow::FillRecentMenu() {
                                    .arg(QString::number(++number % 10),
                                         PlainMenuText(file.fileName(), kMostNameCharacters),
                                         PlainMenuText(file.absolutePath(), kMostFolderCharacters)));
+    entry->setToolTip(PlainToolTip(path));  // It would be made of the text otherwise.
     entry->setData(path);
     connect(entry, &QAction::triggered, this, [this, path] { OpenFile(path); });
   }
@@ -161,6 +162,7 @@ void MainWindow::MakeStatusBar() {
   QStatusBar* const bar = statusBar();
   bar->setObjectName(QStringLiteral("StatusBar1"));
   bar->setContentsMargins(6, 0, 0, 0);
+  bar->setMinimumWidth(1);  // A small screen cuts it off rather than the window.
   for (std::size_t i = 1; i <= ViewState::kStatusPanels; ++i) {
     // A long path gives up its middle, never the file's name.
     QLabel* const panel = i == ViewState::kStatusPanels ? new ElidingLabel(Qt::ElideMiddle, bar)

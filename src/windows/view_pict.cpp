@@ -5,6 +5,7 @@
 #include <QKeyEvent>
 #include <QLabel>
 #include <QPushButton>
+#include <QScrollArea>
 #include <QScrollBar>
 #include <QSlider>
 #include <QToolButton>
@@ -48,11 +49,32 @@ ViewPictWidget::ViewPictWidget(Session& session, Progress& progress, QWidget* pa
   layout->setContentsMargins(0, 0, 0, 0);
   layout->setSpacing(0);
   layout->addLayout(left, 1);
-  layout->addWidget(range_);
+  layout->addWidget(MakeRangeFrame());
   ConnectPicture();
   AddLanguageBox(*this, [this] { SetWindowLanguage(); });
   SetWindowLanguage();
   ShowIcons();
+}
+
+/// On a screen too low for it, the range panel can be scrolled.
+QWidget* ViewPictWidget::MakeRangeFrame() {
+  auto* const frame = new QScrollArea(this);
+  frame->setFrameShape(QFrame::NoFrame);
+  frame->setWidgetResizable(true);
+  frame->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+  frame->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Preferred);
+  frame->setWidget(range_);
+  range_->installEventFilter(this);
+  rangeFrame_ = frame;
+  return frame;
+}
+
+/// As wide as the panel wants to be in the present language, and its scroll bar where there is one.
+void ViewPictWidget::FitRangeFrame() {
+  const bool scrolls = rangeFrame_->height() < range_->minimumSizeHint().height();
+  rangeFrame_->setFixedWidth(
+      std::max(range_->minimumSizeHint().width(), range_->sizeHint().width()) +
+      (scrolls ? rangeFrame_->verticalScrollBar()->sizeHint().width() : 0));
 }
 
 QWidget* ViewPictWidget::MakeCanvas() {
@@ -114,6 +136,7 @@ QToolButton* ViewPictWidget::MakeStepButton(const QString& icon, int step) {
 QWidget* ViewPictWidget::MakeBottomPanel() {
   bottomPanel_ = new QWidget(this);
   bottomPanel_->setObjectName(QStringLiteral("SSPanel1"));
+  bottomPanel_->setMinimumWidth(1);  // A small screen cuts it off rather than the window.
   comment_ = new ElidingLabel(Qt::ElideRight, bottomPanel_);
   comment_->setObjectName(QStringLiteral("ssComment"));
   memo_ = new PlainLabel(bottomPanel_);
@@ -229,6 +252,9 @@ void ViewPictWidget::SetWindowLanguage() {
 }
 
 bool ViewPictWidget::eventFilter(QObject* watched, QEvent* event) {
+  if (watched == range_ && event->type() == QEvent::LayoutRequest) {
+    FitRangeFrame();
+  }
   if (watched == zoom_ && event->type() == QEvent::MouseButtonDblClick) {
     ZoomToFit();
     return true;
@@ -279,6 +305,7 @@ void ViewPictWidget::BringIntoLine() {
   const ViewState& view = session_.View;
   const OpenImage& image = session_.Image;
   range_->setVisible(view.ScalePanelVisible);
+  rangeFrame_->setVisible(view.ScalePanelVisible);
   bottomPanel_->setVisible(view.BottomPanelVisible);
   // While an image loads there is neither a picture nor the invitation to open one.
   blankPanel_->setVisible(view.BlankPanelVisible && !view.LoadProgressVisible);
@@ -532,6 +559,7 @@ void ViewPictWidget::PictureClicked(Qt::MouseButton button, QPoint position) {
 
 void ViewPictWidget::resizeEvent(QResizeEvent* event) {
   QWidget::resizeEvent(event);
+  FitRangeFrame();
   PlacePicture();
 }
 

@@ -8,6 +8,7 @@
 
 class QLabel;
 class QPushButton;
+class QScrollArea;
 class QScrollBar;
 class QSlider;
 class QToolButton;
@@ -61,6 +62,8 @@ class ViewPictWidget : public QWidget {
 
  private:
   QWidget* MakeCanvas();
+  QWidget* MakeRangeFrame();
+  void FitRangeFrame();
   QWidget* MakeBlankPanel();
   QWidget* MakeBottomPanel();
   QWidget* MakeFrameRow();
@@ -86,6 +89,7 @@ class ViewPictWidget : public QWidget {
   QWidget* bottomPanel_ = nullptr;
   PicbufWidget* picture_ = nullptr;
   RangePanelWidget* range_ = nullptr;
+  QScrollArea* rangeFrame_ = nullptr;
   QScrollBar* horizontalScroll_ = nullptr;
   QScrollBar* verticalScroll_ = nullptr;
   QSlider* zoom_ = nullptr;
