@@ -293,8 +293,8 @@ TEST_F(MainWindowTest, FitShowsAllOfAHugePictureUntilTheNextStepWhichIsTheLowest
   EXPECT_GE(Picture().width(), canvas.width() - 1);
   EXPECT_LE(Picture().height(), canvas.height());
   Hover(Picture().width() - 1, Picture().height() - 1);
-  EXPECT_NEAR(session_.Cursor.LastX, 3000, 5);
-  EXPECT_NEAR(session_.Cursor.LastY, 2000, 5);
+  EXPECT_NEAR(session_.Cursor.LastX, 3000, 8);
+  EXPECT_NEAR(session_.Cursor.LastY, 2000, 8);
   EXPECT_TRUE(Find<QLabel>("SSPanel26").text().endsWith(QStringLiteral(" %")));
   window_->resize(900, 640);
   QCoreApplication::processEvents();
