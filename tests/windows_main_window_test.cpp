@@ -14,101 +14,27 @@
 #include <QPushButton>
 #include <QRadioButton>
 #include <QScrollBar>
+#include <QStatusBar>
 #include <QTest>
 #include <QTimer>
 #include <QToolButton>
 #include <QToolTip>
 #include <cmath>
-#include <functional>
-#include <map>
 
 #include "core/units.h"
-#include "formats/frame_array.h"
-#include "formats/sequence.h"
-#include "formats/sit.h"
-#include "test_files.h"
+#include "open/load_dialog.h"
+#include "test_main_window.h"
 #include "view/image_tools.h"
 #include "view/range_entry.h"
 #include "view/zoom.h"
-#include "widgets/picbuf_widget.h"
-#include "windows/main_window.h"
+#include "windows/display_colors.h"
 #include "windows/save_sequence_dialog.h"
-#include "windows/view_pict.h"
 
 namespace tessa::testing {
 namespace {
 
 constexpr int kLastColumn = kSitWidth - 1;
 constexpr int kLastRow = kSitHeight - 1;
-
-/// Column / 10 degrees plus the row in hundredths: every position has its own temperature.
-float DegreesAt(int column, int row) {
-  const auto count = static_cast<std::int16_t>(column * 20 + row);
-  return LinearCalibration{static_cast<float>(655.0 / 65536.0), -5.0F}.Degrees(count);
-}
-
-Bytes EncodedScene() {
-  SitFields fields;
-  fields.Offset = -5.0;
-  fields.Gain = 655.0 / 65536.0;
-  fields.ScaleCenter = 25.0;
-  fields.ScaleStep = 7.5;  // -5 to 55
-  for (int row = 0; row < kSitHeight; ++row) {
-    for (int column = 0; column < kSitWidth; ++column) {
-      fields.Counts.push_back(static_cast<std::int16_t>(column * 20 + row));
-    }
-  }
-  return EncodeSit(fields);
-}
-
-class MainWindowTest : public ::testing::Test {
- protected:
-  MainWindowTest()
-      : session_(BuiltProgramFolder()), user_(folder_.Path(QStringLiteral("settings.ini"))) {
-    session_.Settings.DefaultKind = KindSit;
-    session_.Settings.DefaultUnits = 'C';
-    session_.Settings.DefaultPalette = 10;
-    PrepareSession(session_);
-    ApplySettings(session_);
-    window_ = std::make_unique<MainWindow>(session_, user_);
-    window_->show();
-    EXPECT_TRUE(QTest::qWaitForWindowExposed(window_.get()));
-    scene_ = folder_.Write(QStringLiteral("Scene.sit"), EncodedScene());
-  }
-
-  template <typename Widget>
-  Widget& Find(const char* name) {
-    auto* const found = window_->findChild<Widget*>(QString::fromLatin1(name));
-    EXPECT_NE(found, nullptr) << name;
-    return *found;
-  }
-  QString Panel(int number) {
-    return Find<QLabel>(("StatusBar1Panel" + std::to_string(number)).c_str()).text();
-  }
-  PicbufWidget& Picture() { return window_->View().Picture(); }
-  void Hover(int x, int y) {
-    const QPointF at(x, y);
-    QMouseEvent move(QEvent::MouseMove, at, Picture().mapToGlobal(at), Qt::NoButton, Qt::NoButton,
-                     Qt::NoModifier);
-    QApplication::sendEvent(&Picture(), &move);
-  }
-  QRgb ShownAt(int x, int y) { return Picture().grab(QRect(x, y, 1, 1)).toImage().pixel(0, 0); }
-  QRgb ColourOf(int column, int row) {
-    const std::uint8_t index =
-        session_.Buffers.Picbuf1
-            .Pixels()[static_cast<std::size_t>(row) * kSitWidth + static_cast<std::size_t>(column)];
-    const Colour colour = session_.Palettes.CurrentPalette[index];
-    return qRgb(RedOf(colour), GreenOf(colour), BlueOf(colour));
-  }
-  void Trigger(const char* action) { Find<QAction>(action).trigger(); }
-
-  TestFolder folder_;
-  Session session_;
-  UserSettings user_;
-  Progress quiet_;
-  std::unique_ptr<MainWindow> window_;
-  QString scene_;
-};
 
 TEST_F(MainWindowTest, StartsEmptyAndOffersToOpenAnImage) {
   EXPECT_EQ(window_->windowTitle(), QStringLiteral("Corvane T-40 Viewer"));
@@ -269,97 +195,6 @@ TEST_F(MainWindowTest, ClosingEmptiesTheWindow) {
   EXPECT_TRUE(session_.Image.CurrentFile.isEmpty());
 }
 
-/// Answers every question for a file with one path and remembers what was asked.
-class ScriptedDialogs : public Dialogs {
- public:
-  explicit ScriptedDialogs(QString answer) : answer_(std::move(answer)) {}
-  std::optional<QString> AskOpenFile(const OpenFileQuestion& question) override {
-    AskedFilter = question.FilterIndex;
-    return answer_;
-  }
-  std::optional<QString> AskSaveFile(const SaveFileQuestion& question) override {
-    AskedSave = QFileInfo(question.Suggestion).fileName();
-    return std::nullopt;
-  }
-  Answer AskYesNoCancel(const QString& /*text*/) override { return Answer::kNo; }
-  std::optional<QString> AskText(const QString& /*prompt*/) override { return Text; }
-  QString Text = QStringLiteral("7");
-  int AskedFilter = 0;
-  QString AskedSave;
-
- private:
-  QString answer_;
-};
-
-TEST_F(MainWindowTest, EveryCommandOfTheTableDoesItsWork) {
-  auto owned = std::make_unique<ScriptedDialogs>(scene_);
-  ScriptedDialogs& dialogs = *owned;
-  window_->SetDialogs(std::move(owned));
-  // Closes the modal window that the command opens, and tells which one it was.
-  QString modal;
-  const auto closeModal = [&] {
-    QTimer::singleShot(0, [&] {
-      if (QWidget* const open = QApplication::activeModalWidget()) {
-        modal = open->objectName();
-        open->close();
-      }
-    });
-  };
-  const ZoomState& zoom = session_.View.Zoom;
-  std::map<std::string, std::function<bool()>> effects = {
-      {"mnuReload", [&] { return session_.Cursor.LastX == -1; }},
-      {"mnuClose", [&] { return session_.Image.CurrentFile.isEmpty(); }},
-      {"mnusetup", [&] { return modal == QStringLiteral("CaptureSetup"); }},
-      {"SSCommand1", [&] { return modal == QStringLiteral("CaptureSetup"); }},
-      {"ToolRotation", [&] { return session_.View.RotationCaption == QStringLiteral("7"); }},
-      {"ToolEdge", [&] { return session_.View.EdgeCaption == QStringLiteral("7"); }},
-      {"mnubout", [&] { return modal == QStringLiteral("About"); }},
-      {"mnuExit", [&] { return !window_->isVisible(); }},
-      {"mnuSave", [&] { return dialogs.AskedSave == QStringLiteral("Scene.BMP"); }},
-      {"btnSaveBMP", [&] { return dialogs.AskedSave == QStringLiteral("Scene.BMP"); }},
-      {"mnuSaveJPG", [&] { return dialogs.AskedSave == QStringLiteral("Scene.JPG"); }},
-      {"mnuSaveTXI", [&] { return dialogs.AskedSave.isEmpty(); }},  // Not for SIT images.
-      {"mnucopyclip", [&] { return QApplication::clipboard()->image().width() == kSitWidth; }},
-      {"mnucopyclip2", [&] { return QApplication::clipboard()->image().width() < 80; }},
-      {"mnucopyclip3", [&] { return QApplication::clipboard()->image().width() > kSitWidth; }},
-      {"btnTrend", [&] { return session_.View.TrendSaysWhiteHot; }},
-      {"ZoomIn", [&] { return zoom.ZoomLevel == 3; }},
-      {"ZoomOut", [&] { return zoom.ZoomLevel == 1; }},
-      {"ZoomFit", [&] { return zoom.ZoomLevel == 2; }},
-  };
-  int filter = 0;
-  for (const char* id : {"mnuLoadBmp", "mnuLoadTIFF", "mnuLoadJPEG", "mnuLoadIMG", "mnuLoadTxi",
-                         "mnuLoadTMP", "mnuLoadRTI", "mnuLoadSEQ"}) {
-    effects[id] = [&, wanted = ++filter] { return dialogs.AskedFilter == wanted; };
-  }
-  for (const MainWindow::Command& command : window_->Commands()) {
-    const auto* const action = window_->findChild<QAction*>(QString::fromLatin1(command.Id));
-    ASSERT_NE(action, nullptr) << command.Id;
-    EXPECT_FALSE(action->text().isEmpty()) << command.Id;
-    if (!command.Run) {
-      EXPECT_FALSE(action->isEnabled()) << command.Id << " is a dead click";
-      continue;
-    }
-    window_->OpenFile(scene_);
-    Hover(5, 5);
-    if (!action->isEnabled()) {  // What needs a visible-light picture has a test of its own.
-      EXPECT_FALSE(effects.contains(command.Id)) << command.Id;
-      continue;
-    }
-    ASSERT_TRUE(effects.contains(command.Id)) << command.Id << " has no check here";
-    dialogs.AskedSave.clear();
-    QApplication::clipboard()->clear();
-    const std::string_view id = command.Id;
-    if (id == "mnusetup" || id == "SSCommand1" || id == "mnubout") {
-      closeModal();
-    }
-    modal.clear();
-    Trigger(command.Id);
-    EXPECT_TRUE(effects.at(command.Id)()) << command.Id;
-    window_->show();
-  }
-}
-
 TEST_F(MainWindowTest, EnteredToolNumbersStayInTheirRanges) {
   ScriptedDialogs dialogs{QString()};
   for (const char* answer : {"400", "-361", "text", "359.6"}) {
@@ -410,18 +245,7 @@ TEST_F(MainWindowTest, TypedTextStaysWhileOneLooksAroundAndGoesWithTheNextLoad) 
 }
 
 TEST_F(MainWindowTest, ASequenceIsSteppedByButtonsKeysAndTheDialogConvertsIt) {
-  SnapshotFields fields;
-  fields.Header.Version = 1.0F;
-  fields.Header.Frames = 3;
-  fields.Header.Width = 8;
-  fields.Header.Height = 8;
-  fields.Header.ScaleMax = 50.0F;
-  for (int frame = 1; frame <= 3; ++frame) {
-    std::vector<std::int16_t> tenths(64, static_cast<std::int16_t>(2732 + 100 * frame));
-    tenths[0] = 2732;
-    fields.Frames.push_back(EncodeFrameArray(8, 8, tenths));
-  }
-  window_->OpenFile(folder_.Write(QStringLiteral("steps.rti"), EncodeSnapshot(fields)));
+  window_->OpenFile(folder_.Write(QStringLiteral("steps.rti"), ThreeFrames()));
   EXPECT_TRUE(Find<QWidget>("Frame1").isVisible());
   auto& text = Find<QLabel>("Label7");
   EXPECT_EQ(text.text(), QStringLiteral("1 of 3"));
@@ -472,6 +296,131 @@ TEST_F(MainWindowTest, ASequenceIsSteppedByButtonsKeysAndTheDialogConvertsIt) {
   EXPECT_FALSE(Find<QWidget>("Frame1").isVisible());
 }
 
+TEST_F(MainWindowTest, FitShowsAllOfAHugePictureUntilTheNextStepWhichIsTheLowestLevel) {
+  QImage huge(3000, 2000, QImage::Format_RGB888);
+  huge.fill(Qt::red);
+  const QString path = folder_.Path(QStringLiteral("huge.jpeg"));
+  ASSERT_TRUE(huge.save(path, "JPEG"));
+  window_->OpenFile(path);
+  ASSERT_EQ(session_.Image.ImageWidth, 3000) << "the long form of the ending counts";
+  const auto scrollBars = [&] {
+    return Find<QScrollBar>("HScroll1").isVisible() || Find<QScrollBar>("VScroll1").isVisible();
+  };
+  EXPECT_TRUE(scrollBars());
+  Trigger("ZoomFit");
+  EXPECT_FALSE(scrollBars());
+  const QSize canvas = Picture().parentWidget()->size();
+  EXPECT_GE(Picture().width(), canvas.width() - 1);
+  EXPECT_LE(Picture().height(), canvas.height());
+  Hover(Picture().width() - 1, Picture().height() - 1);
+  EXPECT_NEAR(session_.Cursor.LastX, 3000, 8);
+  EXPECT_NEAR(session_.Cursor.LastY, 2000, 8);
+  EXPECT_TRUE(Find<QLabel>("SSPanel26").text().endsWith(QStringLiteral(" %")));
+  window_->resize(900, 640);
+  QCoreApplication::processEvents();
+  EXPECT_FALSE(scrollBars()) << "follows the window";
+  Trigger("ZoomOut");
+  EXPECT_FALSE(scrollBars()) << "there is nothing below";
+  Trigger("ZoomIn");
+  EXPECT_EQ(session_.Buffers.Picbuf1.ZoomDenominator, 2.0);
+  EXPECT_EQ(Find<QLabel>("SSPanel26").text(), QStringLiteral("Zoom: 1"));
+}
+
+TEST_F(MainWindowTest, KeysAndTheRightButtonDoOneThingEach) {
+  window_->OpenFile(scene_);
+  EXPECT_EQ(window_->focusWidget(), &Picture());
+  QTest::keyClick(&Picture(), Qt::Key_Equal);
+  QTest::keyClick(&Picture(), Qt::Key_Equal);
+  ASSERT_EQ(session_.View.Zoom.ZoomLevel, 4);
+  auto& horizontal = Find<QScrollBar>("HScroll1");
+  const int before = horizontal.value();
+  QTest::keyClick(&Picture(), Qt::Key_Right);
+  EXPECT_GT(horizontal.value(), before);
+  QTest::keyClick(&Picture(), Qt::Key_Left);
+  EXPECT_EQ(horizontal.value(), before);
+  EXPECT_EQ(session_.View.Zoom.ZoomLevel, 4) << "arrows pan only";
+
+  QContextMenuEvent byMouse(QContextMenuEvent::Mouse, QPoint(5, 5), {}, Qt::NoModifier);
+  QApplication::sendEvent(&Picture(), &byMouse);
+  EXPECT_TRUE(byMouse.isAccepted()) << "the picture keeps the right button to itself";
+  bool menu = false;
+  QTimer::singleShot(0, window_.get(), [&] {
+    menu = QApplication::activePopupWidget() != nullptr;
+    if (menu) {
+      QApplication::activePopupWidget()->close();
+    }
+  });
+  QContextMenuEvent byKey(QContextMenuEvent::Keyboard, QPoint(5, 5), {}, Qt::NoModifier);
+  QApplication::sendEvent(&Picture(), &byKey);
+  EXPECT_TRUE(menu);
+
+  auto& palettes = Find<QComboBox>("Combo1");
+  palettes.setFocus();
+  const int selected = palettes.currentIndex();
+  QTest::keyClick(&palettes, Qt::Key_Up);
+  QTest::keyClick(&palettes, Qt::Key_Up);
+  EXPECT_EQ(palettes.currentIndex(), selected - 2);
+  EXPECT_EQ(window_->focusWidget(), &palettes);
+}
+
+TEST_F(MainWindowTest, TheReadoutFollowsWhenThePictureMovesUnderARestingCursor) {
+  window_->OpenFile(scene_);
+  window_->View().SetZoom(8);
+  QCursor::setPos(Picture().mapToGlobal(QPoint(100, 100)));
+  QTest::mouseMove(&Picture(), QPoint(100, 100));
+  QTest::qWait(10);
+  ASSERT_TRUE(Picture().underMouse());
+  const QString before = Panel(2);
+  auto& vertical = Find<QScrollBar>("VScroll1");
+  vertical.setValue(vertical.value() + 10);
+  EXPECT_NE(Panel(2), before);
+}
+
+TEST_F(MainWindowTest, WhileAnImageLoadsNothingOfTheFormerOneNorTheWelcomeStands) {
+  window_->OpenFile(scene_);
+  Hover(5, 5);
+  session_.View.PictureVisible = false;  // As the load begins.
+  session_.View.BlankPanelVisible = true;
+  session_.View.LoadProgressVisible = true;
+  window_->BringIntoLine();
+  EXPECT_FALSE(Find<QWidget>("SSPanel9").isVisible());
+  for (int panel = 1; panel <= 5; ++panel) {
+    EXPECT_EQ(Panel(panel), QString()) << panel;
+  }
+}
+
+TEST_F(MainWindowTest, ADroppedFolderOpensNothingAndTheWelcomeButtonOffersEveryKind) {
+  QMimeData data;
+  data.setUrls({QUrl::fromLocalFile(folder_.Path(QString()))});
+  QDropEvent drop(QPointF(5, 5), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+  static_cast<QObject&>(*window_).event(&drop);
+  EXPECT_TRUE(session_.Image.CurrentFile.isEmpty());
+  EXPECT_FALSE(window_->statusBar()->currentMessage().isEmpty());
+
+  auto owned = std::make_unique<ScriptedDialogs>(scene_);
+  ScriptedDialogs& dialogs = *owned;
+  window_->SetDialogs(std::move(owned));
+  dialogs.AskedFilter = -1;
+  Find<QPushButton>("BlankOpenButton").click();
+  EXPECT_EQ(dialogs.AskedFilter, kAllImagesFilter);
+  EXPECT_EQ(session_.Image.CurrentFilePath, scene_);
+  const QStringList filters = LoadFilters(session_.Words);
+  ASSERT_EQ(filters.size(), 9);
+  EXPECT_TRUE(filters[kAllImagesFilter].contains(QStringLiteral(" *.rti")));
+  EXPECT_TRUE(filters[1].startsWith(QStringLiteral("Bitmap Images")));
+  EXPECT_TRUE(filters[7].startsWith(QStringLiteral("RTI Snapshots")));
+}
+
+TEST(Display, FewerThan256ColorsAreRefusedInWords) {
+  EXPECT_EQ(DisplayColors(24, 1), 16777216.0F);
+  EXPECT_EQ(DisplayColors(4, 2), 32.0F) << "planes multiply, they are not bits";
+  const Strings words;
+  EXPECT_EQ(TooFewColorsText(256.0F, words), QString());
+  EXPECT_EQ(TooFewColorsText(16.0F, words),
+            QStringLiteral("This Version of Corvane T-40 Viewer requires 256 or Greater Color "
+                           "Display Mode\r\nYou only have 16 colors."));
+}
+
 TEST_F(MainWindowTest, TheLoadButtonOffersTheKindOfTheOpenImage) {
   auto owned = std::make_unique<ScriptedDialogs>(scene_);
   ScriptedDialogs& dialogs = *owned;
@@ -495,6 +444,15 @@ TEST_F(MainWindowTest, ALanguageReachesEveryOpenWindow) {
   EXPECT_TRUE(Find<QMenu>("mnuFile").title().remove(QLatin1Char('&')) == QStringLiteral("Datei"));
   EXPECT_TRUE(Panel(4).startsWith(QStringLiteral("Emissionsgrad: 0.95")));
   EXPECT_EQ(Find<QPushButton>("Command2").text(), session_.Words.LangString(216, ""));
+  // The toolkit's own words follow as well.
+  EXPECT_EQ(QCoreApplication::translate("QPlatformTheme", "Cancel"), QStringLiteral("Abbrechen"));
+  EXPECT_EQ(Find<QAction>("mnuLoadQZR").toolTip(), QStringLiteral("Alle Bilder"));
+  window_->OpenFile(folder_.Write(QStringLiteral("steps.rti"), ThreeFrames()));
+  EXPECT_EQ(Find<QLabel>("ssMemo").text(), QStringLiteral("Bildanzahl: 3"));
+  session_.Words.SetLanguage(0);
+  Find<QCheckBox>("chkLang").setChecked(true);
+  EXPECT_EQ(Find<QLabel>("Label7").text(), QStringLiteral("1 of 3"));
+  EXPECT_EQ(QCoreApplication::translate("QPlatformTheme", "Cancel"), QStringLiteral("Cancel"));
   // Each entry of a menu has a letter of its own.
   QSet<QString> letters;
   for (const QAction* action : Find<QMenu>("mnuFile").actions()) {

@@ -9,7 +9,7 @@ namespace tessa {
 struct OpenFileQuestion {
   QString Folder;       // Where the dialog starts; exact path.
   QStringList Filters;  // "Text (*.EXT)" each.
-  int FilterIndex = 1;  // 1-based entry that is preselected.
+  int FilterIndex = 0;  // Entry of `Filters` that is preselected.
 };
 
 struct SaveFileQuestion {

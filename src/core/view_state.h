@@ -27,7 +27,8 @@ struct ZoomState {
   int ZoomMin = 1;
   int ZoomMax = 15;
   float ZoomFactor = 1.0F;
-  int ZoomCentreX = -1;  // Image position of the last click; -1: none.
+  bool FitsWindow = false;  // The scale is below that of ZoomMin and follows the window's size.
+  int ZoomCentreX = -1;     // Image position of the last click; -1: none.
   int ZoomCentreY = -1;
 };
 

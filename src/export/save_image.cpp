@@ -228,8 +228,8 @@ void SaveTxi(Session& session, Dialogs& dialogs) {
              "save TXI", session, dialogs, [&](const QString& path) {
                WriteWholeFile(path,
                               EncodeBmp8(picture.BufWidth(), picture.BufHeight(), picture.Pixels(),
-                                         picture.Stride(), picture.Palette(),
-                                         word(image.ShownLow), word(image.ShownHigh)),
+                                         picture.Stride(), picture.Palette(), word(image.ShownLow),
+                                         word(image.ShownHigh)),
                               Overwrite::kReplace);
              });
   picture.FileName = image.CurrentFilePath;

@@ -19,10 +19,12 @@ QStringList LoadFilters(const Strings& strings) {
                                                   {"TXI ", "TXI"},
                                                   {"TMP ", "TMP"}}};
   // Names of files keep their case here, so each pattern is offered in both.
-  const auto pattern = [](const QString& words, const char* ending) {
+  QStringList all;
+  const auto pattern = [&all](const QString& words, const char* ending) {
     const QString upper = QString::fromLatin1(ending);
-    return words + QStringLiteral(" (*.") + upper + QStringLiteral(" *.") + upper.toLower() +
-           QLatin1Char(')');
+    const QString both = QStringLiteral("*.") + upper + QStringLiteral(" *.") + upper.toLower();
+    all.append(both);
+    return words + QStringLiteral(" (") + both + QLatin1Char(')');
   };
   const QString images = strings.LangString(177, "Images");
   QStringList filters;
@@ -30,6 +32,9 @@ QStringList LoadFilters(const Strings& strings) {
     filters.append(pattern(QString::fromLatin1(kind.Words) + images, kind.Ending));
   }
   filters.append(pattern(strings.LangString(221, "RTI Snapshots"), "RTI"));
+  all.append(QStringLiteral("*.TIFF *.tiff *.JPEG *.jpeg *.BIN *.bin"));
+  filters.insert(kAllImagesFilter, strings.LangString(291, "All Images") + QStringLiteral(" (") +
+                                       all.join(QLatin1Char(' ')) + QLatin1Char(')'));
   filters.append(QStringLiteral("All Files (*)"));
   return filters;
 }

@@ -4,7 +4,7 @@
 
 namespace tessa {
 
-void PrepareSession(Session& session) {
+void ReadPalettes(Session& session) {
   Problems paletteFaults;
   session.Steps.Run("palettes", [&] {
     LoadPalettes(session.Palettes, session.View, session.Folder, paletteFaults);
@@ -12,6 +12,10 @@ void PrepareSession(Session& session) {
       throw StepFailure(paletteFaults.front().Text);
     }
   });
+}
+
+void PrepareSession(Session& session) {
+  ReadPalettes(session);
   MakePaletteStrips(session.Buffers);
 }
 

@@ -52,6 +52,9 @@ struct Session {
 /// The references that rendering works on.
 RenderPieces PiecesForRendering(Session& session, Progress& progress);
 
+/// Reads the palettes of the program folder; a failed step leaves those that are there.
+void ReadPalettes(Session& session);
+
 /// Reads palettes and makes the strips: what has to be done once before anything is opened.
 void PrepareSession(Session& session);
 

@@ -2,7 +2,6 @@
 
 #include "core/tell.h"
 #include "sequence/convert_frames.h"
-#include "sequence/convert_frames.h"
 #include "view/range_control.h"
 #include "view/range_entry.h"
 

@@ -54,8 +54,8 @@ bool UpdateReadout(int clientX, int clientY, const OpenImage& image, const Picbu
     view.StatusPanel[3] = strings.LangString(256, "Temp") + QStringLiteral(": ") + text;
   } else {
     view.PictureTip.clear();
-    view.StatusPanel[3] = strings.LangString(205, "Palette Entry") + QStringLiteral(": ") +
-                          QString::number(readout.ReadoutIndex);
+    view.StatusPanel[3] = Joined(strings.LangString(205, "Palette Entry") + QStringLiteral(": "),
+                                 readout.ReadoutIndex);
   }
   return true;
 }

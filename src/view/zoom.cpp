@@ -34,7 +34,35 @@ void SetZoomForWidth(int imageWidth, ZoomState& zoom, Picbuf& picture) {
 
 void SetZoomLevel(int level, ZoomState& zoom, Picbuf& picture) {
   zoom.ZoomLevel = std::clamp(level, zoom.ZoomMin, zoom.ZoomMax);
+  zoom.FitsWindow = false;
   SetScale(zoom, picture);
+}
+
+void SetZoomToFit(int areaWidth, int areaHeight, ZoomState& zoom, Picbuf& picture) {
+  if (picture.BufWidth() == 0 || picture.BufHeight() == 0) {
+    return;
+  }
+  for (int level = zoom.ZoomMax; level >= zoom.ZoomMin; --level) {
+    SetZoomLevel(level, zoom, picture);
+    const ViewPlacement placement = PlaceView(picture, areaWidth, areaHeight);
+    if (placement.MaxPanX == 0 && placement.MaxPanY == 0) {
+      return;
+    }
+  }
+  const double columns = static_cast<double>(picture.BufWidth()) / std::max(areaWidth, 1);
+  const double rows = static_cast<double>(picture.BufHeight()) / std::max(areaHeight, 1);
+  // A little more, so that no rounding leaves the last row or column out.
+  constexpr double kSpare = 1.0 + 1e-9;
+  picture.ZoomNumerator = 1.0;
+  picture.ZoomDenominator = std::max(columns, rows) * kSpare;
+  zoom.FitsWindow = true;
+}
+
+std::optional<int> LevelAfter(int steps, const ZoomState& zoom) {
+  if (!zoom.FitsWindow) {
+    return zoom.ZoomLevel + steps;
+  }
+  return steps > 0 ? std::optional(zoom.ZoomMin + steps - 1) : std::nullopt;
 }
 
 ViewPlacement PlaceView(const Picbuf& picture, int areaWidth, int areaHeight) {

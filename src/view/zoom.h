@@ -1,5 +1,7 @@
 #pragma once
 
+#include <optional>
+
 #include "core/view_state.h"
 #include "view/picbuf.h"
 
@@ -11,6 +13,15 @@ void SetZoomForWidth(int imageWidth, ZoomState& zoom, Picbuf& picture);
 
 /// Sets the level, kept within the limits, and the scale of the view.
 void SetZoomLevel(int level, ZoomState& zoom, Picbuf& picture);
+
+/// Sets the largest level at which the whole picture is in view in an area of logical pixels. Where
+/// even the lowest shows a part only, the level stays at the lowest and the scale is that which
+/// just fits, until the next level is set.
+void SetZoomToFit(int areaWidth, int areaHeight, ZoomState& zoom, Picbuf& picture);
+
+/// The level that `steps` lead to; the first step up from a scale below the levels leads to the
+/// lowest. Nothing where there is no further step.
+std::optional<int> LevelAfter(int steps, const ZoomState& zoom);
 
 /// Where the scaled picture lies in the area that the window has for it, logical pixels.
 struct ViewPlacement {

@@ -4,7 +4,8 @@
 
 namespace tessa {
 
-ElidingLabel::ElidingLabel(Qt::TextElideMode mode, QWidget* parent) : QLabel(parent), mode_(mode) {}
+ElidingLabel::ElidingLabel(Qt::TextElideMode mode, QWidget* parent)
+    : PlainLabel(parent), mode_(mode) {}
 
 QSize ElidingLabel::minimumSizeHint() const {
   constexpr int kLeast = 20;

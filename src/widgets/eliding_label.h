@@ -1,11 +1,11 @@
 #pragma once
 
-#include <QLabel>
+#include "widgets/plain_text.h"
 
 namespace tessa {
 
 /// A label that gives up width before anything beside it does and then leaves out part of its text.
-class ElidingLabel : public QLabel {
+class ElidingLabel : public PlainLabel {
   Q_OBJECT
 
  public:

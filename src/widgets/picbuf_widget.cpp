@@ -4,6 +4,7 @@
 #include <QAbstractItemView>
 #include <QApplication>
 #include <QComboBox>
+#include <QContextMenuEvent>
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QMouseEvent>
@@ -140,6 +141,11 @@ bool PicbufWidget::eventFilter(QObject* watched, QEvent* event) {
            qobject_cast<const QAbstractItemView*>(focus) == nullptr;
   }
   return QWidget::eventFilter(watched, event);
+}
+
+/// The right button zooms here; the menu comes by its key alone.
+void PicbufWidget::contextMenuEvent(QContextMenuEvent* event) {
+  event->setAccepted(event->reason() == QContextMenuEvent::Mouse);
 }
 
 void PicbufWidget::wheelEvent(QWheelEvent* event) {

@@ -7,6 +7,7 @@
 
 #include "core/program_version.h"
 #include "widgets/icons.h"
+#include "widgets/plain_text.h"
 
 namespace tessa {
 namespace {
@@ -20,7 +21,7 @@ constexpr int kParagraphGap = 12;
 
 AboutDialog::AboutDialog(const Strings& words, QWidget* parent) : QDialog(parent), words_(words) {
   setObjectName(QStringLiteral("About"));
-  auto* const emblem = new QLabel(this);
+  auto* const emblem = new PlainLabel(this);
   emblem->setPixmap(ApplicationIcon().pixmap(QSize(kEmblemSize, kEmblemSize), devicePixelRatioF()));
   program_ = AddLine("SSPanel1");
   QFont heading = font();
@@ -58,9 +59,8 @@ AboutDialog::AboutDialog(const Strings& words, QWidget* parent) : QDialog(parent
 
 /// A line that can be copied, for reports of faults.
 QLabel* AboutDialog::AddLine(const char* name) {
-  auto* const line = new QLabel(this);
+  auto* const line = new PlainLabel(this);
   line->setObjectName(QString::fromLatin1(name));
-  line->setTextFormat(Qt::PlainText);
   line->setTextInteractionFlags(Qt::TextSelectableByMouse);
   return line;
 }

@@ -1,16 +1,63 @@
 #include "windows/ask_dialogs.h"
 
+#include <QAbstractButton>
+#include <QDir>
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QInputDialog>
-#include <QMessageBox>
+#include <QLabel>
+#include <QSet>
+#include <QStandardPaths>
+#include <array>
+
+#include "widgets/mnemonics.h"
+#include "widgets/plain_text.h"
 
 namespace tessa {
+namespace {
+
+/// Where the user's pictures are, for a user who has not opened any yet.
+QString FolderToStartIn(const QString& lastFolder) {
+  if (!lastFolder.trimmed().isEmpty() && QDir(lastFolder).exists()) {
+    return lastFolder;
+  }
+  const QString pictures = QStandardPaths::writableLocation(QStandardPaths::PicturesLocation);
+  return QDir(pictures).exists() ? pictures : QDir::homePath();
+}
+
+}  // namespace
+
+std::unique_ptr<QMessageBox> PlainMessageBox(QWidget* parent, const QString& text,
+                                             QMessageBox::StandardButtons buttons,
+                                             const Strings& words) {
+  auto box = std::make_unique<QMessageBox>(parent);
+  box->setTextFormat(Qt::PlainText);  // Before the text, which would be laid out otherwise.
+  box->setWindowTitle(parent == nullptr ? QString() : parent->windowTitle());
+  box->setText(QString(text).replace(QLatin1String("\r\n"), QLatin1String("\n")));
+  box->setStandardButtons(buttons);
+  struct Caption {
+    QMessageBox::StandardButton Button;
+    int TextId;
+    const char* DefaultText;
+  };
+  static constexpr std::array<Caption, 4> kCaptions = {{{QMessageBox::Yes, 281, "Yes"},
+                                                        {QMessageBox::No, 196, "No"},
+                                                        {QMessageBox::Cancel, 110, "Cancel"},
+                                                        {QMessageBox::Ok, 200, "OK"}}};
+  QSet<QChar> used;
+  for (const Caption& caption : kCaptions) {
+    if (QAbstractButton* const button = box->button(caption.Button)) {
+      button->setText(WithMnemonic(words.LangString(caption.TextId, caption.DefaultText), used));
+    }
+  }
+  return box;
+}
 
 std::optional<QString> WindowDialogs::AskOpenFile(const OpenFileQuestion& question) {
-  QString selected = question.Filters.value(question.FilterIndex - 1);
-  const QString path = QFileDialog::getOpenFileName(
-      parent_, QString(), question.Folder, question.Filters.join(QStringLiteral(";;")), &selected);
+  QString selected = question.Filters.value(question.FilterIndex);
+  const QString path =
+      QFileDialog::getOpenFileName(parent_, QString(), FolderToStartIn(question.Folder),
+                                   question.Filters.join(QStringLiteral(";;")), &selected);
   if (path.isEmpty()) {
     return std::nullopt;
   }
@@ -29,16 +76,39 @@ std::optional<QString> WindowDialogs::AskSaveFile(const SaveFileQuestion& questi
                      question.Filters.join(QStringLiteral(";;")));
   dialog.setAcceptMode(QFileDialog::AcceptSave);
   dialog.setDefaultSuffix(question.DefaultEnding);
+  // The toolkit's own question would show a name that looks like markup as such.
+  dialog.setOption(QFileDialog::DontConfirmOverwrite);
   dialog.selectFile(suggestion.fileName());
-  if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) {
-    return std::nullopt;
+  while (dialog.exec() == QDialog::Accepted && !dialog.selectedFiles().isEmpty()) {
+    const QString path = dialog.selectedFiles().constFirst();
+    if (AgreesToReplace(path)) {
+      return path;
+    }
   }
-  return dialog.selectedFiles().constFirst();
+  return std::nullopt;
+}
+
+bool WindowDialogs::AgreesToReplace(const QString& path) const {
+  const QFileInfo target(path);
+  if (!target.exists()) {
+    return true;
+  }
+  const auto box = PlainMessageBox(
+      parent_,
+      words_.LangString(259, "This folder already contains a file named") + QStringLiteral("\n") +
+          OneLine(target.fileName()) + QStringLiteral("\n\n") +
+          words_.LangString(280, "Would You Like To Replace The Existing File?"),
+      QMessageBox::Yes | QMessageBox::No, words_);
+  box->setIcon(QMessageBox::Warning);
+  box->setDefaultButton(QMessageBox::No);
+  return box->exec() == QMessageBox::Yes;
 }
 
 Answer WindowDialogs::AskYesNoCancel(const QString& text) {
-  switch (QMessageBox::question(parent_, parent_->windowTitle(), text,
-                                QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel)) {
+  const auto box = PlainMessageBox(
+      parent_, text, QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel, words_);
+  box->setIcon(QMessageBox::Question);
+  switch (box->exec()) {
     case QMessageBox::Yes:
       return Answer::kYes;
     case QMessageBox::No:
@@ -49,10 +119,17 @@ Answer WindowDialogs::AskYesNoCancel(const QString& text) {
 }
 
 std::optional<QString> WindowDialogs::AskText(const QString& prompt) {
-  bool accepted = false;
-  const QString text = QInputDialog::getText(parent_, parent_->windowTitle(), prompt,
-                                             QLineEdit::Normal, QString(), &accepted);
-  return accepted ? std::optional(text) : std::nullopt;
+  QInputDialog dialog(parent_);
+  dialog.setInputMode(QInputDialog::TextInput);
+  dialog.setWindowTitle(parent_ == nullptr ? QString() : parent_->windowTitle());
+  dialog.setLabelText(QString());
+  for (QLabel* const label : dialog.findChildren<QLabel*>()) {
+    label->setTextFormat(Qt::PlainText);
+  }
+  dialog.setLabelText(prompt);
+  dialog.setOkButtonText(words_.LangString(200, "OK"));
+  dialog.setCancelButtonText(words_.LangString(110, "Cancel"));
+  return dialog.exec() == QDialog::Accepted ? std::optional(dialog.textValue()) : std::nullopt;
 }
 
 }  // namespace tessa

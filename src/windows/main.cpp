@@ -3,9 +3,12 @@
 #include <QLocale>
 #include <QTimer>
 #include <algorithm>
+#include <iostream>
 #include <span>
+#include <string_view>
 
 #include "core/platform_failure.h"
+#include "core/program_version.h"
 #include "core/user_settings.h"
 #include "core/viewer_ini.h"
 #include "open/command_line.h"
@@ -34,9 +37,32 @@ void StartSession(tessa::Session& session, const tessa::UserSettings& user,
   session.PendingCommandFile = tessa::PendingFileFromArguments(arguments);
 }
 
+/// Answers that need neither a display nor a session.
+bool AnswersAtOnce(int argc, char** argv) {
+  const std::string_view first = argc > 1 ? argv[1] : "";
+  if (first == "--version") {
+    std::cout << "tessaview " << tessa::ProgramVersion().toStdString() << '\n';
+    return true;
+  }
+  if (first == "--help" || first == "-h") {
+    std::cout << "Usage: tessaview [FILE]\n"
+                 "Shows infrared images and sequences: SIT, TMP, RTI, TXI, BMP, TIFF, JPEG, BIN.\n"
+                 "\n"
+                 "  -h, --help     print this and exit\n"
+                 "      --version  print the version and exit\n"
+                 "\n"
+                 "A file whose name is one of these is opened as ./NAME.\n";
+    return true;
+  }
+  return false;
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
+  if (AnswersAtOnce(argc, argv)) {
+    return 0;
+  }
   tessa::BeginPlatformStart("tessaview");
   QApplication application(argc, argv);  // Takes its own arguments away.
   tessa::EndPlatformStart();

@@ -14,12 +14,16 @@
 #include "view/palettes.h"
 #include "widgets/eliding_label.h"
 #include "widgets/palette_swatch.h"
+#include "widgets/plain_text.h"
 #include "windows/main_window.h"
 
 namespace tessa {
 namespace {
 
 constexpr int kToolIconSize = 24;
+/// Longer names and folders lose their middle in the list of recent images.
+constexpr int kMostNameCharacters = 48;
+constexpr int kMostFolderCharacters = 56;
 
 }  // namespace
 
@@ -33,9 +37,11 @@ QMenu* MainWindow::MakeMenu(QMenu* parent, const char* name, int textId, const c
 }
 
 void MainWindow::MakeMenus() {
-  const auto fill = [this](QMenu* menu, std::initializer_list<const char*> ids) {
-    for (const char* id : ids) {
-      if (*id == '\0') {
+  using enum CommandId;
+  constexpr CommandId kLine = kCount;  // A separating line.
+  const auto fill = [this](QMenu* menu, std::initializer_list<CommandId> ids) {
+    for (const CommandId id : ids) {
+      if (id == kLine) {
         menu->addSeparator();
       } else {
         menu->addAction(Action(id));
@@ -44,24 +50,24 @@ void MainWindow::MakeMenus() {
   };
   QMenu* const file = MakeMenu(nullptr, "mnuFile", 168, "File");
   QMenu* const load = MakeMenu(file, "mnuLoad", 178, "Load");
-  fill(load, {"mnuLoadBmp", "mnuLoadTIFF", "mnuLoadJPEG", "mnuLoadIMG", "mnuLoadTxi", "mnuLoadTMP",
-              "mnuLoadRTI", "mnuLoadSEQ", "", "mnuLoadThumb", ""});
+  fill(load, {kLoadAllImages, kLine, kLoadBmp, kLoadTiff, kLoadJpeg, kLoadSit, kLoadTxi, kLoadTmp,
+              kLoadRti, kLoadSequence, kLine, kThumbnails, kLine});
   recentMenu_ = MakeMenu(load, "mnuRecent", 405, "Recent Images");
   connect(recentMenu_, &QMenu::aboutToShow, this, &MainWindow::FillRecentMenu);
-  fill(file, {"mnuReload", "mnuClose", ""});
+  fill(file, {kReload, kClose, kLine});
   QMenu* const save = MakeMenu(file, "mnuSaveMain", 223, "Save");
-  fill(save, {"mnuSave", "mnuSaveJPG", "mnuSaveTXI"});
+  fill(save, {kSaveBmp, kSaveJpeg, kSaveTxi});
   compositeMenu_ = MakeMenu(save, "mnuSaveComposite", 226, "Save Composite");
-  fill(compositeMenu_, {"mnuSaveCompBMP", "mnuSaveCompJPG"});
-  fill(file, {"", "mnusetup", "mnu4400", "mnubout", "", "mnuExit"});
+  fill(compositeMenu_, {kSaveCompositeBmp, kSaveCompositeJpeg});
+  fill(file, {kLine, kPreferences, kDownload, kAbout, kLine, kExit});
   fill(MakeMenu(nullptr, "mnuedit", 156, "Edit"),
-       {"mnucopyclip", "mnucopyclip2", "mnucopyclip3", "mnuCopyVis", "mnuMerge"});
+       {kCopyImage, kCopyPaletteBar, kCopyImageWithPaletteBar, kCopyVisible, kCopyComposite});
   viewMenu_ = MakeMenu(nullptr, "mnuView", 285, "View");
-  fill(viewMenu_, {"mnuVisible"});
-  fill(MakeMenu(nullptr, "mnuZoom", 284, "Zoom"), {"ZoomIn", "ZoomOut", "ZoomFit"});
+  fill(viewMenu_, {kVisibleWindow});
+  fill(MakeMenu(nullptr, "mnuZoom", 284, "Zoom"), {kZoomIn, kZoomOut, kZoomFit});
   frameMenu_ = MakeMenu(nullptr, "mnuFrame", 287, "Frame");
-  fill(frameMenu_, {"FrameFirst", "FramePrevious", "FrameNext", "FrameLast", "", "FrameSave"});
-  fill(MakeMenu(nullptr, "mnuTools", 406, "Tools"), {"ToolRotation", "ToolEdge"});
+  fill(frameMenu_, {kFirstFrame, kPreviousFrame, kNextFrame, kLastFrame, kLine, kSaveFrames});
+  fill(MakeMenu(nullptr, "mnuTools", 406, "Tools"), {kRotationAngle, kEdgeMagnitude});
 }
 
 void MainWindow::FillRecentMenu() {
@@ -69,9 +75,13 @@ void MainWindow::FillRecentMenu() {
   int number = 0;
   for (const QString& path : user_.RecentFiles()) {
     const QFileInfo file(path);
-    const QString name = file.fileName().replace(QLatin1Char('&'), QLatin1String("&&"));
-    QAction* const entry = recentMenu_->addAction(
-        QStringLiteral("&%1  %2    %3").arg(++number % 10).arg(name, file.absolutePath()));
+    // In one call: a name may hold what looks like a place for the next argument.
+    QAction* const entry =
+        recentMenu_->addAction(QStringLiteral("&%1  %2    %3")
+                                   .arg(QString::number(++number % 10),
+                                        PlainMenuText(file.fileName(), kMostNameCharacters),
+                                        PlainMenuText(file.absolutePath(), kMostFolderCharacters)));
+    entry->setToolTip(PlainToolTip(path));  // It would be made of the text otherwise.
     entry->setData(path);
     connect(entry, &QAction::triggered, this, [this, path] { OpenFile(path); });
   }
@@ -87,30 +97,30 @@ void MainWindow::MakeToolPanel() {
   openButton_->setObjectName(QStringLiteral("btnOpenImage"));
   connect(openButton_, &QToolButton::clicked, this, [this] {
     // In the order of the kinds.
-    static constexpr std::array<const char*, 8> kEntries = {
-        "mnuLoadBmp", "mnuLoadTIFF", "mnuLoadJPEG", "mnuLoadIMG",
-        "mnuLoadTxi", "mnuLoadTMP",  "mnuLoadRTI",  "mnuLoadSEQ"};
+    static constexpr std::array<CommandId, 8> kEntries = {
+        CommandId::kLoadBmp, CommandId::kLoadTiff, CommandId::kLoadJpeg, CommandId::kLoadSit,
+        CommandId::kLoadTxi, CommandId::kLoadTmp,  CommandId::kLoadRti,  CommandId::kLoadSequence};
     const auto kind = static_cast<std::size_t>(session_.Image.OfferedKind());
     if (!session_.Image.UiLocked && kind < kEntries.size()) {
       Action(kEntries[kind])->trigger();
     }
   });
   toolPanel_->addWidget(openButton_);
-  toolPanel_->addAction(Action("btnSaveBMP"));
-  toolPanel_->addAction(Action("btnthumb"));
-  toolPanel_->addAction(Action("btnDWNLoad"));
+  toolPanel_->addAction(Action(CommandId::kSaveBmpButton));
+  toolPanel_->addAction(Action(CommandId::kThumbnailsButton));
+  toolPanel_->addAction(Action(CommandId::kDownloadButton));
   toolPanel_->addSeparator();
-  toolPanel_->addAction(Action("btnTrend"));
+  toolPanel_->addAction(Action(CommandId::kTrend));
   toolPanel_->addSeparator();
-  for (const char* id : {"ZoomOut", "ZoomIn", "ZoomFit"}) {
+  for (const CommandId id : {CommandId::kZoomOut, CommandId::kZoomIn, CommandId::kZoomFit}) {
     toolPanel_->addAction(Action(id));
   }
   toolPanel_->addSeparator();
-  toolPanel_->addAction(Action("SSCommand1"));
+  toolPanel_->addAction(Action(CommandId::kPreferencesButton));
   // These come and go with the image, so they stand where they move nothing else.
-  toolPanel_->addAction(Action("btnViewVis"));
-  toolPanel_->addAction(Action("btnPlaysound"));
-  toolPanel_->addAction(Action("btnEmbedSound"));
+  toolPanel_->addAction(Action(CommandId::kVisibleWindowButton));
+  toolPanel_->addAction(Action(CommandId::kPlaySound));
+  toolPanel_->addAction(Action(CommandId::kEmbedSound));
   auto* const gap = new QWidget(toolPanel_);
   gap->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Preferred);
   toolPanel_->addWidget(gap);
@@ -121,7 +131,7 @@ void MainWindow::MakeToolPanel() {
 QWidget* MainWindow::MakeDisplayPanel() {
   auto* const panel = new QWidget(this);
   panel->setObjectName(QStringLiteral("SSPanel5"));
-  paletteLabel_ = new QLabel(panel);
+  paletteLabel_ = new PlainLabel(panel);
   paletteList_ = new QComboBox(panel);
   paletteList_->setObjectName(QStringLiteral("Combo1"));
   paletteList_->setIconSize(kSwatchSize);
@@ -130,6 +140,7 @@ QWidget* MainWindow::MakeDisplayPanel() {
   paletteList_->setMinimumWidth(kSwatchSize.width() + 34);
   paletteLabel_->setBuddy(paletteList_);
   connect(paletteList_, &QComboBox::activated, this, &MainWindow::ChoosePalette);
+  paletteList_->installEventFilter(this);
   celsius_ = new QRadioButton(panel);
   celsius_->setObjectName(QStringLiteral("SSOption1"));
   fahrenheit_ = new QRadioButton(panel);
@@ -151,18 +162,18 @@ void MainWindow::MakeStatusBar() {
   QStatusBar* const bar = statusBar();
   bar->setObjectName(QStringLiteral("StatusBar1"));
   bar->setContentsMargins(6, 0, 0, 0);
+  bar->setMinimumWidth(1);  // A small screen cuts it off rather than the window.
   for (std::size_t i = 1; i <= ViewState::kStatusPanels; ++i) {
     // A long path gives up its middle, never the file's name.
-    QLabel* const panel =
-        i == ViewState::kStatusPanels ? new ElidingLabel(Qt::ElideMiddle, bar) : new QLabel(bar);
+    QLabel* const panel = i == ViewState::kStatusPanels ? new ElidingLabel(Qt::ElideMiddle, bar)
+                                                        : new PlainLabel(bar);
     panel->setObjectName(QStringLiteral("StatusBar1Panel%1").arg(i));
-    panel->setTextFormat(Qt::PlainText);
     statusPanels_[i] = panel;
     bar->addWidget(panel, i == ViewState::kStatusPanels ? 1 : 0);
   }
   statusPanels_[ViewState::kStatusPanels]->setSizePolicy(QSizePolicy::Ignored,
                                                          QSizePolicy::Preferred);
-  loadingText_ = new QLabel(bar);
+  loadingText_ = new PlainLabel(bar);
   loadingText_->setObjectName(QStringLiteral("Panel3D15"));
   loadProgress_ = new QProgressBar(bar);
   loadProgress_->setObjectName(QStringLiteral("SSPanel12"));

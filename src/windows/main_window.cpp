@@ -12,6 +12,7 @@
 #include <QMimeData>
 #include <QProgressBar>
 #include <QRadioButton>
+#include <QScreen>
 #include <QStatusBar>
 #include <QToolBar>
 #include <QToolButton>
@@ -29,8 +30,10 @@
 #include "widgets/language_box.h"
 #include "widgets/mnemonics.h"
 #include "widgets/palette_swatch.h"
+#include "widgets/plain_text.h"
 #include "windows/about_dialog.h"
 #include "windows/ask_dialogs.h"
+#include "windows/display_colors.h"
 #include "windows/preferences_dialog.h"
 #include "windows/save_sequence_dialog.h"
 #include "windows/view_pict.h"
@@ -44,7 +47,10 @@ constexpr int kTwipsPerPixel = 15;
 constexpr int kSmallestWidth = 10050 / kTwipsPerPixel;
 constexpr int kSmallestHeight = 8580 / kTwipsPerPixel;
 constexpr int kResizeRestMilliseconds = 250;
+constexpr int kMessageMilliseconds = 8000;
 const QSize kFirstSize(1080, 720);
+/// What a window manager's frame takes, before it is known.
+const QSize kUsualFrame(16, 48);
 
 /// The first local file of what is dragged; empty for none.
 QString DroppedFile(const QMimeData& data) {
@@ -64,7 +70,7 @@ MainWindow::MainWindow(Session& session, UserSettings& user) : session_(session)
   setWindowIcon(ApplicationIcon());
   setAcceptDrops(true);
   progress_ = std::make_unique<WindowProgress>(*this);
-  dialogs_ = std::make_unique<WindowDialogs>(this);
+  dialogs_ = std::make_unique<WindowDialogs>(this, session_.Words);
   view_ = new ViewPictWidget(session_, *progress_, this);
   setCentralWidget(view_);
   session_.View.Title = session_.Words.LangString(189, "Corvane T-40 Viewer");
@@ -77,25 +83,33 @@ MainWindow::MainWindow(Session& session, UserSettings& user) : session_(session)
   connect(view_, &ViewPictWidget::ReadoutChanged, this, &MainWindow::ShowStatusPanels);
   connect(view_, &ViewPictWidget::RangeChanged, this, &MainWindow::BringIntoLine);
   connect(view_, &ViewPictWidget::FrameCommand, this,
-          [this](const char* command) { Action(command)->trigger(); });
-  connect(view_, &ViewPictWidget::OpenRequested, openButton_, &QToolButton::click);
+          [this](CommandId command) { Action(command)->trigger(); });
+  connect(view_, &ViewPictWidget::OpenRequested, Action(CommandId::kLoadAllImages),
+          &QAction::trigger);
   openTimer_.setSingleShot(true);
   connect(&openTimer_, &QTimer::timeout, this, &MainWindow::OpenPendingFile);
   resizeTimer_.setSingleShot(true);
   resizeTimer_.setInterval(kResizeRestMilliseconds);
   connect(&resizeTimer_, &QTimer::timeout, this, &MainWindow::KeepSmallestSize);
   SetWindowLanguage();
-  resize(kFirstSize);
+  resize(kFirstSize.boundedTo(RoomOnScreen()));
   restoreGeometry(user_.WindowPlace());
 }
 
 MainWindow::~MainWindow() = default;
 
 void MainWindow::MakeActions() {
-  commands_ = MakeCommands();
+  AddFileCommands();
+  AddSaveCommands();
+  AddCopyCommands();
+  AddViewCommands();
+  AddToolCommands();
+  AddFrameCommands();
+  AddWaitingCommands();
   for (const Command& command : commands_) {
     auto* const action = new QAction(this);
-    action->setObjectName(QString::fromLatin1(command.Id));
+    action->setObjectName(QString::fromLatin1(NameOf(command.Id)));
+    actions_[static_cast<std::size_t>(command.Id)] = action;
     action->setShortcuts(command.Shortcuts);
     if (command.Run) {
       connect(action, &QAction::triggered, this, command.Run);
@@ -104,14 +118,16 @@ void MainWindow::MakeActions() {
   }
 }
 
-QAction* MainWindow::Action(const char* id) const {
-  return findChild<QAction*>(QString::fromLatin1(id), Qt::FindDirectChildrenOnly);
+QAction* MainWindow::Action(CommandId id) const {
+  return actions_[static_cast<std::size_t>(id)];
 }
 
-void MainWindow::SetWindowLanguage() {
-  const Strings& words = session_.Words;
-  ViewState& view = session_.View;
-  const OpenImage& image = session_.Image;
+std::function<QString()> MainWindow::Word(int id, const char* defaultText) const {
+  return [this, id, defaultText] { return session_.Words.LangString(id, defaultText); };
+}
+
+/// Captions of menus and commands, each with a letter of its own in its menu.
+void MainWindow::SetCaptions() {
   for (const Command& command : commands_) {
     QAction* const action = Action(command.Id);
     action->setText(command.Caption());
@@ -119,11 +135,19 @@ void MainWindow::SetWindowLanguage() {
   }
   for (QMenu* menu : findChildren<QMenu*>()) {
     if (menu->property("textId").isValid()) {
-      menu->setTitle(words.LangString(menu->property("textId").toInt(),
-                                      menu->property("defaultText").toString()));
+      menu->setTitle(session_.Words.LangString(menu->property("textId").toInt(),
+                                               menu->property("defaultText").toString()));
     }
   }
   AssignMnemonics(*menuBar());
+}
+
+void MainWindow::SetWindowLanguage() {
+  const Strings& words = session_.Words;
+  ViewState& view = session_.View;
+  const OpenImage& image = session_.Image;
+  qtWords_.SetLanguage(words.Language());
+  SetCaptions();
   toolPanel_->setWindowTitle(words.LangString(406, "Tools"));
   openButton_->setAccessibleName(words.LangString(179, "Load Image"));
   paletteLabel_->setText(words.LangString(204, "Palette"));
@@ -137,6 +161,7 @@ void MainWindow::SetWindowLanguage() {
   view.Title = words.LangString(189, "Corvane T-40 Viewer");
   if (!image.CurrentFile.isEmpty()) {
     view.Title += QStringLiteral(" - ") + image.CurrentFile;
+    view.FrameText = FrameText(image, words);
     if (!view.StatusPanel[4].isEmpty()) {
       ShowEmissivity(image, words, view);
     }
@@ -144,7 +169,6 @@ void MainWindow::SetWindowLanguage() {
       ShowCalibratedRange(image, words, view);
     }
   }
-  view.LoadButtonTip = LoadButtonTip(view.LoadButtonKind, words);
   RetellAboutFile(session_);
   // Widths that no text of the panel outgrows, so that nothing moves while the cursor does.
   const auto numbers = QStringLiteral(": -8888.8 \u00B0C");
@@ -176,12 +200,16 @@ void MainWindow::ShowIcons() {
 
 void MainWindow::ShowStatusPanels() {
   for (std::size_t i = 1; i <= ViewState::kStatusPanels; ++i) {
-    const QString& text = session_.View.StatusPanel[i];
+    // While an image loads, what was read of the former one is gone already.
+    const bool gone = session_.View.LoadProgressVisible && !session_.View.PictureVisible &&
+                      i != ViewState::kStatusPanels;
+    const QString text = gone ? QString() : OneLine(session_.View.StatusPanel[i]);
     if (statusPanels_[i]->text() != text) {
       statusPanels_[i]->setText(text);
     }
   }
-  statusPanels_[ViewState::kStatusPanels]->setToolTip(ShownPath(session_.Image.CurrentFilePath));
+  statusPanels_[ViewState::kStatusPanels]->setToolTip(
+      PlainToolTip(ShownPath(session_.Image.CurrentFilePath)));
 }
 
 void MainWindow::ShowPaletteList() {
@@ -215,7 +243,7 @@ void MainWindow::ShowUnits() {
 
 void MainWindow::ShowTrend() {
   const bool whiteHot = session_.View.TrendSaysWhiteHot;
-  QAction* const trend = Action("btnTrend");
+  QAction* const trend = Action(CommandId::kTrend);
   const QString text = whiteHot ? session_.Words.LangString(278, "White Hot")
                                 : session_.Words.LangString(108, "Black Hot");
   if (trend->toolTip() != text || trend->icon().isNull()) {
@@ -231,9 +259,9 @@ void MainWindow::EnableActions() {
     Action(command.Id)->setEnabled(command.Run && (!command.Enabled || command.Enabled()));
   }
   const bool hasVisible = session_.View.VisibleImageEntries;
-  Action("btnViewVis")->setVisible(hasVisible);
-  Action("btnPlaysound")->setVisible(session_.View.Sound.PlayVisible);
-  Action("btnEmbedSound")->setVisible(session_.View.Sound.EmbedVisible);
+  Action(CommandId::kVisibleWindowButton)->setVisible(hasVisible);
+  Action(CommandId::kPlaySound)->setVisible(session_.View.Sound.PlayVisible);
+  Action(CommandId::kEmbedSound)->setVisible(session_.View.Sound.EmbedVisible);
   viewMenu_->setEnabled(hasVisible);
   frameMenu_->setEnabled(session_.View.FrameRowVisible);
   compositeMenu_->menuAction()->setVisible(hasVisible);
@@ -242,7 +270,7 @@ void MainWindow::EnableActions() {
 
 void MainWindow::BringIntoLine() {
   const ViewState& view = session_.View;
-  setWindowTitle(view.Title);
+  setWindowTitle(PlainTitle(view.Title));
   setWindowFilePath(ShownPath(session_.Image.CurrentFilePath));
   ShowStatusPanels();
   ShowPaletteList();
@@ -250,7 +278,7 @@ void MainWindow::BringIntoLine() {
   ShowTrend();
   EnableActions();
   openButton_->setToolTip(LoadButtonTip(session_.Image, session_.Words));
-  loadingText_->setText(view.LoadingText);
+  loadingText_->setText(OneLine(view.LoadingText));
   loadingText_->setVisible(view.LoadingTextVisible);
   loadProgress_->setValue(static_cast<int>(view.LoadProgress));
   loadProgress_->setVisible(view.LoadProgressVisible);
@@ -274,8 +302,17 @@ void MainWindow::Activated() {
   BringIntoLine();
 }
 
+/// The largest size that the window can have with its whole frame on the screen.
+QSize MainWindow::RoomOnScreen() const {
+  const QSize frame = shown_ ? frameSize() - size() : kUsualFrame;
+  return screen()->availableSize() - frame;
+}
+
 void MainWindow::KeepSmallestSize() {
-  resize(std::max(width(), kSmallestWidth), std::max(height(), kSmallestHeight));
+  if (!isMaximized() && !isFullScreen()) {
+    const QSize smallest = QSize(kSmallestWidth, kSmallestHeight).boundedTo(RoomOnScreen());
+    resize(size().expandedTo(smallest));
+  }
 }
 
 void MainWindow::AskAndOpen(int filterIndex) {
@@ -286,7 +323,7 @@ void MainWindow::AskAndOpen(int filterIndex) {
   LoadDialog(filterIndex, session_, *dialogs_, *progress_);
   RememberOpened();
   BringIntoLine();
-  view_->FocusZoom();
+  view_->FocusPicture();
   view_->RefreshReadout();
 }
 
@@ -306,7 +343,7 @@ void MainWindow::OpenFile(const QString& path) {
   image.UiLocked = false;
   RememberOpened();
   BringIntoLine();
-  view_->FocusZoom();
+  view_->FocusPicture();
   view_->RefreshReadout();
 }
 
@@ -321,7 +358,25 @@ void MainWindow::RememberOpened() {
 void MainWindow::ChoosePalette(int position) {
   SelectPalette(position, session_.Image, session_.View, session_.Palettes, session_.Buffers);
   BringIntoLine();
-  openButton_->setFocus();
+  if (!paletteByKey_) {
+    openButton_->setFocus();
+  }
+}
+
+bool MainWindow::eventFilter(QObject* watched, QEvent* event) {
+  if (watched == paletteList_ && event->type() == QEvent::KeyPress) {
+    paletteByKey_ = true;
+  } else if (watched == paletteList_ &&
+             (event->type() == QEvent::MouseButtonPress || event->type() == QEvent::Wheel)) {
+    paletteByKey_ = false;
+  }
+  return QMainWindow::eventFilter(watched, event);
+}
+
+bool MainWindow::IsLoadingLargeFile() const {
+  constexpr qint64 kLarge = 4 << 20;
+  return session_.View.LoadProgressVisible && !session_.View.PictureVisible &&
+         QFileInfo(session_.Image.CurrentFilePath).size() > kLarge;
 }
 
 void MainWindow::ReverseSelectedPalette() {
@@ -401,7 +456,7 @@ void MainWindow::changeEvent(QEvent* event) {
   QMainWindow::changeEvent(event);
   if (event->type() == QEvent::PaletteChange && languageBox_ != nullptr) {
     ShowIcons();
-    Action("btnTrend")->setIcon(QIcon());
+    Action(CommandId::kTrend)->setIcon(QIcon());
     view_->ShowIcons();
     BringIntoLine();
   }
@@ -411,11 +466,23 @@ void MainWindow::showEvent(QShowEvent* event) {
   QMainWindow::showEvent(event);
   if (!shown_) {
     shown_ = true;
+    if (!DisplayIsUsable()) {
+      return;
+    }
     Activated();
     if (!session_.PendingCommandFile.isEmpty()) {
       openTimer_.start(0);
     }
   }
+}
+
+bool MainWindow::DisplayIsUsable() {
+  const QString refusal = TooFewColorsText(DisplayColors(screen()->depth(), 1), session_.Words);
+  if (!refusal.isEmpty()) {
+    PlainMessageBox(this, refusal, QMessageBox::Ok, session_.Words)->exec();
+    QTimer::singleShot(0, QCoreApplication::instance(), &QCoreApplication::quit);
+  }
+  return refusal.isEmpty();
 }
 
 void MainWindow::closeEvent(QCloseEvent* event) {
@@ -435,14 +502,16 @@ void MainWindow::resizeEvent(QResizeEvent* event) {
 void MainWindow::contextMenuEvent(QContextMenuEvent* event) {
   QMenu menu(this);
   menu.setObjectName(QStringLiteral("ContextMenu"));
-  for (const char* id : {"mnuReload", "mnuClose", "", "ZoomIn", "ZoomOut", "ZoomFit", "",
-                         "btnTrend", "", "mnusetup"}) {
-    if (*id == '\0') {
-      menu.addSeparator();
-    } else {
-      menu.addAction(Action(id));
-    }
-  }
+  menu.addAction(Action(CommandId::kReload));
+  menu.addAction(Action(CommandId::kClose));
+  menu.addSeparator();
+  menu.addAction(Action(CommandId::kZoomIn));
+  menu.addAction(Action(CommandId::kZoomOut));
+  menu.addAction(Action(CommandId::kZoomFit));
+  menu.addSeparator();
+  menu.addAction(Action(CommandId::kTrend));
+  menu.addSeparator();
+  menu.addAction(Action(CommandId::kPreferences));
   menu.exec(event->globalPos());
 }
 
@@ -454,9 +523,22 @@ void MainWindow::dragEnterEvent(QDragEnterEvent* event) {
 
 void MainWindow::dropEvent(QDropEvent* event) {
   const QString path = DroppedFile(*event->mimeData());
-  if (!path.isEmpty()) {
-    event->acceptProposedAction();
-    OpenFile(path);
+  if (path.isEmpty()) {
+    return;
+  }
+  event->acceptProposedAction();
+  const Strings& words = session_.Words;
+  if (QFileInfo(path).isDir()) {
+    statusBar()->showMessage(
+        words.LangString(451, "Only image files can be dropped here, not folders"),
+        kMessageMilliseconds);
+    return;
+  }
+  OpenFile(path);
+  if (event->mimeData()->urls().size() > 1) {
+    statusBar()->showMessage(
+        words.LangString(452, "Only the first of the dropped files was opened"),
+        kMessageMilliseconds);
   }
 }
 

@@ -11,6 +11,8 @@
 #include "core/progress.h"
 #include "core/user_settings.h"
 #include "open/session.h"
+#include "widgets/qt_words.h"
+#include "windows/command.h"
 
 class QCheckBox;
 class QComboBox;
@@ -32,17 +34,6 @@ class MainWindow : public QMainWindow {
   Q_OBJECT
 
  public:
-  /// One command of the program. Menus, tool panel, context menu, shortcuts and tests all come from
-  /// the table of these.
-  struct Command {
-    const char* Id;                    // objectName of the action.
-    std::function<QString()> Caption;  // In the present language.
-    const char* Icon;                  // Empty: none.
-    QList<QKeySequence> Shortcuts;
-    std::function<void()> Run;      // Empty: its subsystem is not there yet.
-    std::function<bool()> Enabled;  // Empty: always.
-  };
-
   MainWindow(Session& session, UserSettings& user);
   ~MainWindow() override;
 
@@ -52,6 +43,8 @@ class MainWindow : public QMainWindow {
   void BringIntoLine();
   /// Sets every caption, list entry and tool tip in the present language.
   void SetWindowLanguage();
+  /// True while an image loads that is large enough to be waited for.
+  bool IsLoadingLargeFile() const;
   ViewPictWidget& View() { return *view_; }
   const std::vector<Command>& Commands() const { return commands_; }
   /// Replaces the platform's dialogs, for tests.
@@ -65,19 +58,29 @@ class MainWindow : public QMainWindow {
   void contextMenuEvent(QContextMenuEvent* event) override;
   void dragEnterEvent(QDragEnterEvent* event) override;
   void dropEvent(QDropEvent* event) override;
+  bool eventFilter(QObject* watched, QEvent* event) override;
 
  private:
-  std::vector<Command> MakeCommands();
-  std::vector<Command> MakeFileCommands();
-  std::vector<Command> MakeViewCommands();
   void MakeActions();
+  // The commands of each feature, in its file commands_*.cpp.
+  void AddFileCommands();
+  void AddLoadCommands();
+  void AddSaveCommands();
+  void AddCopyCommands();
+  void AddViewCommands();
+  void AddToolCommands();
+  void AddFrameCommands();
+  void AddWaitingCommands();
+  void Add(Command command) { commands_.push_back(std::move(command)); }
+  std::function<QString()> Word(int id, const char* defaultText) const;
   void MakeMenus();
   QMenu* MakeMenu(QMenu* parent, const char* name, int textId, const char* defaultText);
   void FillRecentMenu();
   void MakeToolPanel();
   QWidget* MakeDisplayPanel();
   void MakeStatusBar();
-  QAction* Action(const char* id) const;
+  QAction* Action(CommandId id) const;
+  void SetCaptions();
   void ShowStatusPanels();
   void ShowPaletteList();
   void ShowUnits();
@@ -86,6 +89,8 @@ class MainWindow : public QMainWindow {
   void EnableActions();
   void Activated();
   void KeepSmallestSize();
+  QSize RoomOnScreen() const;
+  bool DisplayIsUsable();
   void AskAndOpen(int filterIndex);
   void OpenPendingFile();
   void RememberOpened();
@@ -97,15 +102,15 @@ class MainWindow : public QMainWindow {
   void StepFrame(void (*procedure)(Session&, Progress&));
   void SaveFrames();
   void ShowVisible();
-  void AskForTool(void (*procedure)(ViewState&, Dialogs&, StepLog&));
   void CloseVisibleWhenGone();
-  std::vector<Command> MakeExportCommands();
 
   Session& session_;
   UserSettings& user_;
+  QtWords qtWords_;
   std::unique_ptr<WindowProgress> progress_;
   std::unique_ptr<Dialogs> dialogs_;
   std::vector<Command> commands_;
+  std::array<QAction*, static_cast<std::size_t>(CommandId::kCount)> actions_{};
   QTimer openTimer_;    // Timer1: opens the file named on the command line.
   QTimer resizeTimer_;  // Timer2: the smallest size, once resizing has come to rest.
   bool shown_ = false;
@@ -117,6 +122,7 @@ class MainWindow : public QMainWindow {
   QMenu* compositeMenu_ = nullptr;
   QToolBar* toolPanel_ = nullptr;
   QComboBox* paletteList_ = nullptr;
+  bool paletteByKey_ = false;  // The user walks through the list by key.
   QLabel* paletteLabel_ = nullptr;
   QRadioButton* celsius_ = nullptr;
   QRadioButton* fahrenheit_ = nullptr;

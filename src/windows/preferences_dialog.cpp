@@ -18,6 +18,7 @@
 #include "view/switch_units.h"
 #include "widgets/mnemonics.h"
 #include "widgets/palette_swatch.h"
+#include "widgets/plain_text.h"
 
 namespace tessa {
 namespace {
@@ -62,7 +63,7 @@ PreferencesDialog::PreferencesDialog(Session& session, UserSettings& user, QWidg
 }
 
 QLabel* PreferencesDialog::AddCaption(QGridLayout& layout, int row) {
-  auto* const caption = new QLabel(this);
+  auto* const caption = new PlainLabel(this);
   layout.addWidget(caption, row, 0);
   return caption;
 }
@@ -231,7 +232,7 @@ void PreferencesDialog::ShowFolder(const QString& path, Folder& folder) {
   folder.Panel->setText(folder.Path.isEmpty() ? QString()
                                               : QStringLiteral("  ") + folder.Path.toUpper());
   folder.Panel->setCursorPosition(0);
-  folder.Panel->setToolTip(folder.Path);
+  folder.Panel->setToolTip(PlainToolTip(folder.Path));
 }
 
 void PreferencesDialog::ShowLanguage(int language) {
@@ -263,6 +264,9 @@ void PreferencesDialog::TakeOver() {
   settings.DefaultPalette = std::max(palettes_->currentIndex(), 0);
   settings.DefaultUnits = fahrenheit_->isChecked() ? 'F' : 'C';
 
+  if (image.CurrentFile.isEmpty()) {
+    ReadPalettes(session_);  // As at the start: what was reversed stands as in the file again.
+  }
   SelectPalette(palettes_->currentIndex(), image, view, session_.Palettes, session_.Buffers);
   if (settings.DefaultUnits == 'F') {
     SwitchToFahrenheit(image, view, session_.Range, session_.Words);

@@ -13,6 +13,7 @@
 #include "view/range_actions.h"
 #include "view/range_entry.h"
 #include "widgets/icons.h"
+#include "widgets/plain_text.h"
 #include "widgets/range_slider_widget.h"
 #include "widgets/scale_widget.h"
 
@@ -69,10 +70,10 @@ void RangePanelWidget::MakeEntries() {
   minimum_ = MakeBox("Text1");
   limitMaximum_ = MakeBox("txtRangeVMax");
   limitMinimum_ = MakeBox("txtRangeVMin");
-  maximumLabel_ = KeepingPlace(new QLabel(this));
+  maximumLabel_ = KeepingPlace(new PlainLabel(this));
   maximumLabel_->setObjectName(QStringLiteral("Label4"));
   maximumLabel_->setBuddy(maximum_);
-  minimumLabel_ = KeepingPlace(new QLabel(this));
+  minimumLabel_ = KeepingPlace(new PlainLabel(this));
   minimumLabel_->setObjectName(QStringLiteral("Label3"));
   minimumLabel_->setBuddy(minimum_);
   update_ = KeepingPlace(new QPushButton(this));

@@ -12,6 +12,8 @@
 #include <QVBoxLayout>
 
 #include "core/tell.h"
+#include "sequence/convert_frames.h"
+#include "widgets/plain_text.h"
 
 namespace tessa {
 namespace {
@@ -61,7 +63,7 @@ void SaveSequenceDialog::MakeControls() {
   selectNone_ = button("SSCommand3", words.LangString(217, "Reset All"));
   convert_ = button("SSCommand9", words.LangString(119, "Convert"));
   close_ = button("SSCommand1", words.LangString(114, "Close"));
-  status_ = new QLabel(this);
+  status_ = new PlainLabel(this);
   status_->setObjectName(QStringLiteral("Label1"));
   status_->setTextFormat(Qt::PlainText);
   status_->setWordWrap(true);
@@ -77,7 +79,8 @@ void SaveSequenceDialog::MakeControls() {
 }
 
 void SaveSequenceDialog::Arrange() {
-  auto* const label = new QLabel(session_.Words.LangString(411, "New Sequence Name Prefix"), this);
+  auto* const label =
+      new PlainLabel(session_.Words.LangString(411, "New Sequence Name Prefix"), this);
   label->setBuddy(prefix_);
   auto* const formats = new QHBoxLayout;
   formats->addWidget(toBmp_);

@@ -8,6 +8,7 @@
 
 #include "core/program_version.h"
 #include "widgets/icons.h"
+#include "widgets/plain_text.h"
 
 namespace tessa {
 namespace {
@@ -35,7 +36,7 @@ SplashWindow::SplashWindow(const Strings& words)
     : QWidget(nullptr, Qt::SplashScreen | Qt::FramelessWindowHint), words_(words) {
   setObjectName(QStringLiteral("Main"));
   setWindowIcon(ApplicationIcon());
-  auto* const emblem = new QLabel(this);
+  auto* const emblem = new PlainLabel(this);
   emblem->setPixmap(ApplicationIcon().pixmap(QSize(kEmblemSize, kEmblemSize), devicePixelRatioF()));
   program_ = AddLine("SSPanel1", 2.0);
   version_ = AddLine("Label1", 1.1);
@@ -62,9 +63,8 @@ SplashWindow::SplashWindow(const Strings& words)
 
 /// `scale`: height of the letters against the usual ones.
 QLabel* SplashWindow::AddLine(const char* name, double scale) {
-  auto* const line = new QLabel(this);
+  auto* const line = new PlainLabel(this);
   line->setObjectName(QString::fromLatin1(name));
-  line->setTextFormat(Qt::PlainText);
   QFont letters = font();
   letters.setPixelSize(qRound(QFontInfo(letters).pixelSize() * scale));
   line->setFont(letters);

@@ -2,8 +2,10 @@
 
 #include <QApplication>
 #include <QHBoxLayout>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QPushButton>
+#include <QScrollArea>
 #include <QScrollBar>
 #include <QSlider>
 #include <QToolButton>
@@ -20,6 +22,7 @@
 #include "widgets/language_box.h"
 #include "widgets/notice_strip.h"
 #include "widgets/picbuf_widget.h"
+#include "widgets/plain_text.h"
 #include "windows/no_picture_panel.h"
 #include "windows/range_panel.h"
 
@@ -55,11 +58,32 @@ ViewPictWidget::ViewPictWidget(Session& session, Progress& progress, QWidget* pa
   layout->setContentsMargins(0, 0, 0, 0);
   layout->setSpacing(0);
   layout->addLayout(left, 1);
-  layout->addWidget(range_);
+  layout->addWidget(MakeRangeFrame());
   ConnectPicture();
   AddLanguageBox(*this, [this] { SetWindowLanguage(); });
   SetWindowLanguage();
   ShowIcons();
+}
+
+/// On a screen too low for it, the range panel can be scrolled.
+QWidget* ViewPictWidget::MakeRangeFrame() {
+  auto* const frame = new QScrollArea(this);
+  frame->setFrameShape(QFrame::NoFrame);
+  frame->setWidgetResizable(true);
+  frame->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+  frame->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Preferred);
+  frame->setWidget(range_);
+  range_->installEventFilter(this);
+  rangeFrame_ = frame;
+  return frame;
+}
+
+/// As wide as the panel wants to be in the present language, and its scroll bar where there is one.
+void ViewPictWidget::FitRangeFrame() {
+  const bool scrolls = rangeFrame_->height() < range_->minimumSizeHint().height();
+  rangeFrame_->setFixedWidth(
+      std::max(range_->minimumSizeHint().width(), range_->sizeHint().width()) +
+      (scrolls ? rangeFrame_->verticalScrollBar()->sizeHint().width() : 0));
 }
 
 QWidget* ViewPictWidget::MakeCanvas() {
@@ -73,12 +97,12 @@ QWidget* ViewPictWidget::MakeCanvas() {
 
   picture_ = new PicbufWidget(session_.Buffers.Picbuf1, canvas_);
   picture_->setObjectName(QStringLiteral("Picbuf1"));
+  picture_->setFocusPolicy(Qt::StrongFocus);
   horizontalScroll_ = new QScrollBar(Qt::Horizontal, canvas_);
   horizontalScroll_->setObjectName(QStringLiteral("HScroll1"));
   verticalScroll_ = new QScrollBar(Qt::Vertical, canvas_);
   verticalScroll_->setObjectName(QStringLiteral("VScroll1"));
   for (QScrollBar* const bar : {horizontalScroll_, verticalScroll_}) {
-    bar->setPalette(QApplication::palette());  // Not the dark one of the surround.
     connect(bar, &QScrollBar::actionTriggered, this, &ViewPictWidget::RememberPan,
             Qt::QueuedConnection);
   }
@@ -91,11 +115,11 @@ QWidget* ViewPictWidget::MakeCanvas() {
 QWidget* ViewPictWidget::MakeBlankPanel() {
   auto* const panel = new QWidget(canvas_);
   panel->setObjectName(QStringLiteral("SSPanel9"));
-  auto* const emblem = new QLabel(panel);
+  auto* const emblem = new PlainLabel(panel);
   constexpr int kEmblemSize = 96;
   emblem->setPixmap(ApplicationIcon().pixmap(QSize(kEmblemSize, kEmblemSize)));
   emblem->setAlignment(Qt::AlignCenter);
-  blankText_ = new QLabel(panel);
+  blankText_ = new PlainLabel(panel);
   blankText_->setAlignment(Qt::AlignCenter);
   blankOpen_ = new QPushButton(panel);
   blankOpen_->setObjectName(QStringLiteral("BlankOpenButton"));
@@ -116,19 +140,19 @@ QToolButton* ViewPictWidget::MakeStepButton(const QString& icon, int step) {
   auto* const button = new QToolButton(bottomPanel_);
   button->setAutoRaise(true);
   button->setIcon(ToolIcon(icon, palette().color(QPalette::WindowText)));
-  connect(button, &QToolButton::clicked, this,
-          [this, step] { SetZoom(session_.View.Zoom.ZoomLevel + step); });
+  connect(button, &QToolButton::clicked, this, [this, step] { ZoomBy(step); });
   return button;
 }
 
 QWidget* ViewPictWidget::MakeBottomPanel() {
   bottomPanel_ = new QWidget(this);
   bottomPanel_->setObjectName(QStringLiteral("SSPanel1"));
+  bottomPanel_->setMinimumWidth(1);  // A small screen cuts it off rather than the window.
   comment_ = new ElidingLabel(Qt::ElideRight, bottomPanel_);
   comment_->setObjectName(QStringLiteral("ssComment"));
-  memo_ = new QLabel(bottomPanel_);
+  memo_ = new PlainLabel(bottomPanel_);
   memo_->setObjectName(QStringLiteral("ssMemo"));
-  taken_ = new QLabel(bottomPanel_);
+  taken_ = new PlainLabel(bottomPanel_);
   taken_->setObjectName(QStringLiteral("Taken"));
 
   zoomOut_ = MakeStepButton(QStringLiteral("zoom_out"), -1);
@@ -139,10 +163,10 @@ QWidget* ViewPictWidget::MakeBottomPanel() {
   zoom_->setPageStep(1);
   zoom_->installEventFilter(this);
   connect(zoom_, &QSlider::valueChanged, this, &ViewPictWidget::SetZoom);
-  zoomText_ = new QLabel(bottomPanel_);
+  zoomText_ = new PlainLabel(bottomPanel_);
   zoomText_->setObjectName(QStringLiteral("SSPanel26"));
   zoomText_->setMinimumWidth(
-      zoomText_->fontMetrics().horizontalAdvance(QStringLiteral("Zoom: 88")));
+      zoomText_->fontMetrics().horizontalAdvance(QStringLiteral("Zoom: 88 %")));
 
   auto* const layout = new QHBoxLayout(bottomPanel_);
   layout->setContentsMargins(kMargin, 2, kMargin, 2);
@@ -164,24 +188,24 @@ namespace {
 /// The buttons of the frame row: control, command, icon and words.
 struct FrameButton {
   const char* Name;
-  const char* Command;
+  CommandId Command;
   const char* Icon;
   int TextId;
   const char* DefaultText;
 };
 constexpr std::array<FrameButton, 5> kFrameButtons = {
-    {{"SSCommand5", "FrameFirst", "frame_first", 292, "First"},
-     {"SSCommand6", "FramePrevious", "frame_previous", 293, "Previous"},
-     {"SSCommand7", "FrameNext", "frame_next", 294, "Next"},
-     {"SSCommand8", "FrameLast", "frame_last", 295, "Last"},
-     {"SSCommand9", "FrameSave", "save_image", 229, "Save Sequence Frames"}}};
+    {{"SSCommand5", CommandId::kFirstFrame, "frame_first", 292, "First"},
+     {"SSCommand6", CommandId::kPreviousFrame, "frame_previous", 293, "Previous"},
+     {"SSCommand7", CommandId::kNextFrame, "frame_next", 294, "Next"},
+     {"SSCommand8", CommandId::kLastFrame, "frame_last", 295, "Last"},
+     {"SSCommand9", CommandId::kSaveFrames, "save_image", 229, "Save Sequence Frames"}}};
 
 }  // namespace
 
 QWidget* ViewPictWidget::MakeFrameRow() {
   frameRow_ = new QWidget(this);
   frameRow_->setObjectName(QStringLiteral("Frame1"));
-  frameText_ = new QLabel(frameRow_);
+  frameText_ = new PlainLabel(frameRow_);
   frameText_->setObjectName(QStringLiteral("Label7"));
   frameText_->setAlignment(Qt::AlignCenter);
   frameText_->setMinimumWidth(
@@ -239,6 +263,9 @@ void ViewPictWidget::SetWindowLanguage() {
 }
 
 bool ViewPictWidget::eventFilter(QObject* watched, QEvent* event) {
+  if (watched == range_ && event->type() == QEvent::LayoutRequest) {
+    FitRangeFrame();
+  }
   if (watched == zoom_ && event->type() == QEvent::MouseButtonDblClick) {
     ZoomToFit();
     return true;
@@ -255,7 +282,9 @@ void ViewPictWidget::ConnectPicture() {
   });
   connect(picture_, &PicbufWidget::Clicked, this, &ViewPictWidget::PictureClicked);
   connect(picture_, &PicbufWidget::ZoomWheel, this, [this](int steps, QPoint position) {
-    ZoomAround(session_.View.Zoom.ZoomLevel + steps, position);
+    if (const auto level = LevelAfter(steps, session_.View.Zoom)) {
+      ZoomAround(*level, position);
+    }
   });
   connect(picture_, &PicbufWidget::Dragged, this, [this](QPoint distance) {
     const Picbuf& buffer = session_.Buffers.Picbuf1;
@@ -274,10 +303,12 @@ void ViewPictWidget::ConnectPicture() {
   connect(horizontalScroll_, &QScrollBar::valueChanged, this, [this](int value) {
     session_.Buffers.Picbuf1.Xpan = value;
     picture_->update();
+    RefreshReadout();
   });
   connect(verticalScroll_, &QScrollBar::valueChanged, this, [this](int value) {
     session_.Buffers.Picbuf1.Ypan = value;
     picture_->update();
+    RefreshReadout();
   });
 }
 
@@ -285,25 +316,48 @@ void ViewPictWidget::BringIntoLine() {
   const ViewState& view = session_.View;
   const OpenImage& image = session_.Image;
   range_->setVisible(view.ScalePanelVisible);
+  rangeFrame_->setVisible(view.ScalePanelVisible);
   bottomPanel_->setVisible(view.BottomPanelVisible);
-  blankPanel_->setVisible(view.BlankPanelVisible);
   noPicture_->ShowReason(view.NoPicture, session_.Words);
   notice_->ShowNotice(view.Notice, session_.Words);
+  // While an image loads there is neither a picture nor the invitation to open one.
+  blankPanel_->setVisible(view.BlankPanelVisible && !view.LoadProgressVisible);
   picture_->setVisible(view.PictureVisible);
   ShowFrameRow();
   range_->BringIntoLine();
-  const QString comment = view.Comment.simplified();
+  const QString comment = OneLine(view.Comment.simplified());
   comment_->setText(comment);
-  comment_->setToolTip(comment);
-  memo_->setText(view.Memo.simplified());
+  comment_->setToolTip(PlainToolTip(comment));
+  memo_->setText(MemoText());
   taken_->setText((image.ImageDate + QStringLiteral("  ") + image.ImageTime).trimmed());
 
   const QSignalBlocker blocker(zoom_);
   zoom_->setRange(view.Zoom.ZoomMin, view.Zoom.ZoomMax);
   zoom_->setValue(view.Zoom.ZoomLevel);
-  zoomText_->setText(session_.Words.LangString(284, "Zoom") + QStringLiteral(": ") +
-                     QString::number(view.Zoom.ZoomLevel));
   PlacePicture();
+}
+
+/// A sequence has the number of its frames for a memo.
+QString ViewPictWidget::MemoText() const {
+  const OpenImage& image = session_.Image;
+  const QString memo = OneLine(session_.View.Memo.simplified());
+  const bool isFrameCount = (image.ImageKind == KindRti || image.ImageKind == KindRtv) &&
+                            memo == QString::number(image.FrameCount);
+  return isFrameCount ? session_.Words.LangString(290, "Frame Count") + QStringLiteral(": ") + memo
+                      : memo;
+}
+
+/// The level, or the percentage of the picture's size below the levels.
+QString ViewPictWidget::ZoomText() const {
+  const Picbuf& buffer = session_.Buffers.Picbuf1;
+  const ZoomState& zoom = session_.View.Zoom;
+  const QString word = session_.Words.LangString(284, "Zoom") + QStringLiteral(": ");
+  if (!zoom.FitsWindow) {
+    return word + QString::number(zoom.ZoomLevel);
+  }
+  constexpr double kPercent = 100.0;
+  return word + QString::number(kPercent * buffer.ZoomNumerator / buffer.ZoomDenominator, 'g', 2) +
+         QStringLiteral(" %");
 }
 
 QSize ViewPictWidget::AreaFor(bool horizontalBar, bool verticalBar) const {
@@ -316,6 +370,10 @@ void ViewPictWidget::PlacePicture() {
   blankPanel_->setGeometry(canvas_->rect());
   noPicture_->setGeometry(canvas_->rect());
   Picbuf& buffer = session_.Buffers.Picbuf1;
+  if (session_.View.Zoom.FitsWindow) {
+    SetZoomToFit(canvas_->width(), canvas_->height(), session_.View.Zoom, buffer);
+  }
+  zoomText_->setText(ZoomText());
   // A bar takes room from the other direction, so the second look decides.
   QSize area = AreaFor(false, false);
   ViewPlacement placement = PlaceView(buffer, area.width(), area.height());
@@ -363,6 +421,12 @@ void ViewPictWidget::SetZoom(int level) {
   RefreshReadout();
 }
 
+void ViewPictWidget::ZoomBy(int steps) {
+  if (const auto level = LevelAfter(steps, session_.View.Zoom)) {
+    SetZoom(*level);
+  }
+}
+
 /// Both scroll bars go to the share of their way that the remembered centre has of the picture.
 void ViewPictWidget::ScrollToCentre() {
   const Picbuf& buffer = session_.Buffers.Picbuf1;
@@ -401,19 +465,12 @@ int ViewPictWidget::ZoomLevel() const {
 }
 
 void ViewPictWidget::ZoomToFit() {
-  ZoomState& zoom = session_.View.Zoom;
-  const QSize area = AreaFor(false, false);
-  int level = zoom.ZoomMin;
-  for (int candidate = zoom.ZoomMin; candidate <= zoom.ZoomMax; ++candidate) {
-    SetZoomLevel(candidate, zoom, session_.Buffers.Picbuf1);
-    const ViewPlacement placement =
-        PlaceView(session_.Buffers.Picbuf1, area.width(), area.height());
-    if (placement.MaxPanX > 0 || placement.MaxPanY > 0) {
-      break;
-    }
-    level = candidate;
+  if (!session_.View.HasImage) {
+    return;
   }
-  SetZoom(level);
+  SetZoomToFit(canvas_->width(), canvas_->height(), session_.View.Zoom, session_.Buffers.Picbuf1);
+  BringIntoLine();
+  RefreshReadout();
 }
 
 /// What the user panned to is the centre of the next zoom.
@@ -441,11 +498,26 @@ void ViewPictWidget::PointerMoved(QPoint position) {
                      session_.Words, session_.Cursor, session_.View)) {
     return;
   }
-  QToolTip::showText(picture_->mapToGlobal(position), session_.View.PictureTip, picture_);
+  QToolTip::showText(picture_->mapToGlobal(position), PlainToolTip(session_.View.PictureTip),
+                     picture_);
   Q_EMIT ReadoutChanged();
 }
 
+/// The bars have the desktop's colours. Each is set by name: what is not comes from the surround.
+void ViewPictWidget::ColourScrollBars() {
+  const QPalette desktop = QApplication::palette();
+  QPalette colours = desktop;
+  for (const auto group : {QPalette::Active, QPalette::Inactive, QPalette::Disabled}) {
+    for (const auto role : {QPalette::Window, QPalette::WindowText}) {
+      colours.setBrush(group, role, desktop.brush(group, role));
+    }
+  }
+  horizontalScroll_->setPalette(colours);
+  verticalScroll_->setPalette(colours);
+}
+
 void ViewPictWidget::ShowIcons() {
+  ColourScrollBars();
   const QColor ink = palette().color(QPalette::WindowText);
   zoomOut_->setIcon(ToolIcon(QStringLiteral("zoom_out"), ink));
   zoomIn_->setIcon(ToolIcon(QStringLiteral("zoom_in"), ink));
@@ -455,8 +527,34 @@ void ViewPictWidget::ShowIcons() {
   range_->SetWindowLanguage();
 }
 
-void ViewPictWidget::FocusZoom() {
-  zoom_->setFocus();
+void ViewPictWidget::FocusPicture() {
+  picture_->setFocus();
+}
+
+void ViewPictWidget::keyPressEvent(QKeyEvent* event) {
+  const auto pan = [event](QScrollBar* bar, QAbstractSlider::SliderAction step) {
+    if (bar->isVisible()) {
+      bar->triggerAction(step);
+    }
+    event->accept();
+  };
+  // The arrows of the number pad count too.
+  if ((event->modifiers() & ~Qt::KeypadModifier) != Qt::NoModifier) {
+    QWidget::keyPressEvent(event);
+    return;
+  }
+  switch (event->key()) {
+    case Qt::Key_Left:
+      return pan(horizontalScroll_, QAbstractSlider::SliderSingleStepSub);
+    case Qt::Key_Right:
+      return pan(horizontalScroll_, QAbstractSlider::SliderSingleStepAdd);
+    case Qt::Key_Up:
+      return pan(verticalScroll_, QAbstractSlider::SliderSingleStepSub);
+    case Qt::Key_Down:
+      return pan(verticalScroll_, QAbstractSlider::SliderSingleStepAdd);
+    default:
+      QWidget::keyPressEvent(event);
+  }
 }
 
 void ViewPictWidget::RefreshReadout() {
@@ -470,11 +568,12 @@ void ViewPictWidget::PictureClicked(Qt::MouseButton button, QPoint position) {
     return;
   }
   RememberClick(position.x(), position.y(), session_.Buffers.Picbuf1, session_.View.Zoom);
-  SetZoom(session_.View.Zoom.ZoomLevel + (button == Qt::LeftButton ? 1 : -1));
+  ZoomBy(button == Qt::LeftButton ? 1 : -1);
 }
 
 void ViewPictWidget::resizeEvent(QResizeEvent* event) {
   QWidget::resizeEvent(event);
+  FitRangeFrame();
   PlacePicture();
 }
 

@@ -4,9 +4,11 @@
 
 #include "core/progress.h"
 #include "open/session.h"
+#include "windows/command.h"
 
 class QLabel;
 class QPushButton;
+class QScrollArea;
 class QScrollBar;
 class QSlider;
 class QToolButton;
@@ -34,10 +36,13 @@ class ViewPictWidget : public QWidget {
   /// Sets the level and shows the remembered centre in the middle.
   void SetZoom(int level);
   int ZoomLevel() const;
-  /// The largest level at which the whole picture is in view.
+  /// The largest level at which the whole picture is in view; where even the lowest is too large,
+  /// the scale that just fits, which then follows the size of the window.
   void ZoomToFit();
-  /// Keys go to the zoom control.
-  void FocusZoom();
+  /// Steps to another level; from a scale below the levels, up to the lowest of them.
+  void ZoomBy(int steps);
+  /// Keys go to the picture: arrows pan it.
+  void FocusPicture();
   /// Reads again what lies under a resting cursor.
   void RefreshReadout();
   PicbufWidget& Picture() { return *picture_; }
@@ -48,20 +53,25 @@ class ViewPictWidget : public QWidget {
   void OpenRequested();
   /// The range on show changed.
   void RangeChanged();
-  /// A button of the frame row was pressed; the name is that of its command.
-  void FrameCommand(const char* command);
+  /// A button of the frame row was pressed.
+  void FrameCommand(CommandId command);
 
  protected:
   void resizeEvent(QResizeEvent* event) override;
   void wheelEvent(QWheelEvent* event) override;
+  void keyPressEvent(QKeyEvent* event) override;
   bool eventFilter(QObject* watched, QEvent* event) override;
 
  private:
   QWidget* MakeCanvas();
+  QWidget* MakeRangeFrame();
+  void FitRangeFrame();
   QWidget* MakeBlankPanel();
   QWidget* MakeBottomPanel();
   QWidget* MakeFrameRow();
   void ShowFrameRow();
+  QString MemoText() const;
+  QString ZoomText() const;
   void ConnectPicture();
   void PlacePicture();
   void PlaceScrollBars(const QRect& area, int maxX, int maxY);
@@ -71,6 +81,7 @@ class ViewPictWidget : public QWidget {
   void ZoomAround(int level, QPoint position);
   void ScrollToCentre();
   void RememberPan();
+  void ColourScrollBars();
   QToolButton* MakeStepButton(const QString& icon, int step);
   void PanTo(int horizontal, int vertical);
 
@@ -82,6 +93,7 @@ class ViewPictWidget : public QWidget {
   NoticeStrip* notice_ = nullptr;
   PicbufWidget* picture_ = nullptr;
   RangePanelWidget* range_ = nullptr;
+  QScrollArea* rangeFrame_ = nullptr;
   QScrollBar* horizontalScroll_ = nullptr;
   QScrollBar* verticalScroll_ = nullptr;
   QSlider* zoom_ = nullptr;

@@ -11,6 +11,19 @@ constexpr int kPatienceMilliseconds = 120;
 
 }  // namespace
 
+void WindowProgress::Start() {
+  clock_.restart();
+  painted_ = false;
+}
+
+void WindowProgress::Repaint() {
+  if (!painted_ && window_.isVisible() && window_.IsLoadingLargeFile()) {
+    Paint();
+  } else {
+    PaintWhenDue();
+  }
+}
+
 void WindowProgress::LetEventsRun() {
   if (window_.isVisible()) {
     QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
@@ -19,10 +32,15 @@ void WindowProgress::LetEventsRun() {
 
 void WindowProgress::PaintWhenDue() {
   if (clock_.elapsed() >= kPatienceMilliseconds && window_.isVisible()) {
-    window_.BringIntoLine();
-    QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
-    clock_.restart();
+    Paint();
   }
+}
+
+void WindowProgress::Paint() {
+  window_.BringIntoLine();
+  QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
+  clock_.restart();
+  painted_ = true;
 }
 
 }  // namespace tessa
