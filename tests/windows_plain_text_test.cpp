@@ -148,7 +148,7 @@ TEST_F(PlainTextTest, QuestionsShowTheirTextLetterForLetterInThePresentLanguage)
     }
   });
   later.start(20);
-  EXPECT_EQ(dialogs.AskSaveFile({target, {QStringLiteral("Bitmap (*.BMP)")}, {}}), target);
+  EXPECT_EQ(dialogs.AskSaveFile({target, {QStringLiteral("Bitmap (*.BMP)")}, {}, {}}), target);
   EXPECT_EQ(questions, 2);
 }
 

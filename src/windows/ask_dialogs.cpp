@@ -66,10 +66,9 @@ std::optional<QString> WindowDialogs::AskOpenFile(const OpenFileQuestion& questi
 
 std::optional<QString> WindowDialogs::AskSaveFile(const SaveFileQuestion& question) {
   if (!question.Refusal.isEmpty()) {
-    QMessageBox refusal(QMessageBox::Warning, parent_->windowTitle(), question.Refusal,
-                        QMessageBox::Ok, parent_);
-    refusal.setTextFormat(Qt::PlainText);
-    refusal.exec();
+    const auto refusal = PlainMessageBox(parent_, question.Refusal, QMessageBox::Ok, words_);
+    refusal->setIcon(QMessageBox::Warning);
+    refusal->exec();
   }
   const QFileInfo suggestion(question.Suggestion);
   QFileDialog dialog(parent_, QString(), suggestion.absolutePath(),
