@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <array>
 
-#include "view/picbuf.h"
 
 namespace tessa {
 
