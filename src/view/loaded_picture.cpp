@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <array>
 
-
 namespace tessa {
 
 void LoadedPicture::Allocate(int width, int height, int depth) {
