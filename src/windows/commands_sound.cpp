@@ -61,7 +61,8 @@ void MainWindow::ShowSound() {
     play->setText(sound.PlayHint);
     play->setToolTip(sound.PlayHint);
   }
-  soundLength_->setText(sound.LengthText);
+  soundLength_->setText(session_.Words.LangString(243, "Sound File") + QStringLiteral(": ") +
+                        sound.LengthText);
   soundLength_->setVisible(!sound.LengthText.isEmpty());
 }
 
