@@ -126,6 +126,7 @@ void ImageTransfer::Bring(const TransferPlan& plan, Overwrite overwrite) {
   written_.insert(NameOf(plan.Source));
   if (!plan.Sound.isEmpty() && plan.Wave.empty()) {
     written_.insert(NameOf(plan.Sound));
+    soundsBrought_.insert(plan.Sound);
   }
 }
 
@@ -284,7 +285,7 @@ void ImageTransfer::LetGo(const LeavingFile& gone, std::vector<TransferFault>& f
   }
 }
 
-void DeleteImage(const QString& path, FolderSounds& sounds) {
+QString DeleteImage(const QString& path, FolderSounds& sounds) {
   struct stat status {};
   if (::lstat(PathToBytes(path).constData(), &status) != 0) {
     throw StepFailure(SystemErrorText(errno));
@@ -308,6 +309,7 @@ void DeleteImage(const QString& path, FolderSounds& sounds) {
       throw AboutSound(sound, reason);
     }
   }
+  return goes ? sound : QString();
 }
 
 }  // namespace tessa

@@ -59,6 +59,8 @@ class ImageTransfer {
   void Bring(const TransferPlan& plan, Overwrite overwrite);
   /// Tries the copying alone and leaves nothing. Throws as Bring() does.
   void Try(const TransferPlan& plan) const;
+  /// True for a sound file that was brought with an image of it, though it has not been asked for.
+  bool WentAlong(const QString& source) const { return soundsBrought_.contains(SamePath(source)); }
   /// Number of moved images whose sources are still to go.
   std::size_t Waiting() const { return waiting_.size(); }
   bool IsBatchFull() const { return waiting_.size() >= kBatch; }
@@ -87,12 +89,14 @@ class ImageTransfer {
   TransferOptions options_;
   QHash<QString, std::shared_ptr<FolderSounds>> sounds_;  // By source folder.
   QSet<QByteArray> written_;                              // Names in the target folder.
+  QSet<QString> soundsBrought_;                           // Source paths.
   std::vector<LeavingFile> waiting_;
   bool copied_ = false;  // Something may not be on the disk yet.
 };
 
 /// Deletes an image and its sound, which stays while another image of the folder names it and when
-/// it is no sound. Throws StepFailure with the reason.
-void DeleteImage(const QString& path, FolderSounds& sounds);
+/// it is no sound. Returns the path of the sound that went, if one did. Throws StepFailure with the
+/// reason.
+QString DeleteImage(const QString& path, FolderSounds& sounds);
 
 }  // namespace tessa

@@ -94,4 +94,8 @@ QString FileNameOf(const QString& path) {
   return path.mid(path.lastIndexOf(QLatin1Char('/')) + 1);
 }
 
+QString SamePath(const QString& path) {
+  return JoinPath(FolderOfPath(path), FileNameOf(path));
+}
+
 }  // namespace tessa

@@ -34,5 +34,7 @@ class FolderSounds {
 
 /// Everything behind the last separator.
 QString FileNameOf(const QString& path);
+/// The path in the form that paths of sound files have.
+QString SamePath(const QString& path);
 
 }  // namespace tessa

@@ -50,8 +50,13 @@ class BringCall {
     if (transfer_.Folder().IsSameFolder(FolderOfPath(path))) {
       throw StepFailure("it is in that folder already");
     }
-    const TransferPlan plan = transfer_.Plan(path);
     const QString target = JoinPath(transfer_.Folder().Path(), FileNameOf(path));
+    if (transfer_.WentAlong(path)) {
+      PrintLine(path + QStringLiteral(" -> ") + target);
+      ++done_;
+      return;
+    }
+    const TransferPlan plan = transfer_.Plan(path);
     if (plan.ImageIsThere || plan.SoundIsThere) {
       const QString there =
           plan.ImageIsThere ? target : JoinPath(transfer_.Folder().Path(), FileNameOf(plan.Sound));
@@ -159,6 +164,7 @@ int TransferCommands::Delete() const {
   int done = 0;
   int status = kToolDone;
   QHash<QString, std::shared_ptr<FolderSounds>> folders;
+  QSet<QString> gone;  // Sounds that went with their images.
   StopAfterThisFile();
   for (const std::string& file : files_) {
     if (Interrupted()) {
@@ -170,7 +176,9 @@ int TransferCommands::Delete() const {
       sounds = std::make_shared<FolderSounds>(FolderOfPath(path));
     }
     try {
-      DeleteImage(path, *sounds);
+      if (!gone.contains(SamePath(path))) {
+        gone.insert(DeleteImage(path, *sounds));
+      }
       PrintLine(path + QStringLiteral(" deleted"));
       ++done;
     } catch (const StepFailure& reason) {
