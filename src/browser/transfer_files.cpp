@@ -263,9 +263,12 @@ void StagedFile::GiveName(const QByteArray& name, Overwrite overwrite) {
 }
 
 void StagedFile::TakeBack(const QByteArray& name) const {
+  if (name.isEmpty()) {
+    return;
+  }
   struct stat own {};
   const auto there = folder_->Find(name);
-  if (!name.isEmpty() && there && ::fstat(file_.Get(), &own) == 0 && there->st_dev == own.st_dev &&
+  if (there && ::fstat(file_.Get(), &own) == 0 && there->st_dev == own.st_dev &&
       there->st_ino == own.st_ino) {
     ::unlinkat(folder_->Descriptor(), name.constData(), 0);
   }

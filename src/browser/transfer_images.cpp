@@ -6,6 +6,7 @@
 
 #include "core/file_access.h"
 #include "core/path_bytes.h"
+#include "core/plain_line.h"
 #include "core/steps.h"
 #include "sound/embed_sound.h"
 #include "sound/sound_note.h"
@@ -68,7 +69,7 @@ void RemoveUnchanged(const QString& path, const struct stat& copied) {
 }
 
 StepFailure AboutSound(const QString& sound, const StepFailure& reason) {
-  return StepFailure("its sound file " + FileNameOf(sound).toStdString() + ": " + reason.what());
+  return StepFailure("its sound file " + PlainUtf8(FileNameOf(sound)) + ": " + reason.what());
 }
 
 }  // namespace
@@ -135,9 +136,8 @@ void ImageTransfer::Try(const TransferPlan& plan) const {
 }
 
 bool ImageTransfer::Rename(const TransferPlan& plan, Overwrite overwrite) {
-  const SourceFile source = OpenSource(plan.Source);
-  if (!options_.Move || !plan.Wave.empty() || !folder_.IsOnDevice(source.Status) ||
-      IsLink(plan.Source)) {
+  if (!options_.Move || !plan.Wave.empty() || IsLink(plan.Source) ||
+      !folder_.IsOnDevice(OpenSource(plan.Source).Status)) {
     return false;
   }
   const QString& sound = plan.Sound;
