@@ -107,6 +107,24 @@ TEST_F(ToolTransfer, SheetWritesAPageForEveryTenAndGoesOnAfterABadOne) {
   EXPECT_EQ(Run({"sheet", "-o", "@s.pdf", "@a.sit", "--force"}).Status, 0);
   EXPECT_TRUE(ReadAll(Path("s.pdf")).contains("/Count 1"));
   EXPECT_EQ(Run({"sheet", "-o", "@a.sit", "@a.sit", "--force"}).Status, 2);
+  EXPECT_EQ(Run({"sheet", "@a.sit"}).Status, 2);
+}
+
+TEST_F(ToolTransfer, SheetHandsItsPagesToThePrinterOrSaysWhyNot) {
+  // Stands in for the system's spooler.
+  QDir(Path("")).mkdir(QStringLiteral("bin"));
+  Write("bin/lp", ToBytes("#!/bin/sh\n[ \"$2\" = good ] || { echo no such printer >&2; exit 1; }\n"
+                          "cat > \"$PRINTED\"\n"));
+  ::chmod(Path("bin/lp").toUtf8().constData(), 0755);
+  const QByteArray path = qgetenv("PATH");
+  qputenv("PATH", Path("bin").toUtf8() + ":" + path);
+  qputenv("PRINTED", Path("printed").toUtf8());
+  EXPECT_EQ(Run({"sheet", "@a.sit", "--printer", "good"}).Error, "");
+  EXPECT_TRUE(ReadAll(Path("printed")).startsWith("%PDF-"));
+  const Outcome bad = Run({"sheet", "@a.sit", "--printer", "bad"});
+  EXPECT_EQ(bad.Status, 1);
+  EXPECT_THAT(bad.Error, HasSubstr("bad: the sheet was not printed: no such printer"));
+  qputenv("PATH", path);
 }
 
 }  // namespace

@@ -1,8 +1,8 @@
 #include "tool/sheet_command.h"
 
 #include <QGuiApplication>
+#include <QProcess>
 #include <array>
-#include <span>
 
 #include "browser/contact_sheet.h"
 #include "browser/transfer_sounds.h"
@@ -25,12 +25,31 @@ QImage PictureOf(const QString& path, const ExportOptions& options, const Palett
   return session.Buffers.Picbuf1.ViewPicture();
 }
 
+/// Hands the document to the system's printing, which knows the printer. Throws StepFailure.
+void Print(const QByteArray& pdf, const std::string& printer) {
+  QProcess spooler;
+  spooler.start(QStringLiteral("lp"),
+                {QStringLiteral("-d"), QString::fromStdString(printer), QStringLiteral("-o"),
+                 QStringLiteral("fit-to-page"), QStringLiteral("-")});
+  if (!spooler.waitForStarted()) {
+    throw StepFailure("there is no printing system here: lp cannot be started");
+  }
+  spooler.write(pdf);
+  spooler.closeWriteChannel();
+  spooler.waitForFinished(-1);
+  if (spooler.exitStatus() != QProcess::NormalExit || spooler.exitCode() != 0) {
+    throw StepFailure("the sheet was not printed: " +
+                      spooler.readAllStandardError().trimmed().toStdString());
+  }
+}
+
 }  // namespace
 
 SheetCommand::SheetCommand(CLI::App& tool)
-    : command_(tool.add_subcommand("sheet", "Write pictures of images into a PDF, ten to a page")) {
+    : command_(tool.add_subcommand("sheet", "Put pictures of images into a PDF, ten to a page")) {
   command_->add_option("FILE", files_, "Images")->required();
-  command_->add_option("-o,--output", out_, "PDF file to write")->required();
+  command_->add_option("-o,--output", out_, "PDF file to write");
+  command_->add_option("--printer", printer_, "Printer of the system to print on");
   command_->add_option("--heading", heading_, "Heading of every page; else the folder");
   command_->add_option("--palette", palette_, "Palette by name or number");
   command_->add_flag("--force", force_, "Replace a file that is there already");
@@ -48,11 +67,15 @@ int SheetCommand::WriteSheets() const {
     PrintError("there is no palette \"" + palette_ + "\"; see export --palette");
     return kToolWrongCall;
   }
-  if (!target.endsWith(QLatin1String(".pdf"), Qt::CaseInsensitive)) {
+  if (out_.empty() && printer_.empty()) {
+    PrintError("sheet needs -o or --printer");
+    return kToolWrongCall;
+  }
+  if (!out_.empty() && !target.endsWith(QLatin1String(".pdf"), Qt::CaseInsensitive)) {
     PrintError(target, "the sheet must end in .pdf");
     return kToolWrongCall;
   }
-  if (!force_ && PathExists(target)) {
+  if (!out_.empty() && !force_ && PathExists(target)) {
     PrintError(target, "it is there already; --force would replace it");
     return kToolFailed;
   }
@@ -107,12 +130,17 @@ int SheetCommand::WriteSheets() const {
     if (pdf.isEmpty()) {
       throw StepFailure("there is no picture for it");
     }
-    WriteWholeFile(target,
-                   ByteSpan(reinterpret_cast<const std::uint8_t*>(pdf.constData()),
-                            static_cast<std::size_t>(pdf.size())),
-                   force_ ? Overwrite::kReplace : Overwrite::kRefuse);
+    if (!out_.empty()) {
+      WriteWholeFile(target,
+                     ByteSpan(reinterpret_cast<const std::uint8_t*>(pdf.constData()),
+                              static_cast<std::size_t>(pdf.size())),
+                     force_ ? Overwrite::kReplace : Overwrite::kRefuse);
+    }
+    if (!printer_.empty()) {
+      Print(pdf, printer_);
+    }
   } catch (const std::exception& failure) {
-    PrintError(target, failure.what());
+    PrintError(out_.empty() ? FromArgument(printer_) : target, failure.what());
     return kToolFailed;
   }
   return status;

@@ -7,7 +7,7 @@
 
 namespace tessa {
 
-/// The tool's command "sheet": pictures of images, ten to a page.
+/// The tool's command "sheet": pictures of images, ten to a page, into a PDF file or on paper.
 class SheetCommand {
  public:
   explicit SheetCommand(CLI::App& tool);
@@ -23,6 +23,7 @@ class SheetCommand {
   CLI::App* command_;
   std::vector<std::string> files_;
   std::string out_;
+  std::string printer_;
   std::string heading_;
   std::string palette_ = "0";
   bool force_ = false;
