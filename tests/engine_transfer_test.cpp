@@ -164,10 +164,12 @@ TEST_F(Transfer, EmbeddingPutsTheSoundInsideWhereItCanBeFoundAgain) {
   source_.Write("cut.aif", First(Note(), 60));
   source_.Write("none.sit", Sit("NONE", "AIF"));
   source_.Write("none.aif", {});
+  target_.Write("none.aif", {9});  // With embedding it is in nobody's way.
   EXPECT_EQ(Run(CopyImages, {"a.SIT", "cut.sit", "none.sit"}, "", true), 3);
   EXPECT_EQ(target_.Read(), (Tree{{"a.SIT", WithWave(a_)},
                                   {"cut.sit", Sit("CUT", "AIF")},
                                   {"cut.aif", First(Note(), 60)},
+                                  {"none.aif", {9}},
                                   {"none.sit", Sit("NONE", "AIF")}}));
   EXPECT_EQ(source_.Read().count("none.aif"), 0u);
   // The sound goes with the last image of the folder that names it.

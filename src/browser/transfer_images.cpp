@@ -95,15 +95,21 @@ TransferPlan ImageTransfer::Plan(const QString& source) {
 }
 
 void ImageTransfer::PlanSound(TransferPlan& plan) {
-  if (options_.EmbedSounds && MakeWave(plan.Source, plan.Sound, plan)) {
+  plan.SoundIsEmpty = options_.EmbedSounds && FileSize(plan.Sound) == 0;
+  if (plan.SoundIsEmpty || (options_.EmbedSounds && MakeWave(plan.Source, plan.Sound, plan))) {
     return;
   }
   const QByteArray name = NameOf(plan.Sound);
-  if (!folder_.Find(name)) {
+  const auto there = folder_.Find(name);
+  if (!there) {
     return;
   }
   try {
-    plan.SoundIsSame = HasSameBytes(OpenSource(plan.Sound), folder_, name);
+    const SourceFile sound = OpenSource(plan.Sound);
+    // Many images may name one large sound: what this run brought is not read again.
+    const bool isKnown =
+        soundsBrought_.contains(plan.Sound) && there->st_size == sound.Status.st_size;
+    plan.SoundIsSame = isKnown || HasSameBytes(sound, folder_, name);
   } catch (const StepFailure&) {
     // It cannot be read: then it is not the same, and bringing it tells why.
   }
@@ -125,7 +131,7 @@ void ImageTransfer::Bring(const TransferPlan& plan, Overwrite overwrite) {
     Copy(plan, overwrite);
   }
   written_.insert(NameOf(plan.Source));
-  if (!plan.Sound.isEmpty() && plan.Wave.empty()) {
+  if (!plan.Sound.isEmpty() && plan.Wave.empty() && !plan.SoundIsEmpty) {
     written_.insert(NameOf(plan.Sound));
     soundsBrought_.insert(plan.Sound);
   }
@@ -136,7 +142,7 @@ void ImageTransfer::Try(const TransferPlan& plan) const {
 }
 
 bool ImageTransfer::Rename(const TransferPlan& plan, Overwrite overwrite) {
-  if (!options_.Move || !plan.Wave.empty() || IsLink(plan.Source) ||
+  if (!options_.Move || !plan.Wave.empty() || plan.SoundIsEmpty || IsLink(plan.Source) ||
       !folder_.IsOnDevice(OpenSource(plan.Source).Status)) {
     return false;
   }
@@ -207,10 +213,9 @@ void ImageTransfer::Copy(const TransferPlan& plan, Overwrite overwrite) {
     image.Change(plan.Record, plan.Wave);
   }
   const bool soundMustCome = options_.Move || options_.SoundMustCome;
-  const bool isEmpty = options_.EmbedSounds && FileSize(plan.Sound) == 0;
   struct stat soundStatus {};
   std::optional<StagedFile> sound;
-  if (!plan.Sound.isEmpty() && !isEmpty) {
+  if (!plan.Sound.isEmpty() && !plan.SoundIsEmpty) {
     try {
       const SourceFile from = OpenSource(plan.Sound);
       soundStatus = from.Status;
@@ -234,12 +239,13 @@ void ImageTransfer::Copy(const TransferPlan& plan, Overwrite overwrite) {
     throw;
   }
   copied_ = true;
-  if (isEmpty) {
+  if (plan.SoundIsEmpty) {
     // Embedding removes a sound file without a byte in it.
     static_cast<void>(IsSoundFile(plan.Sound, EmptySound::kRemove));
   }
   if (options_.Move) {
-    waiting_.push_back({plan.Source, source.Status, isEmpty ? QString() : plan.Sound, soundStatus});
+    waiting_.push_back(
+        {plan.Source, source.Status, plan.SoundIsEmpty ? QString() : plan.Sound, soundStatus});
   }
 }
 

@@ -30,9 +30,10 @@ struct TransferPlan {
   bool SoundIsThere = false;  // A file of the sound's name does, with other bytes.
   bool ImageIsOurs = false;   // This run put the image there ...
   bool SoundIsOurs = false;   // ... or the sound.
+  bool SoundIsSame = false;   // The sound is there already, byte for byte.
+  bool SoundIsEmpty = false;  // It has no byte to embed: it goes, and the image comes without.
   Bytes Wave;                 // Goes into the image instead of the sound file beside it.
   Bytes Record;               // The header for it.
-  bool SoundIsSame = false;   // The sound is there already, byte for byte.
 };
 
 /// A source that stays although its image is in the target folder.

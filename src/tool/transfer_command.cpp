@@ -33,7 +33,7 @@ class BringCall {
       }
       try {
         BringOne(FromArgument(file));
-      } catch (const StepFailure& reason) {
+      } catch (const std::exception& reason) {
         Fail(FromArgument(file), reason.what());
       }
       if (transfer_.IsBatchFull()) {
@@ -77,7 +77,7 @@ class BringCall {
     QString line = path + QStringLiteral(" -> ") + target;
     if (!plan.Wave.empty()) {
       line += QStringLiteral(" with its sound inside");
-    } else if (!plan.Sound.isEmpty()) {
+    } else if (!plan.Sound.isEmpty() && !plan.SoundIsEmpty) {
       line += QStringLiteral(" with ") + FileNameOf(plan.Sound);
     }
     PrintLine(line);
@@ -181,7 +181,7 @@ int TransferCommands::Delete() const {
       }
       PrintLine(path + QStringLiteral(" deleted"));
       ++done;
-    } catch (const StepFailure& reason) {
+    } catch (const std::exception& reason) {
       PrintError(path, reason.what());
       status = kToolFailed;
     }
