@@ -8,6 +8,7 @@
 #include <string_view>
 
 #include "core/platform_failure.h"
+#include "core/process_start.h"
 #include "core/program_version.h"
 #include "core/user_settings.h"
 #include "core/viewer_ini.h"
@@ -62,6 +63,7 @@ bool AnswersAtOnce(int argc, char** argv) {
 }  // namespace
 
 int main(int argc, char** argv) {
+  tessa::PrepareProcess();
   if (AnswersAtOnce(argc, argv)) {
     return 0;
   }
