@@ -217,6 +217,9 @@ TEST_F(SequenceLoad, AnEmptySlotIsCountedOffAndTheFramesBehindItAreFound) {
     EXPECT_EQ(image_.FrameCount, 2);
     EXPECT_EQ(view_.Memo.toStdString(), "2");
     ExpectFrame(0);
+    // An export draws nothing for a frame that is not there, since a file can claim thousands.
+    EXPECT_THROW(ShowFrameForExport(2, session_), StepFailure);
+    ExpectFrame(0);
     EXPECT_FALSE(Show(2));
     EXPECT_FALSE(Show(2));
     ExpectBlank();
@@ -295,6 +298,8 @@ TEST_F(SequenceLoad, AContainerIsReadFrameByFrame) {
   ExpectFrame(2);  // In the first frame's scale, whatever the others say.
   EXPECT_NEAR(image_.CalRangeMin, -22.0, 2e-5);
   EXPECT_EQ(image_.ImageTime.toStdString(), "01:02:12 PM");
+  EXPECT_THROW(ShowFrameForExport(4, session_), StepFailure);
+  ExpectFrame(2);
   EXPECT_FALSE(Show(4));
   ExpectBlank();
 }
