@@ -3,10 +3,10 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <QFile>
 #include <QFileInfo>
 #include <algorithm>
 
+#include "core/path_bytes.h"
 #include "core/side_file.h"
 #include "formats/ansi_text.h"
 #include "formats/if_sound.h"
@@ -19,7 +19,7 @@ constexpr std::uint64_t kRateAt = 8;
 
 /// Deletes a plain file that still has no byte in it.
 void RemoveEmptyFile(const QString& path) {
-  const QByteArray name = QFile::encodeName(path);
+  const QByteArray name = PathToBytes(path);
   struct stat status {};
   if (::stat(name.constData(), &status) == 0 && S_ISREG(status.st_mode) && status.st_size == 0) {
     ::unlink(name.constData());
@@ -81,6 +81,13 @@ void TakeWave(const RandomFile& file, std::uint64_t offset, NoteWave& wave) {
   if (const auto facts = ReadWave(wave.File, offset, wave.Faults)) {
     wave.Rate = facts->Rate;
     wave.Seconds = facts->Seconds();
+    return;
+  }
+  // Other programs may play what is not PCM or cut inside its data; of the rest nothing is heard.
+  const Problem& fault = wave.Faults.back();
+  if (fault.Kind != ProblemKind::kUnsupported &&
+      !(fault.Kind == ProblemKind::kTruncated && fault.Offset == file.Size())) {
+    wave.File.clear();
   }
 }
 
