@@ -94,6 +94,9 @@ TEST_F(Sound, EachKindIsFoundConvertedAtItsRateAndShownWithItsButtons) {
     }
     EXPECT_EQ(TempWave(), expected);
   }
+  // Characters 5 to 10 say 3.5 and 6 to 8 say .50; the former choose the rate of a sound inside.
+  const QString odd = folder_.Write(Name("odd.sit"), Image("SIT 3.50  ", "", "", block));
+  EXPECT_EQ(ReadNote(odd, FindSoundNote(odd, EmptySound::kLeave)).Rate, 8000u);
   // Gone with the image.
   Open("note.sit", Image("SIT V2.9A ", "SND1    ", "AIF"));
   const QString wave = image_.SoundTempFile;
@@ -209,6 +212,12 @@ TEST_F(Sound, ANotePutIntoTheOpenImageIsFoundAgain) {
   player_.Embed();
   EXPECT_THAT(controls_.Message.toStdString(), HasSubstr("changed"));
   EXPECT_EQ(ReadAll(image_.CurrentFilePath), AsArray(Joined(before, {4})));
+  Bytes renamed = before;
+  Put(renamed, 982, "NEW MEMO");
+  Open("c.sit", before);
+  folder_.Write(Name("c.sit"), renamed);
+  player_.Embed();
+  EXPECT_EQ(ReadAll(image_.CurrentFilePath), AsArray(renamed));
 }
 
 TEST_F(Sound, ACopyTakesItsSoundInOrStaysAsItWas) {
@@ -218,6 +227,8 @@ TEST_F(Sound, ACopyTakesItsSoundInOrStaysAsItWas) {
   EmbedSound(good, sound, session_.Folder);
   EXPECT_EQ(FindSoundNote(good, EmptySound::kLeave).Kind, SoundKind::kEmbeddedWave);
   EXPECT_EQ(GetSoundName(good), QString());
+  EXPECT_EQ(GetSoundName(folder_.Write(Name("w.sit"), Image("SIT V2.9A ", "SND1    ", "wav"))),
+            QString());
   const QString empty = folder_.Write(Name("EMPTY.AIF"), Bytes());
   const QString cut = folder_.Write(Name("CUT.AIF"), First(Note(8000), 48));
   const QString fast = folder_.Write(Name("FAST.AIF"), Note(192001));

@@ -53,6 +53,9 @@ TEST_F(ToolSound, SoundWritesEachNoteAndInfoTellsOfIt) {
   const Outcome cut = Run({"sound", "@late.sit", "-o", "@cut.wav"});
   EXPECT_THAT(cut.Error, HasSubstr("1 of 6000 samples are there; what is there was written"));
   EXPECT_EQ(Read("cut.wav").size(), 46u);
+  Write("wave.sit", Image("SIT V3.0A ", "156161  ", "WAV", First(Wave(4000), 50)));
+  EXPECT_EQ(Run({"sound", "@wave.sit", "-o", "@cut.wav", "--force"}).Status, 0);
+  EXPECT_EQ(Read("cut.wav"), First(Wave(4000), 50));
 }
 
 TEST_F(ToolSound, EmbedAppendsTheWaveAndLeavesTheRest) {
@@ -71,6 +74,8 @@ TEST_F(ToolSound, EmbedAppendsTheWaveAndLeavesTheRest) {
 
 TEST_F(ToolSound, RefusalsSayWhyAndChangeNothing) {
   Write("empty.aif", {});
+  Write("silent.sit", Image("SIT V3.0A ", "156161  ", "WAV", First(Wave(4000), 44)));
+  Write("still.sit", Image("SIT V3.0A ", "156161  ", "WAV", Wave(0)));
   Write("cut.aif", First(Read("SND1.AIF"), 100));
   struct Case {
     std::vector<const char*> Words;
@@ -79,6 +84,8 @@ TEST_F(ToolSound, RefusalsSayWhyAndChangeNothing) {
   };
   for (const Case& c : std::initializer_list<Case>{
            {{"sound", "@none.sit", "-o", "@x.wav"}, 1, "no sound note"},
+           {{"sound", "@silent.sit", "-o", "@x.wav"}, 1, "no data"},
+           {{"sound", "@still.sit", "-o", "@x.wav"}, 1, "0 Hz"},
            {{"sound", "@SND1.AIF", "-o", "@x.wav"}, 1, "only SIT images"},
            {{"sound", "@gone.sit", "-o", "@x.wav"}, 1, "No such file"},
            {{"sound", "@side.sit", "-o", "@side.sit", "--force"}, 1, "overwrite"},

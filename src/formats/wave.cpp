@@ -35,7 +35,7 @@ class WaveReader {
       const std::string name = reader_.Text(4);
       const std::uint32_t size = reader_.U32Le();
       if (reader_.Failed()) {
-        return Refuse(ProblemKind::kTruncated, chunk, "data", "the wave ends before its data");
+        return Refuse(ProblemKind::kBadValue, chunk, "data", "the wave has no data");
       }
       if (name == "data") {
         return hasFormat ? ReadData(size)
@@ -83,14 +83,14 @@ class WaveReader {
 
   std::optional<WaveFacts> ReadData(std::uint32_t size) {
     const std::uint64_t at = reader_.Offset();
-    if (size > reader_.Remaining()) {
+    if (size > reader_.Remaining() && reader_.Remaining() > 0) {
       return Refuse(ProblemKind::kTruncated, reader_.Size(), "data",
                     "the wave is cut: " + std::to_string(reader_.Remaining()) + " of " +
                         std::to_string(size) + " bytes of its data are there");
     }
     facts_.DataOffset = static_cast<std::size_t>(at);
     facts_.DataSize = size - size % facts_.FrameSize();
-    if (facts_.DataSize == 0) {
+    if (facts_.DataSize == 0 || reader_.Remaining() == 0) {
       return Refuse(ProblemKind::kBadValue, at - 4, "data", "the wave has no data");
     }
     return facts_;

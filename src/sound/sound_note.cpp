@@ -81,6 +81,13 @@ void TakeWave(const RandomFile& file, std::uint64_t offset, NoteWave& wave) {
   if (const auto facts = ReadWave(wave.File, offset, wave.Faults)) {
     wave.Rate = facts->Rate;
     wave.Seconds = facts->Seconds();
+    return;
+  }
+  // Other programs may play what is not PCM or cut inside its data; of the rest nothing is heard.
+  const Problem& fault = wave.Faults.back();
+  if (fault.Kind != ProblemKind::kUnsupported &&
+      !(fault.Kind == ProblemKind::kTruncated && fault.Offset == file.Size())) {
+    wave.File.clear();
   }
 }
 
