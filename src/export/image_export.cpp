@@ -5,6 +5,7 @@
 #include <bit>
 #include <charconv>
 #include <cmath>
+#include <cstring>
 #include <vector>
 
 #include "core/units.h"
@@ -45,12 +46,12 @@ class CellTexts {
     if (entry.Bits != bits || entry.Length == 0) {
       Make(celsius, entry);
     }
-    std::copy_n(entry.Text.begin(), kLongest, to);
+    std::memcpy(to, entry.Text.data(), kLongest);
     return entry.Length;
   }
 
  private:
-  static constexpr int kKeptBits = 12;
+  static constexpr int kKeptBits = 13;
   struct Entry {
     std::uint32_t Bits = 0;
     std::uint32_t Length = 0;  // 0 for an entry without a text.
