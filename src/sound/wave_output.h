@@ -5,6 +5,8 @@
 
 namespace tessa {
 
+enum class WaveStart { kPlaying, kNoOutput, kRefused };
+
 /// What lets waves be heard. The real one stands in a library of its own, since loading the
 /// platform's sound takes longer than showing a picture; it is loaded with the first play. Lives on
 /// the thread of the event loop.
@@ -18,9 +20,8 @@ class WaveOutput {
   /// Called from the event loop when a play has come to its end, was stopped or lost its output.
   std::function<void()> Ended;
 
-  /// Plays 16-bit samples from the start, `rate` for each of the `channels` a second. Null, or why
-  /// that cannot be done in plain words.
-  virtual const char* Play(const QByteArray& samples, int rate, int channels) = 0;
+  /// Plays 16-bit samples from the start, `rate` for each of the `channels` a second.
+  virtual WaveStart Play(const QByteArray& samples, int rate, int channels) = 0;
   virtual void Stop() = 0;
   /// Stop without a word: Ended is not called.
   virtual void Close() = 0;

@@ -20,11 +20,11 @@ class SinkOutput : public QObject, public WaveOutput {
     connect(&end_, &QTimer::timeout, this, [this] { Finish(); });
   }
 
-  const char* Play(const QByteArray& samples, int rate, int channels) override {
+  WaveStart Play(const QByteArray& samples, int rate, int channels) override {
     Close();
     const QAudioDevice output = QMediaDevices::defaultAudioOutput();
     if (output.isNull()) {
-      return "there is no sound output";
+      return WaveStart::kNoOutput;
     }
     QAudioFormat format;
     format.setSampleRate(rate);
@@ -38,12 +38,12 @@ class SinkOutput : public QObject, public WaveOutput {
     sink_->start(&source_);
     if (sink_->error() != QAudio::NoError) {
       Silence();
-      return "the sound output refuses to play";
+      return WaveStart::kRefused;
     }
     // A server that falls silent must not leave a note playing for ever.
     constexpr int kGrace = 2000;
     end_.start(Milliseconds(samples.size()) + kGrace);
-    return nullptr;
+    return WaveStart::kPlaying;
   }
 
   void Stop() override {

@@ -62,8 +62,13 @@ void WaveDevice::Play() {
       }
     };
   }
-  if (const char* const reason = output_->Play(samples_, rate_, channels_)) {
-    throw StepFailure(reason);
+  switch (output_->Play(samples_, rate_, channels_)) {
+    case WaveStart::kPlaying:
+      break;
+    case WaveStart::kNoOutput:
+      throw StepFailure(words_.LangString(520, "there is no sound output").toStdString());
+    case WaveStart::kRefused:
+      throw StepFailure(words_.LangString(521, "the sound output refuses to play").toStdString());
   }
 }
 
