@@ -3,7 +3,7 @@
 # What building and running the program takes.
 run_packages=(
   g++ cmake ninja-build ccache mold
-  qt6-base-dev qt6-svg-dev qt6-multimedia-dev libjpeg62-turbo-dev libtiff-dev libcli11-dev
+  qt6-base-dev qt6-svg-dev qt6-multimedia-dev libfontconfig-dev libjpeg62-turbo-dev libtiff-dev libcli11-dev
   qt6-translations-l10n
   fonts-dejavu-core fonts-liberation
 )

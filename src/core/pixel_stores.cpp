@@ -11,6 +11,13 @@ void TemperatureGrid::Allocate(int width, int height) {
   cells_.assign(static_cast<std::size_t>(width_) * static_cast<std::size_t>(height_), 0.0F);
 }
 
+void TemperatureGrid::AllocateUnset(int width, int height) {
+  width_ = std::max(width, 0);
+  height_ = std::max(height, 0);
+  cells_.clear();
+  cells_.resize(static_cast<std::size_t>(width_) * static_cast<std::size_t>(height_));
+}
+
 std::size_t TemperatureGrid::Index(int column, int row) const {
   if (column < 0 || column >= width_ || row < 0 || row >= height_) {
     throw std::out_of_range("temperature grid index");

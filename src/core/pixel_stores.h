@@ -2,10 +2,32 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <memory>
+#include <new>
 #include <span>
+#include <utility>
 #include <vector>
 
 namespace tessa {
+
+/// Lets a vector grow without clearing what it grows by.
+template <typename Value>
+class UnsetAllocator : public std::allocator<Value> {
+ public:
+  using std::allocator<Value>::allocator;
+  template <typename Other>
+  struct rebind {
+    using other = UnsetAllocator<Other>;
+  };
+  template <typename Other>
+  void construct(Other* place) {
+    ::new (static_cast<void*>(place)) Other;
+  }
+  template <typename Other, typename... Arguments>
+  void construct(Other* place, Arguments&&... arguments) {
+    ::new (static_cast<void*>(place)) Other(std::forward<Arguments>(arguments)...);
+  }
+};
 
 /// Temperatures of an image, degrees Celsius, indexed [column, row] from 0 with the column running
 /// fastest in memory. Indices are checked: a wrong one throws std::out_of_range.
@@ -13,6 +35,8 @@ class TemperatureGrid {
  public:
   /// Width x height cells of 0 degrees.
   void Allocate(int width, int height);
+  /// The same with cells that hold anything, for one who writes them all.
+  void AllocateUnset(int width, int height);
 
   int Width() const { return width_; }
   int Height() const { return height_; }
@@ -32,7 +56,7 @@ class TemperatureGrid {
 
   int width_ = 0;
   int height_ = 0;
-  std::vector<float> cells_;
+  std::vector<float, UnsetAllocator<float>> cells_;
 };
 
 /// The displayed 8-bit values of an image, one run of cells for each image row, as many as the

@@ -2,8 +2,11 @@
 
 #include <algorithm>
 #include <array>
+#include <bit>
 #include <charconv>
 #include <cmath>
+#include <cstring>
+#include <vector>
 
 #include "core/units.h"
 #include "export/composite.h"
@@ -28,26 +31,62 @@ void RequireTemperatures(const OpenImage& image, const char* what) {
   }
 }
 
+/// Texts of temperatures in one unit, each followed by a comma. Keeps those it made last: an image
+/// has many pixels and few different temperatures.
+class CellTexts {
+ public:
+  static constexpr std::size_t kLongest = 16;  // "-1.1754944e-38" is the longest kind of number.
+
+  explicit CellTexts(char unit) : unit_(unit) {}
+
+  /// Writes up to kLongest bytes to `to`, whatever the text's length; returns that.
+  std::size_t Put(float celsius, std::uint8_t* to) {
+    const auto bits = std::bit_cast<std::uint32_t>(celsius);
+    Entry& entry = kept_[bits * 2654435769U >> (32 - kKeptBits)];  // Spread by the golden ratio.
+    if (entry.Bits != bits || entry.Length == 0) {
+      Make(celsius, entry);
+    }
+    std::memcpy(to, entry.Text.data(), kLongest);
+    return entry.Length;
+  }
+
+ private:
+  static constexpr int kKeptBits = 13;
+  struct Entry {
+    std::uint32_t Bits = 0;
+    std::uint32_t Length = 0;  // 0 for an entry without a text.
+    std::array<char, kLongest> Text{};
+  };
+
+  void Make(float celsius, Entry& entry) const {
+    const auto value = static_cast<float>(InDisplayUnits(static_cast<double>(celsius), unit_));
+    char* const start = entry.Text.data();
+    char* const end = std::to_chars(start, start + kLongest - 1, value + 0.0F).ptr;
+    *end = ',';
+    entry.Bits = std::bit_cast<std::uint32_t>(celsius);
+    entry.Length = static_cast<std::uint32_t>(end + 1 - start);
+  }
+
+  char unit_;
+  std::vector<Entry> kept_ = std::vector<Entry>(std::size_t{1} << kKeptBits);
+};
+
 Bytes EncodeCsv(const OpenImage& image, char unit) {
   RequireTemperatures(image, "table of them");
-  Bytes text;
-  text.reserve(image.TempGrid.Cells().size() * 8);
-  std::array<char, 64> number{};
+  CellTexts texts(unit);
+  Bytes table;
+  table.reserve(image.TempGrid.Cells().size() * 10);
   for (int row = 0; row < image.ImageHeight; ++row) {
-    bool first = true;
-    for (const float celsius : image.TempGrid.Row(row)) {
-      if (!first) {
-        text.push_back(',');
-      }
-      first = false;
-      const auto value = static_cast<float>(InDisplayUnits(static_cast<double>(celsius), unit));
-      const auto written =
-          std::to_chars(number.data(), number.data() + number.size(), value + 0.0F);
-      text.insert(text.end(), number.data(), written.ptr);
+    const auto degrees = image.TempGrid.Row(row);
+    std::size_t at = table.size();
+    table.resize(at + degrees.size() * CellTexts::kLongest);
+    for (const float celsius : degrees) {
+      at += texts.Put(celsius, table.data() + at);
     }
-    text.push_back('\n');
+    table[at - 1] = '\n';
+    table.resize(at);
   }
-  return text;
+  return table;
 }
 
 void ApplyRange(const ExportOptions& options, Session& session, Progress& progress) {

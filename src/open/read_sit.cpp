@@ -72,10 +72,10 @@ SoundFacts FindSound(const SitHeader& header, std::uint64_t fileSize, const QStr
 Still ReadSit(const QString& path) {
   Still still;
   still.Kind = KindSit;
-  still.Grid.Allocate(kSitWidth, kSitHeight);
   still.Extremes = {kStartMinimum, kStartMaximum};
   const auto file = ReadFileStart(path, kSitDecodeSize, still.Faults);
   if (!file) {
+    still.Grid.Allocate(kSitWidth, kSitHeight);
     return still;
   }
   still.FileSize = file->Size;
@@ -87,7 +87,10 @@ Still ReadSit(const QString& path) {
   still.Memo = FieldText(header.Memo);
 
   const LinearCalibration line = LineOf(still);
-  Calibrate(std::span(sit.Raster.Counts).first(sit.Raster.Present), line, still.Grid.Cells());
+  const std::size_t present = sit.Raster.Present;
+  still.Grid.AllocateUnset(kSitWidth, kSitHeight);
+  Calibrate(std::span(sit.Raster.Counts).first(present), line, still.Grid.Cells());
+  std::ranges::fill(still.Grid.Cells().subspan(present), 0.0F);
   still.Extremes = FindSitExtremes(still, sit.Raster, line);
 
   still.Version = SitVersionOf(header);

@@ -1,7 +1,6 @@
 #include "view/render.h"
 
 #include <algorithm>
-#include <array>
 #include <cmath>
 
 #include "core/units.h"
@@ -65,11 +64,7 @@ void RenderGridRow(int row, int columns, const RenderLine& line, std::int32_t& v
   }
   const auto count =
       std::min({static_cast<std::size_t>(std::max(columns, 0)), degrees.size(), indices.size()});
-  std::array<std::int32_t, 512> values;
-  for (std::size_t at = 0; at < count; at += values.size()) {
-    const std::size_t part = std::min(values.size(), count - at);
-    MapToIndices(degrees.subspan(at, part), line, value, values, indices.subspan(at, part));
-  }
+  MapToIndices(degrees.first(count), line, value, indices);
   std::copy_n(indices.begin(), count, cells.begin());
 }
 

@@ -15,13 +15,12 @@ struct RenderLine {
 /// Maps degrees to palette indices: round(Gain x T + Offset) to the nearest integer with ties to
 /// even, as if evaluated in extended precision, then clipped to 0..255. A value that fits no 32-bit
 /// integer fails and keeps `lastValue`, which is the value before it; `lastValue` carries over from
-/// row to row. `indices` receives the values as bytes, `cells` the same as 32-bit cells; both are
-/// at least as long as `degrees`.
+/// row to row. `indices` receives the values and is at least as long as `degrees`.
 ///
 /// The product of two singles is exact in double, so the double sum rounds as the extended one does
 /// unless it lands exactly on a half; only such sums are looked at again.
 void MapToIndices(std::span<const float> degrees, const RenderLine& line, std::int32_t& lastValue,
-                  std::span<std::int32_t> cells, std::span<std::uint8_t> indices);
+                  std::span<std::uint8_t> indices);
 
 /// One pixel in extended precision; false when the value fits no 32-bit integer.
 bool MapToIndexExtended(float degrees, const RenderLine& line, std::int32_t& value);

@@ -4,6 +4,8 @@
 #include <QIconEngine>
 #include <QPainter>
 #include <QSvgRenderer>
+#include <algorithm>
+#include <vector>
 
 /// The pictures are linked in from a library, so they have to be called for; the macro works
 /// outside of namespaces only.
@@ -14,15 +16,29 @@ static void InitResources() {
 namespace tessa {
 namespace {
 
-/// Draws an SVG text when a size is first needed.
+QByteArray SvgText(const QString& name) {
+  InitResources();
+  QFile file(QStringLiteral(":/icons/") + name + QStringLiteral(".svg"));
+  return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+/// The ink that the pictures' neutral lines are drawn with in their files.
+constexpr const char* kFileInk = "#3B4252";
+
+/// Reads and draws an SVG picture when a size is first needed, and keeps what was drawn.
 class SvgIconEngine : public QIconEngine {
  public:
-  explicit SvgIconEngine(QByteArray svg) : svg_(std::move(svg)) {}
+  /// An invalid `ink` leaves the picture's own colours.
+  SvgIconEngine(QString name, const QColor& ink) : name_(std::move(name)), ink_(ink) {}
 
   void paint(QPainter* painter, const QRect& rect, QIcon::Mode mode,
              QIcon::State /*state*/) override {
     constexpr qreal kDisabledOpacity = 0.4;
-    QSvgRenderer renderer(svg_);
+    QByteArray svg = SvgText(name_);
+    if (ink_.isValid()) {
+      svg.replace(kFileInk, ink_.name().toLatin1());
+    }
+    QSvgRenderer renderer(svg);
     renderer.setAspectRatioMode(Qt::KeepAspectRatio);
     painter->save();
     if (mode == QIcon::Disabled) {
@@ -32,29 +48,43 @@ class SvgIconEngine : public QIconEngine {
     painter->restore();
   }
   QPixmap pixmap(const QSize& size, QIcon::Mode mode, QIcon::State state) override {
+    const bool isDisabled = mode == QIcon::Disabled;
+    const auto kept = std::find_if(drawn_.begin(), drawn_.end(), [&](const Drawn& drawn) {
+      return drawn.IsDisabled == isDisabled && drawn.Picture.size() == size;
+    });
+    if (kept != drawn_.end()) {
+      return kept->Picture;
+    }
     QPixmap picture(size);
     picture.fill(Qt::transparent);
     QPainter painter(&picture);
     painter.setRenderHint(QPainter::Antialiasing);
     paint(&painter, QRect(QPoint(), size), mode, state);
+    painter.end();
+    constexpr std::size_t kMostKept = 6;
+    if (drawn_.size() == kMostKept) {
+      drawn_.erase(drawn_.begin());
+    }
+    drawn_.push_back({isDisabled, picture});
     return picture;
   }
-  QIconEngine* clone() const override { return new SvgIconEngine(svg_); }
+  QIconEngine* clone() const override { return new SvgIconEngine(name_, ink_); }
 
  private:
-  QByteArray svg_;
-};
+  struct Drawn {
+    bool IsDisabled;
+    QPixmap Picture;
+  };
 
-QByteArray SvgText(const QString& name) {
-  InitResources();
-  QFile file(QStringLiteral(":/icons/") + name + QStringLiteral(".svg"));
-  return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
+  QString name_;
+  QColor ink_;
+  std::vector<Drawn> drawn_;  // The oldest first.
+};
 
 }  // namespace
 
 QIcon ToolIcon(const QString& name, const QColor& ink) {
-  return QIcon(new SvgIconEngine(SvgText(name).replace("#3B4252", ink.name().toLatin1())));
+  return QIcon(new SvgIconEngine(name, ink));
 }
 
 void RegisterResources() {
@@ -62,7 +92,7 @@ void RegisterResources() {
 }
 
 QIcon ApplicationIcon() {
-  return QIcon(new SvgIconEngine(SvgText(QStringLiteral("tessaview"))));
+  return QIcon(new SvgIconEngine(QStringLiteral("tessaview"), QColor()));
 }
 
 }  // namespace tessa

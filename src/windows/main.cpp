@@ -1,11 +1,15 @@
+#include <fontconfig/fontconfig.h>
+
 #include <QApplication>
 #include <QFile>
 #include <QLocale>
 #include <QTimer>
 #include <algorithm>
+#include <clocale>
 #include <iostream>
 #include <span>
 #include <string_view>
+#include <thread>
 
 #include "core/file_access.h"
 #include "core/platform_failure.h"
@@ -17,6 +21,7 @@
 #include "open/session.h"
 #include "sound/note_player.h"
 #include "widgets/icons.h"
+#include "widgets/viewer_style.h"
 #include "windows/main_window.h"
 #include "windows/splash_window.h"
 #include "windows/wave_device.h"
@@ -74,9 +79,14 @@ int main(int argc, char** argv) {
   if (AnswersAtOnce(argc, argv)) {
     return 0;
   }
+  // Reading the settings of fonts takes as long as opening the display, so both are done at a time.
+  // The locale, which the settings' numbers are read in, is the one that Qt will set.
+  std::setlocale(LC_ALL, "");
+  std::thread fonts([] { FcInit(); });
   tessa::BeginPlatformStart("tessaview");
   QApplication application(argc, argv);  // Takes its own arguments away.
   tessa::EndPlatformStart();
+  QApplication::setStyle(new tessa::ViewerStyle);
   QApplication::setApplicationName(QStringLiteral("tessaview"));
   QApplication::setDesktopFileName(QStringLiteral("tessaview"));
 
@@ -88,6 +98,7 @@ int main(int argc, char** argv) {
   const bool several = NamesSeveralFiles(arguments);
   StartSession(session, user, several ? arguments.first(1) : arguments);
 
+  fonts.join();
   // A named file is shown at once; the splash would only delay it.
   std::unique_ptr<tessa::SplashWindow> splash;
   if (session.PendingCommandFile.isEmpty()) {

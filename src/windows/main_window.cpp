@@ -69,7 +69,6 @@ QString DroppedFile(const QMimeData& data) {
 
 MainWindow::MainWindow(Session& session, UserSettings& user) : session_(session), user_(user) {
   setObjectName(QStringLiteral("MainMDI"));
-  setWindowIcon(ApplicationIcon());
   setAcceptDrops(true);
   progress_ = std::make_unique<WindowProgress>(*this);
   dialogs_ = std::make_unique<WindowDialogs>(this, session_.Words);
@@ -89,6 +88,9 @@ MainWindow::MainWindow(Session& session, UserSettings& user) : session_(session)
   connect(view_, &ViewPictWidget::SpaceTapped, this, &MainWindow::PlayBySpaceBar);
   connect(view_, &ViewPictWidget::OpenRequested, Action(CommandId::kLoadAllImages),
           &QAction::trigger);
+  // Drawn in four sizes, and no picture waits for it.
+  constexpr int kIconMilliseconds = 100;
+  QTimer::singleShot(kIconMilliseconds, this, [this] { setWindowIcon(ApplicationIcon()); });
   openTimer_.setSingleShot(true);
   connect(&openTimer_, &QTimer::timeout, this, &MainWindow::OpenPendingFile);
   resizeTimer_.setSingleShot(true);

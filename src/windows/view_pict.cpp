@@ -4,6 +4,7 @@
 #include <QHBoxLayout>
 #include <QKeyEvent>
 #include <QLabel>
+#include <QPainter>
 #include <QPushButton>
 #include <QScrollArea>
 #include <QScrollBar>
@@ -37,6 +38,24 @@ constexpr int kWidestZoom = 120;
 /// The surround of a picture: dark and neutral on every desktop, so that colours read the same.
 const QColor kCanvasColour(0x23, 0x25, 0x29);
 const QColor kCanvasInk(0xD8, 0xDE, 0xE9);
+
+/// The application's picture, drawn when it is first seen.
+class Emblem : public QWidget {
+ public:
+  explicit Emblem(QWidget* parent) : QWidget(parent) {
+    constexpr int kSize = 96;
+    setFixedSize(kSize, kSize);
+  }
+
+ protected:
+  void paintEvent(QPaintEvent* /*event*/) override {
+    QPainter painter(this);
+    icon_.paint(&painter, rect());
+  }
+
+ private:
+  QIcon icon_ = ApplicationIcon();
+};
 
 }  // namespace
 
@@ -119,10 +138,6 @@ QWidget* ViewPictWidget::MakeCanvas() {
 QWidget* ViewPictWidget::MakeBlankPanel() {
   auto* const panel = new QWidget(canvas_);
   panel->setObjectName(QStringLiteral("SSPanel9"));
-  auto* const emblem = new PlainLabel(panel);
-  constexpr int kEmblemSize = 96;
-  emblem->setPixmap(ApplicationIcon().pixmap(QSize(kEmblemSize, kEmblemSize)));
-  emblem->setAlignment(Qt::AlignCenter);
   blankText_ = new PlainLabel(panel);
   blankText_->setAlignment(Qt::AlignCenter);
   blankOpen_ = new QPushButton(panel);
@@ -131,7 +146,7 @@ QWidget* ViewPictWidget::MakeBlankPanel() {
 
   auto* const layout = new QVBoxLayout(panel);
   layout->addStretch();
-  layout->addWidget(emblem);
+  layout->addWidget(new Emblem(panel), 0, Qt::AlignCenter);
   layout->addSpacing(kMargin);
   layout->addWidget(blankText_);
   layout->addSpacing(kMargin);

@@ -1,9 +1,11 @@
 #pragma once
 
+#include <QByteArray>
 #include <memory>
 
 #include "core/language_strings.h"
 #include "sound/media_device.h"
+#include "sound/wave_output.h"
 
 namespace tessa {
 
@@ -12,15 +14,21 @@ namespace tessa {
 class WaveDevice : public MediaDevice {
  public:
   /// `words`, in which a refusal is told, must outlive the device.
-  explicit WaveDevice(const Strings& words);
-  ~WaveDevice() override;
+  explicit WaveDevice(const Strings& words) : words_(words) {}
 
  protected:
   void Carry(MediaCommand command) override;
 
  private:
-  class Player;
-  std::unique_ptr<Player> player_;
+  void Open();
+  void Play();
+  void Close();
+
+  const Strings& words_;
+  QByteArray samples_;  // 16 bits each.
+  int rate_ = 0;
+  int channels_ = 0;
+  std::unique_ptr<WaveOutput> output_;  // From the first play on.
 };
 
 }  // namespace tessa
