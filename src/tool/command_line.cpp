@@ -17,8 +17,10 @@
 #include "open/visible_image.h"
 #include "tool/export_command.h"
 #include "tool/frames_command.h"
+#include "tool/note_command.h"
 #include "tool/sound_command.h"
 #include "tool/streams.h"
+#include "tool/thumbnail_command.h"
 
 namespace tessa {
 namespace {
@@ -214,6 +216,8 @@ int RunToolCommandLine(int argc, char** argv) {
   visibleCommand->add_flag("--force", visible.Force, "Replace a file that is there already");
 
   SoundCommands sounds(tool);
+  ThumbnailCommand thumbnail(tool);
+  NoteCommand note(tool);
 
   try {
     tool.parse(argc, argv);
@@ -227,8 +231,10 @@ int RunToolCommandLine(int argc, char** argv) {
     std::fputs("Run with --help for more information.\n", stderr);
     return kToolWrongCall;
   }
-  if (const auto status = sounds.Run()) {
-    return FinishOutput(*status);
+  for (const auto& status : {sounds.Run(), thumbnail.Run(), note.Run()}) {
+    if (status) {
+      return FinishOutput(*status);
+    }
   }
   const int status = framesCommand->parsed()    ? RunFrames(frames)
                      : visibleCommand->parsed() ? RunVisible(visible)
