@@ -20,7 +20,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   tessa::OpenPath(path, session, progress);
   QFile::remove(path);
 
-  Require(session.View.PictureVisible && !session.Image.ImageBusy, "a load comes to its end");
+  const bool hasImage = tessa::FindNoImage(session.Faults) == nullptr;
+  Require(session.View.PictureVisible == hasImage && !session.Image.ImageBusy,
+          "a load comes to its end, and a picture shows when there is one");
   Require(session.Image.CurrentFilePath == path, "the path stays what it was");
   tessa::fuzz::RequireGoodImage(session);
   tessa::fuzz::RequireGoodReports(session.Faults, size - 1);

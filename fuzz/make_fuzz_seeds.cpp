@@ -139,7 +139,7 @@ void WriteSequenceSeeds(const std::filesystem::path& folder) {
 /// The picture files and a SIT image with a photograph, each for an entry that takes a file through
 /// the program: `head` stands before the file, its first byte is the number of the ending.
 void WritePictureSeeds(const SeedFolder& folder, Bytes head) {
-  const Bytes jpeg = tessa::EncodeJpeg(SmallPicture(), 80);
+  const Bytes jpeg = tessa::EncodeJpeg(SmallPicture().convertToFormat(QImage::Format_RGB888), 80);
   const auto write = [&](const char* name, std::uint8_t ending, const Bytes& file) {
     head[0] = ending;
     folder.Write(name, Joined(head, file));
@@ -154,7 +154,7 @@ void WritePictureSeeds(const SeedFolder& folder, Bytes head) {
   write("bilevel_tiff", 6, SmallTiff(QImage::Format_Mono));
   write("jpeg", 7, jpeg);
   write("grey_jpeg", 7,
-        tessa::EncodeJpeg(SmallPicture().convertToFormat(QImage::Format_Grayscale8), 80));
+        tessa::EncodeJpeg(SmallPicture().convertToFormat(QImage::Format_Indexed8), 80));
 }
 
 /// The texts that a user or a file brings in.

@@ -2,6 +2,7 @@
 
 #include "formats/if_sound.h"
 #include "formats/wave.h"
+#include "scripted_device.h"
 #include "sound/convert_sound.h"
 #include "sound/embed_sound.h"
 #include "sound/note_player.h"
@@ -33,29 +34,6 @@ Bytes Image(const char* signature, const char* name, const char* extension,
   fields.Attachment = attachment;
   return EncodeSit(fields);
 }
-
-/// Notes every command and opens what is a wave with data; ends plays when the test says so.
-class ScriptedDevice : public MediaDevice {
- public:
-  std::string Log;
-  bool HasOutput = true;
-
- protected:
-  void Carry(MediaCommand command) override {
-    Log += "?OPSRC"[static_cast<int>(command)];  // R: Prev, that is rewind.
-    Problems faults;
-    if (command == MediaCommand::kOpen) {
-      const QByteArray file = ReadAll(FileName);
-      if (!ReadWave(ByteSpan(reinterpret_cast<const std::uint8_t*>(file.data()),
-                             static_cast<std::size_t>(file.size())),
-                    0, faults)) {
-        throw StepFailure("no wave");
-      }
-    } else if (command == MediaCommand::kPlay && !HasOutput) {
-      throw StepFailure("there is no sound output");
-    }
-  }
-};
 
 class Sound : public LoadTest {
  protected:

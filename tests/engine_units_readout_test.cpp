@@ -180,9 +180,9 @@ TEST_F(OpenSit, TheUnitMarkFollowsTheOptionButtonAndTheNumberTheUnit) {
 
 TEST_F(OpenSit, WithoutTemperaturesThePaletteEntryIsRead) {
   OpenBitmap();
-  EXPECT_EQ(At(10, 8), "X:  6|Y:  5|Palette Entry: 37");
+  EXPECT_EQ(At(10, 8), "X:  6|Y:  5|Palette Entry:  37");
   EXPECT_TRUE(view_.PictureTip.isEmpty());
-  EXPECT_EQ(At(16, 8), "X:  9|Y:  5|Palette Entry: 0");
+  EXPECT_EQ(At(16, 8), "X:  9|Y:  5|Palette Entry:  0");
 }
 
 TEST_F(OpenSit, AKindWithoutAGridReadsTheScaleOfItsTexts) {

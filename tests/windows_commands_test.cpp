@@ -4,6 +4,9 @@
 #include <map>
 #include <set>
 
+#include "formats/if_sound.h"
+#include "scripted_device.h"
+#include "sound/note_player.h"
 #include "test_main_window.h"
 #include "windows/visible_window.h"
 
@@ -14,10 +17,18 @@ using enum CommandId;
 
 class CommandsTest : public MainWindowTest {
  protected:
+  ~CommandsTest() override { window_->SetPlayer(nullptr); }
   CommandsTest() {
     auto dialogs = std::make_unique<ScriptedDialogs>(scene_);
     dialogs_ = dialogs.get();
     window_->SetDialogs(std::move(dialogs));
+    window_->SetPlayer(&player_);
+    // An early camera's image with its note beside it.
+    SitFields fields = SceneFields();
+    fields.SoundName = "NOTE    ";
+    fields.SoundExt = "SND";
+    folder_.Write(Name("Scene.sit"), EncodeSit(fields));
+    folder_.Write(Name("NOTE.SND"), EncodeIfSound(2850, std::array<std::uint16_t, 2>{1023, 512}));
     MakeEffects();
   }
 
@@ -108,10 +119,16 @@ class CommandsTest : public MainWindowTest {
         {kNextFrame, [this] { return ShowsFrame(2); }},
         {kLastFrame, [this] { return ShowsFrame(3); }},
         {kSaveFrames, [this] { return Shows("frmSaveSeq"); }},
+        {kPlaySound, [this] { return session_.View.Sound.Playing; }},
+        {kEmbedSound,
+         [this] { return QFileInfo(scene_).size() > 156160 && !session_.View.Sound.EmbedVisible; }},
     });
   }
 
   ScriptedDialogs* dialogs_ = nullptr;
+  ScriptedDevice viewDevice_;
+  ScriptedDevice tileDevice_;
+  NotePlayer player_{session_, viewDevice_, tileDevice_};
   std::map<CommandId, std::function<bool()>> effects_;
   QString modal_;
   bool wasWhiteHot_ = false;
@@ -142,6 +159,23 @@ TEST_F(CommandsTest, EveryCommandOfTheTableDoesItsWorkOnEveryImageThatItIsEnable
   }
   EXPECT_EQ(window_->Commands().size(), static_cast<std::size_t>(kCount));
   EXPECT_EQ(tried.size(), effects_.size()) << "commands that no image enables";
+}
+
+TEST_F(CommandsTest, TheSpaceBarPlaysAndStopsTheNoteAndAMissingOutputIsTold) {
+  window_->OpenFile(scene_);
+  EXPECT_TRUE(Find<QLabel>("SoundLength").isVisible());
+  QTest::keyClick(&Picture(), Qt::Key_Space);
+  EXPECT_TRUE(session_.View.Sound.Playing);
+  EXPECT_EQ(Find<QAction>("btnPlaysound").toolTip(), Name("Stop Playback"));
+  QTest::keyClick(&Picture(), Qt::Key_Space);
+  EXPECT_FALSE(session_.View.Sound.Playing);
+  viewDevice_.HasOutput = false;
+  Trigger("btnPlaysound");
+  EXPECT_FALSE(session_.View.Sound.Playing);
+  EXPECT_EQ(session_.View.Notice.Text, Name("there is no sound output"));
+  window_->OpenFile(folder_.Write(Name("Photo.sit"), EncodedSceneWithPhotograph()));
+  EXPECT_FALSE(Find<QAction>("btnPlaysound").isVisible());
+  EXPECT_FALSE(Find<QLabel>("SoundLength").isVisible());
 }
 
 TEST_F(CommandsTest, MenuLettersStayAfterANumberWasEntered) {

@@ -7,26 +7,10 @@
 #include "formats/byte_reader.h"
 #include "formats/byte_source.h"
 #include "formats/byte_writer.h"
+#include "formats/colour.h"
 #include "formats/problem.h"
 
 namespace tessa {
-
-/// A colour as the palettes of this program hold it: red in the low byte, then green, then blue.
-using Colour = std::uint32_t;
-using ColourTable = std::array<Colour, 256>;
-
-constexpr Colour Rgb(std::uint8_t red, std::uint8_t green, std::uint8_t blue) {
-  return static_cast<Colour>(red | green << 8 | blue << 16);
-}
-constexpr std::uint8_t RedOf(Colour colour) {
-  return static_cast<std::uint8_t>(colour);
-}
-constexpr std::uint8_t GreenOf(Colour colour) {
-  return static_cast<std::uint8_t>(colour >> 8);
-}
-constexpr std::uint8_t BlueOf(Colour colour) {
-  return static_cast<std::uint8_t>(colour >> 16);
-}
 
 inline constexpr std::size_t kBmpFileHeaderSize = 14;
 inline constexpr std::uint16_t kBmpType = 19778;  // "BM"

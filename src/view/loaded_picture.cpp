@@ -3,8 +3,6 @@
 #include <algorithm>
 #include <array>
 
-#include "view/picbuf.h"
-
 namespace tessa {
 
 void LoadedPicture::Allocate(int width, int height, int depth) {

@@ -38,15 +38,6 @@ QSize MeasureText(const QString& text) {
   return {metrics.horizontalAdvance(text), metrics.height()};
 }
 
-ColourTable GreyPalette() {
-  ColourTable table{};
-  for (std::size_t i = 0; i < table.size(); ++i) {
-    const auto level = static_cast<std::uint8_t>(i);
-    table[i] = Rgb(level, level, level);
-  }
-  return table;
-}
-
 void Picbuf::Allocate(int width, int height, int depth) {
   if (width <= 0 || height <= 0 || width > kMaxPictureSide || height > kMaxPictureSide) {
     throw StepFailure("no buffer has " + std::to_string(width) + " by " + std::to_string(height) +

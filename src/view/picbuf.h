@@ -150,7 +150,4 @@ class Picbuf {
 /// Width and height of `text` as DrawSelText draws it, pixels. Needs a QGuiApplication.
 QSize MeasureText(const QString& text);
 
-/// Entry i is the grey of level i.
-ColourTable GreyPalette();
-
 }  // namespace tessa

@@ -95,6 +95,7 @@ void PicbufWidget::mouseMoveEvent(QMouseEvent* event) {
 void PicbufWidget::mousePressEvent(QMouseEvent* event) {
   if (event->button() == Qt::MiddleButton || (event->button() == Qt::LeftButton && spaceHeld_)) {
     dragging_ = true;
+    spaceDragged_ = spaceHeld_;
     dragStart_ = event->position().toPoint();
     ShowPointer();
     return;
@@ -129,16 +130,22 @@ bool PicbufWidget::eventFilter(QObject* watched, QEvent* event) {
   const bool isPress = event->type() == QEvent::KeyPress;
   if ((isPress || event->type() == QEvent::KeyRelease) &&
       static_cast<QKeyEvent*>(event)->key() == Qt::Key_Space) {
-    if (!static_cast<QKeyEvent*>(event)->isAutoRepeat()) {
-      spaceHeld_ = isPress;
-      ShowPointer();
-    }
     // What is in focus keeps its own space bar.
     const QWidget* const focus = QApplication::focusWidget();
-    return qobject_cast<const QAbstractButton*>(focus) == nullptr &&
-           qobject_cast<const QLineEdit*>(focus) == nullptr &&
-           qobject_cast<const QComboBox*>(focus) == nullptr &&
-           qobject_cast<const QAbstractItemView*>(focus) == nullptr;
+    const bool isFree = qobject_cast<const QAbstractButton*>(focus) == nullptr &&
+                        qobject_cast<const QLineEdit*>(focus) == nullptr &&
+                        qobject_cast<const QComboBox*>(focus) == nullptr &&
+                        qobject_cast<const QAbstractItemView*>(focus) == nullptr;
+    if (!static_cast<QKeyEvent*>(event)->isAutoRepeat() && watched == focus) {
+      const bool tapped = spaceHeld_ && !isPress && !spaceDragged_ && isFree;
+      spaceHeld_ = isPress;
+      spaceDragged_ = false;
+      ShowPointer();
+      if (tapped) {
+        Q_EMIT SpaceTapped();
+      }
+    }
+    return isFree;
   }
   return QWidget::eventFilter(watched, event);
 }

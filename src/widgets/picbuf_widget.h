@@ -24,6 +24,8 @@ class PicbufWidget : public QWidget {
   /// Drag with the middle button, or with the left one while the space bar is held; logical pixels
   /// since the last signal.
   void Dragged(QPoint distance);
+  /// The space bar was pressed and let go without a drag, with the pointer over the picture.
+  void SpaceTapped();
   /// Positive steps: away from the user.
   void ZoomWheel(int steps, QPoint position);
 
@@ -46,7 +48,8 @@ class PicbufWidget : public QWidget {
   QPoint dragStart_;
   bool dragging_ = false;
   bool spaceHeld_ = false;
-  int wheelRest_ = 0;  // Eighths of a degree not yet worth a step.
+  bool spaceDragged_ = false;  // Since it was pressed.
+  int wheelRest_ = 0;          // Eighths of a degree not yet worth a step.
 };
 
 }  // namespace tessa

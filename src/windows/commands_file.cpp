@@ -83,12 +83,6 @@ void MainWindow::AddWaitingCommands() {
   Add({.Id = CommandId::kDownloadButton,
        .Caption = Word(297, "Corvane T-40 Downloader"),
        .Icon = "download"});
-  Add({.Id = CommandId::kPlaySound,
-       .Caption = Word(209, "Playback Sound File"),
-       .Icon = "play_sound"});
-  Add({.Id = CommandId::kEmbedSound,
-       .Caption = Word(230, "Save Sound Into Image"),
-       .Icon = "embed_sound"});
 }
 
 }  // namespace tessa

@@ -13,9 +13,11 @@
 #include "core/viewer_ini.h"
 #include "open/command_line.h"
 #include "open/session.h"
+#include "sound/note_player.h"
 #include "widgets/icons.h"
 #include "windows/main_window.h"
 #include "windows/splash_window.h"
+#include "windows/wave_device.h"
 
 namespace {
 
@@ -81,7 +83,11 @@ int main(int argc, char** argv) {
     splash = std::make_unique<tessa::SplashWindow>(session.Words);
     splash->show();
   }
+  tessa::WaveDevice viewDevice;
+  tessa::WaveDevice tileDevice;
+  tessa::NotePlayer player(session, viewDevice, tileDevice);
   tessa::MainWindow window(session, user);
+  window.SetPlayer(&player);
   QTimer handOver;
   handOver.setSingleShot(true);
   QObject::connect(&handOver, &QTimer::timeout, &window, [&] {

@@ -181,6 +181,9 @@ void MainWindow::MakeStatusBar() {
   renderProgress_ = new QProgressBar(bar);
   renderProgress_->setObjectName(QStringLiteral("SSPanel18"));
   renderProgress_->setMaximumWidth(160);
+  soundLength_ = new PlainLabel(bar);
+  soundLength_->setObjectName(QStringLiteral("SoundLength"));
+  bar->addPermanentWidget(soundLength_);
   bar->addPermanentWidget(renderProgress_);
   bar->addPermanentWidget(loadingText_);
   bar->addPermanentWidget(loadProgress_);

@@ -23,6 +23,7 @@
 #include "open/load_image.h"
 #include "open/load_steps.h"
 #include "open/no_picture.h"
+#include "sound/note_player.h"
 #include "view/palettes.h"
 #include "view/switch_units.h"
 #include "widgets/eliding_label.h"
@@ -84,6 +85,7 @@ MainWindow::MainWindow(Session& session, UserSettings& user) : session_(session)
   connect(view_, &ViewPictWidget::RangeChanged, this, &MainWindow::BringIntoLine);
   connect(view_, &ViewPictWidget::FrameCommand, this,
           [this](CommandId command) { Action(command)->trigger(); });
+  connect(view_, &ViewPictWidget::SpaceTapped, this, &MainWindow::PlayBySpaceBar);
   connect(view_, &ViewPictWidget::OpenRequested, Action(CommandId::kLoadAllImages),
           &QAction::trigger);
   openTimer_.setSingleShot(true);
@@ -96,7 +98,11 @@ MainWindow::MainWindow(Session& session, UserSettings& user) : session_(session)
   restoreGeometry(user_.WindowPlace());
 }
 
-MainWindow::~MainWindow() = default;
+MainWindow::~MainWindow() {
+  if (player_ != nullptr) {
+    player_->Changed = nullptr;
+  }
+}
 
 void MainWindow::MakeActions() {
   AddFileCommands();
@@ -105,6 +111,7 @@ void MainWindow::MakeActions() {
   AddViewCommands();
   AddToolCommands();
   AddFrameCommands();
+  AddSoundCommands();
   AddWaitingCommands();
   for (const Command& command : commands_) {
     auto* const action = new QAction(this);
@@ -260,8 +267,7 @@ void MainWindow::EnableActions() {
   }
   const bool hasVisible = session_.View.VisibleImageEntries;
   Action(CommandId::kVisibleWindowButton)->setVisible(hasVisible);
-  Action(CommandId::kPlaySound)->setVisible(session_.View.Sound.PlayVisible);
-  Action(CommandId::kEmbedSound)->setVisible(session_.View.Sound.EmbedVisible);
+  ShowSound();
   viewMenu_->setEnabled(hasVisible);
   frameMenu_->setEnabled(session_.View.FrameRowVisible);
   compositeMenu_->menuAction()->setVisible(hasVisible);
@@ -284,7 +290,7 @@ void MainWindow::BringIntoLine() {
   loadProgress_->setVisible(view.LoadProgressVisible);
   renderProgress_->setValue(static_cast<int>(view.RenderProgress));
   renderProgress_->setVisible(view.RenderProgressVisible);
-  setCursor(view.BusyPointer ? Qt::BusyCursor : Qt::ArrowCursor);
+  setCursor(view.BusyPointer || view.Sound.Playing ? Qt::BusyCursor : Qt::ArrowCursor);
   CloseVisibleWhenGone();
   view_->BringIntoLine();
 }
@@ -460,6 +466,16 @@ void MainWindow::changeEvent(QEvent* event) {
     view_->ShowIcons();
     BringIntoLine();
   }
+}
+
+void MainWindow::keyPressEvent(QKeyEvent* event) {
+  if (event->key() == Qt::Key_Space && event->modifiers() == Qt::NoModifier) {
+    if (!event->isAutoRepeat()) {
+      PlayBySpaceBar();
+    }
+    return;
+  }
+  QMainWindow::keyPressEvent(event);
 }
 
 void MainWindow::showEvent(QShowEvent* event) {

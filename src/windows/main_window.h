@@ -27,6 +27,7 @@ namespace tessa {
 class ViewPictWidget;
 class VisibleWindow;
 class WindowProgress;
+class NotePlayer;
 
 /// The frame of the application: menus, tool panel, view and status bar. Shows the session's
 /// records; every user action goes through the engine and is followed by BringIntoLine.
@@ -47,11 +48,14 @@ class MainWindow : public QMainWindow {
   bool IsLoadingLargeFile() const;
   ViewPictWidget& View() { return *view_; }
   const std::vector<Command>& Commands() const { return commands_; }
+  /// What plays notes; not owned, and alive for as long as the window. Null: nothing is heard.
+  void SetPlayer(NotePlayer* player);
   /// Replaces the platform's dialogs, for tests.
   void SetDialogs(std::unique_ptr<Dialogs> dialogs) { dialogs_ = std::move(dialogs); }
 
  protected:
   void changeEvent(QEvent* event) override;
+  void keyPressEvent(QKeyEvent* event) override;
   void showEvent(QShowEvent* event) override;
   void closeEvent(QCloseEvent* event) override;
   void resizeEvent(QResizeEvent* event) override;
@@ -70,7 +74,11 @@ class MainWindow : public QMainWindow {
   void AddViewCommands();
   void AddToolCommands();
   void AddFrameCommands();
+  void AddSoundCommands();
   void AddWaitingCommands();
+  void TellSoundMessage();
+  void ShowSound();
+  void PlayBySpaceBar();
   void Add(Command command) { commands_.push_back(std::move(command)); }
   std::function<QString()> Word(int id, const char* defaultText) const;
   void MakeMenus();
@@ -130,6 +138,9 @@ class MainWindow : public QMainWindow {
   std::array<QLabel*, ViewState::kStatusPanels + 1> statusPanels_{};
   QProgressBar* loadProgress_ = nullptr;
   QProgressBar* renderProgress_ = nullptr;
+  QLabel* soundLength_ = nullptr;
+  NotePlayer* player_ = nullptr;  // Not owned; null where nothing is heard.
+  QString shownPlayHint_ = SoundControls().PlayHint;
   QLabel* loadingText_ = nullptr;
   QCheckBox* languageBox_ = nullptr;
   ColourTable shownPalette_{};  // Of the swatch of the selected list entry.

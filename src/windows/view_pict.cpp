@@ -281,6 +281,7 @@ void ViewPictWidget::ConnectPicture() {
     Q_EMIT ReadoutChanged();
   });
   connect(picture_, &PicbufWidget::Clicked, this, &ViewPictWidget::PictureClicked);
+  connect(picture_, &PicbufWidget::SpaceTapped, this, &ViewPictWidget::SpaceTapped);
   connect(picture_, &PicbufWidget::ZoomWheel, this, [this](int steps, QPoint position) {
     if (const auto level = LevelAfter(steps, session_.View.Zoom)) {
       ZoomAround(*level, position);

@@ -51,6 +51,8 @@ class ViewPictWidget : public QWidget {
   /// The cursor's readout in the status panels changed.
   void ReadoutChanged();
   void OpenRequested();
+  /// The space bar was tapped over the picture.
+  void SpaceTapped();
   /// The range on show changed.
   void RangeChanged();
   /// A button of the frame row was pressed.

@@ -1,0 +1,77 @@
+// Commands for the sound note of the open image.
+
+#include "core/tell.h"
+#include "sound/note_player.h"
+#include "windows/main_window.h"
+
+namespace tessa {
+
+void MainWindow::AddSoundCommands() {
+  const auto run = [this](void (NotePlayer::*procedure)()) {
+    return [this, procedure] {
+      DismissFailure(session_.View);
+      (player_->*procedure)();
+      TellSoundMessage();
+      BringIntoLine();
+    };
+  };
+  Add({.Id = CommandId::kPlaySound,
+       .Caption = Word(209, "Playback Sound File"),
+       .Icon = "play_sound",
+       .Run = run(&NotePlayer::PlayOrStop),
+       .Enabled = [this] { return player_ != nullptr && session_.View.Sound.PlayVisible; }});
+  Add({.Id = CommandId::kEmbedSound,
+       .Caption = Word(230, "Save Sound Into Image"),
+       .Icon = "embed_sound",
+       .Run = run(&NotePlayer::Embed),
+       .Enabled = [this] { return player_ != nullptr && session_.View.Sound.EmbedVisible; }});
+}
+
+void MainWindow::SetPlayer(NotePlayer* player) {
+  if (player_ != nullptr) {
+    player_->Changed = nullptr;
+  }
+  player_ = player;
+  if (player_ != nullptr) {
+    player_->Changed = [this] {
+      TellSoundMessage();
+      BringIntoLine();
+    };
+  }
+  EnableActions();
+}
+
+/// Why the last command of a sound did nothing, in the place where failures are told.
+void MainWindow::TellSoundMessage() {
+  QString& message = session_.View.Sound.Message;
+  if (!message.isEmpty()) {
+    Tell(NoticeKind::kFailed, message, session_.View);
+    message.clear();
+  }
+}
+
+void MainWindow::ShowSound() {
+  const SoundControls& sound = session_.View.Sound;
+  QAction* const play = Action(CommandId::kPlaySound);
+  play->setVisible(sound.PlayVisible);
+  Action(CommandId::kEmbedSound)->setVisible(sound.EmbedVisible);
+  // The hints that playing sets are the same in every language.
+  if (sound.PlayHint != shownPlayHint_) {
+    shownPlayHint_ = sound.PlayHint;
+    play->setText(sound.PlayHint);
+    play->setToolTip(sound.PlayHint);
+  }
+  soundLength_->setText(session_.Words.LangString(243, "Sound File") + QStringLiteral(": ") +
+                        sound.LengthText);
+  soundLength_->setVisible(!sound.LengthText.isEmpty());
+}
+
+/// The space bar, wherever nothing in focus has a use of its own for it.
+void MainWindow::PlayBySpaceBar() {
+  QAction* const play = Action(CommandId::kPlaySound);
+  if (play->isVisible()) {
+    play->trigger();
+  }
+}
+
+}  // namespace tessa
