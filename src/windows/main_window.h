@@ -7,6 +7,7 @@
 #include <memory>
 #include <vector>
 
+#include "browser/thumbnail_pages.h"
 #include "core/dialogs.h"
 #include "core/progress.h"
 #include "core/user_settings.h"
@@ -75,6 +76,7 @@ class MainWindow : public QMainWindow {
   void AddToolCommands();
   void AddFrameCommands();
   void AddSoundCommands();
+  void AddBrowserCommands();
   void AddWaitingCommands();
   void TellSoundMessage();
   void ShowSound();
@@ -109,11 +111,15 @@ class MainWindow : public QMainWindow {
   void ShowAbout();
   void StepFrame(void (*procedure)(Session&, Progress&));
   void SaveFrames();
+  void BrowseImages();
+  void OpenChosen(const ChosenImage& chosen, int palette);
+  void ShowImageInfo();
   void ShowVisible();
   void CloseVisibleWhenGone();
 
   Session& session_;
   UserSettings& user_;
+  BrowserMemory browserMemory_;
   QtWords qtWords_;
   std::unique_ptr<WindowProgress> progress_;
   std::unique_ptr<Dialogs> dialogs_;
