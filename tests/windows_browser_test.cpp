@@ -24,13 +24,17 @@ class BrowserWindowTest : public MainWindowTest {
     }
     folder_.Write(QStringLiteral("images/f13.rti"), ThreeFrames());
     folder_.Write(QStringLiteral("images/f14.jpg"), {});
-    folder_.Write(QStringLiteral("images/f15.tmp"), EncodeLegacyTmp({.Comment = "old <b>"}));
-    session_.Settings.LastFolder = Images() + QLatin1Char('/');
+    LegacyFields old;
+    old.Comment = "old <b>";
+    old.Values.assign(std::size_t{255} * 207, 100);
+    folder_.Write(QStringLiteral("images/f15.tmp"), EncodeLegacyTmp(old));
+    session_.Words.ReadTable(ReadAll(QStringLiteral(TESSA_SOURCE_FOLDER "/resources/strings.tsv")));
     session_.Settings.TargetFolder = folder_.Path(QString());
   }
   QString Images() const { return folder_.Path(QStringLiteral("images")); }
   /// Opens the browser from the main window, runs `work` in it, and closes what is still open.
   void Browse(const std::function<void(BrowserWindow&)>& work) {
+    session_.Settings.LastFolder = Images() + QLatin1Char('/');
     bool ran = false;
     QTimer::singleShot(0, window_.get(), [&] {
       auto* const browser = qobject_cast<BrowserWindow*>(QApplication::activeModalWidget());

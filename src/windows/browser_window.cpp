@@ -76,6 +76,7 @@ BrowserWindow::BrowserWindow(Session& session, BrowserMemory& memory, UserSettin
     };
   }
   formLoading_ = false;
+  ChangePalette();
   resize(kFirstSize);
   restoreGeometry(user_.BrowserPlace());
 }

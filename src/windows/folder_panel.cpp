@@ -16,6 +16,7 @@ namespace tessa {
 namespace {
 
 constexpr int kRestMilliseconds = 150;
+constexpr int kSettleMilliseconds = 1500;
 constexpr int kSmallestTree = 110;
 
 /// Where memory cards and sticks are mounted.
@@ -54,8 +55,15 @@ FolderPanel::FolderPanel(const char* places, const char* tree, QFileSystemModel&
   connect(tree_, &QTreeView::customContextMenuRequested, this,
           [this](QPoint position) { Q_EMIT MenuAsked(tree_->viewport()->mapToGlobal(position)); });
   connect(&rest_, &QTimer::timeout, this, &FolderPanel::TakeCurrent);
-  connect(&model_, &QFileSystemModel::directoryLoaded, this,
-          [this] { tree_->scrollTo(tree_->currentIndex()); });
+  // Once the rows of what was read have their places.
+  connect(
+      &model_, &QFileSystemModel::directoryLoaded, this,
+      [this] {
+        if (sinceSet_.isValid() && sinceSet_.elapsed() < kSettleMilliseconds) {
+          tree_->scrollTo(tree_->currentIndex(), QAbstractItemView::PositionAtCenter);
+        }
+      },
+      Qt::QueuedConnection);
 }
 
 void FolderPanel::SetPlaces(const QStringList& recentFolders, const Strings& words) {
@@ -92,6 +100,7 @@ void FolderPanel::ShowPlace() {
 
 void FolderPanel::SetFolder(const QString& path) {
   rest_.stop();
+  sinceSet_.start();
   folder_ = path;
   const QModelIndex index = model_.index(path);
   {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QElapsedTimer>
 #include <QTimer>
 #include <QWidget>
 
@@ -43,7 +44,8 @@ class FolderPanel : public QWidget {
   QFileSystemModel& model_;
   QComboBox* places_;
   QTreeView* tree_;
-  QTimer rest_;  // Keys run past folders that nobody wants to see.
+  QElapsedTimer sinceSet_;  // Folders that are read soon after move the chosen one out of sight.
+  QTimer rest_;             // Keys run past folders that nobody wants to see.
   QString folder_;
 };
 

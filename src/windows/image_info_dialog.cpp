@@ -18,7 +18,7 @@ constexpr int kMemoLimit = 20;
 constexpr int kCommentHeight = 96;
 constexpr int kMemoHeight = 40;
 const QSize kPhotographSize(320, 240);
-const QSize kFirstSize(460, 480);
+constexpr int kFirstWidth = 460;
 
 /// Keeps a text within the characters that its field has.
 void LimitText(QPlainTextEdit& edit, int limit) {
@@ -71,7 +71,7 @@ ImageInfoDialog::ImageInfoDialog(const ImageInfo& info, const Strings& words, QW
   }
   layout->addStretch();
   layout->addLayout(ending);
-  resize(kFirstSize);
+  resize(kFirstWidth, sizeHint().height());
   ok->setFocus();
 }
 
