@@ -60,7 +60,7 @@ FolderPanel::FolderPanel(const char* places, const char* tree, QFileSystemModel&
       &model_, &QFileSystemModel::directoryLoaded, this,
       [this] {
         if (sinceSet_.isValid() && sinceSet_.elapsed() < kSettleMilliseconds) {
-          tree_->scrollTo(tree_->currentIndex(), QAbstractItemView::PositionAtCenter);
+          tree_->scrollTo(tree_->currentIndex());
         }
       },
       Qt::QueuedConnection);
