@@ -67,7 +67,7 @@ TEST_F(BrowserTiles, AStillIsShownOnTheScaleOfItsHeaderAlone) {
   const Tile sit = Decode("a.sit", Sit());
   ASSERT_EQ(sit.Picture.Width, 320);
   EXPECT_EQ(At(sit, 40, 0), 0);
-  EXPECT_EQ(At(sit, 51, 239), 3);   // 2.55
+  EXPECT_EQ(At(sit, 51, 239), 3);  // 2.55
   EXPECT_EQ(At(sit, 101, 5), 130);
   EXPECT_EQ(At(sit, 200, 5), 255);
   EXPECT_EQ(sit.Comment, QStringLiteral("a comment"));
