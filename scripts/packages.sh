@@ -5,7 +5,7 @@ run_packages=(
   g++ cmake ninja-build ccache mold
   qt6-base-dev qt6-svg-dev qt6-multimedia-dev libjpeg62-turbo-dev libtiff-dev libcli11-dev
   qt6-translations-l10n
-  fonts-dejavu-core
+  fonts-dejavu-core fonts-liberation
 )
 # What the tests take on top of that.
 test_packages=(

@@ -22,17 +22,19 @@ using Pixels = std::vector<std::uint8_t>;
 using Numbers = std::vector<std::uint32_t>;
 
 /// An uncompressed little-endian TIFF. Each entry of `tags` is an array of 32-bit numbers; the
-/// strips follow one another.
-Bytes Tiff(std::map<int, Numbers> tags, const std::vector<Bytes>& strips) {
-  tags[273] = Numbers(strips.size());
-  tags[279] = Numbers(strips.size());
+/// strips follow one another; the directory names each of them `uses` times.
+Bytes Tiff(std::map<int, Numbers> tags, const std::vector<Bytes>& strips, std::size_t uses = 1) {
+  tags[273] = Numbers(strips.size() * uses);
+  tags[279] = Numbers(strips.size() * uses);
   std::size_t at = 8 + 2 + 12 * tags.size() + 4;
   for (const auto& [tag, values] : tags) {
     at += values.size() > 1 ? 4 * values.size() : 0;
   }
   for (std::size_t i = 0; i < strips.size(); ++i) {
-    tags[273][i] = static_cast<std::uint32_t>(at);
-    tags[279][i] = static_cast<std::uint32_t>(strips[i].size());
+    for (std::size_t use = 0; use < uses; ++use) {
+      tags[273][i * uses + use] = static_cast<std::uint32_t>(at);
+      tags[279][i * uses + use] = static_cast<std::uint32_t>(strips[i].size());
+    }
     at += strips[i].size();
   }
   ByteWriter directory;
@@ -165,6 +167,13 @@ TEST_F(PictureBounds, ATiffThatAsksForMoreThanItsFileHoldsIsRefused) {
   tiled[324] = Numbers(2);
   tiled[325] = Numbers(2);
   ExpectRefusal("tiles.tif", Tiff(tiled, {Bytes(64)}), "tiles of 1 by 1");
+  // Equal rows may share their bytes; each row naming the whole file would be read as often.
+  const auto packed = [](std::uint32_t rows) {
+    return With(With(Tags(64, rows, 8, 1, 1), 259, {32773}), 278, {1});
+  };
+  Open("twins.tif", Tiff(packed(2), {{0xC1, 7}}, 2));
+  EXPECT_THAT(Row(1), ::testing::Each(7));
+  ExpectRefusal("shared.tif", Tiff(packed(400), {Bytes(100000)}, 400), "claim more bytes");
 }
 
 TEST_F(PictureBounds, TheScansOfAJpegAreCounted) {

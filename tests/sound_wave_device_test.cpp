@@ -114,7 +114,8 @@ class WaveDevicePlays : public ::testing::Test {
   }
 
   TestFolder folder_;
-  WaveDevice device_;
+  Strings words_;
+  WaveDevice device_{words_};
   int completed_ = 0;
 };
 

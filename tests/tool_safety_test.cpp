@@ -78,12 +78,20 @@ TEST_F(ToolSafety, TextsAndNamesReachATerminalHarmless) {
   }
 }
 
+TEST_F(ToolSafety, TheLimitOnFileSizesGivesAReason) {
+  const Outcome outcome = Shell("(ulimit -f 8; $T export s.sit -o l.csv); s=$?; ls -A; exit $s");
+  EXPECT_EQ(outcome.Status, 1);
+  EXPECT_THAT(outcome.Error, HasSubstr("File too large"));
+  EXPECT_EQ(outcome.Out, "f.rti\ns.sit\n");
+}
+
 TEST_F(ToolSafety, NamesThatAreNoTextOpenAndAreWrittenBeside) {
   const Outcome outcome = Shell(
       "d=$(printf 'd\\377'); n=$(printf 'n\\303\\377'); mkdir \"$d\" && cp s.sit \"$d/$n.sit\" && "
       "$T info \"$d/$n.sit\" && $T export \"$d/$n.sit\" --folder \"$d/out\" --to png && "
       "cd \"$d\" && $T export \"$n.sit\" -o \"$n.csv\" && test -s \"out/$n.png\" && "
-      "test -s \"$n.csv\" && ls | wc -l && rm -r ../\"$d\"");
+      "test -s \"$n.csv\" && ls | wc -l && cd .. && rm -r \"$d\" && "
+      "{ $T sound s.sit --folder \"$n\" 2> /dev/null; rmdir \"$n\"; }");
   EXPECT_EQ(outcome.Status, 0) << outcome.Error;
   EXPECT_THAT(outcome.Out, AllOf(HasSubstr("/d\\xff/n\\xc3\\xff.sit\n"), HasSubstr("\n3\n")));
 }

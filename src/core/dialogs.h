@@ -21,6 +21,17 @@ struct SaveFileQuestion {
 
 enum class Answer { kYes, kNo, kCancel };
 
+enum class MessageButtons { kOk, kYesNo, kYesNoCancel };
+enum class MessageIcon { kQuestion, kStop, kInformation };
+
+/// A message box. Plain text; title and text may hold line breaks.
+struct Message {
+  QString Title;
+  QString Text;
+  MessageButtons Buttons = MessageButtons::kOk;
+  MessageIcon Icon = MessageIcon::kInformation;
+};
+
 /// What the engine asks the user. Windows answer with real dialogs, tests with a script.
 class Dialogs {
  public:
@@ -34,6 +45,9 @@ class Dialogs {
   /// Path to write to, overwriting already agreed to, or nothing when the user cancelled.
   virtual std::optional<QString> AskSaveFile(const SaveFileQuestion& question) = 0;
   virtual Answer AskYesNoCancel(const QString& text) = 0;
+  /// Shows the message until one of its buttons is chosen; "OK" counts as yes, closing the box as
+  /// its last button.
+  virtual Answer ShowMessage(const Message& message) { return AskYesNoCancel(message.Text); }
   /// A line of text, or nothing when the user cancelled.
   virtual std::optional<QString> AskText(const QString& prompt) = 0;
 };

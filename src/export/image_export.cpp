@@ -187,7 +187,8 @@ void ShowFrameForExport(int number, Session& session) {
     throw StepFailure("there is no frame " + std::to_string(number) + "; the last one is " +
                       std::to_string(FrameSlots(image)));
   }
-  if (!ShowFrame(false, session, progress)) {
+  // A file may claim thousands of large frames that are not there; none of them is drawn.
+  if (!HasFrame(image) || !ShowFrame(false, session, progress)) {
     throw StepFailure("frame " + std::to_string(number) + " cannot be read");
   }
 }

@@ -1,6 +1,7 @@
 #include "open/show_frame.h"
 
 #include <algorithm>
+#include <cmath>
 #include <limits>
 
 #include "core/file_access.h"
@@ -68,16 +69,20 @@ void ExpandLevels(const ContainerFrameHeader& header, Frame& frame, StepLog& ste
   std::array<std::int16_t, 256> tenths{};
   const auto low = static_cast<double>(header.ScaleLow);
   const double span = static_cast<double>(header.ScaleHigh) - low;
+  bool allFit = true;
   for (std::size_t level = 0; level < tenths.size(); ++level) {
-    steps.Run("tenths of a level", [&] {
-      const int value = RoundToInteger((span / 255.0 * static_cast<double>(level) + low) * 10.0);
-      if (value < std::numeric_limits<std::int16_t>::min() ||
-          value > std::numeric_limits<std::int16_t>::max()) {
-        throw StepFailure("the number does not fit 16 bits");
-      }
-      tenths[level] = static_cast<std::int16_t>(value);
-    });
+    const double value = std::nearbyint((span / 255.0 * static_cast<double>(level) + low) * 10.0);
+    const bool fits = value >= std::numeric_limits<std::int16_t>::min() &&
+                      value <= std::numeric_limits<std::int16_t>::max();
+    tenths[level] = fits ? static_cast<std::int16_t>(value) : std::int16_t{0};
+    allFit = allFit && fits;
   }
+  // Once for all levels: a throw for each would be most of the work of a small frame.
+  steps.Run("tenths of levels", [&] {
+    if (!allFit) {
+      throw StepFailure("a number does not fit 16 bits");
+    }
+  });
   for (std::int16_t& pixel : frame.Pixels) {
     pixel = tenths[static_cast<std::uint8_t>(pixel)];
   }
@@ -257,6 +262,20 @@ ScalePair ChooseScale(bool useEnteredScale, const ScalePair& stored, const Sessi
 QString FrameFilePath(const QString& imagePath, int frame) {
   return imagePath.chopped(std::min<qsizetype>(4, imagePath.size())) + QLatin1Char('-') +
          QStringLiteral("%1").arg(frame - 1, 3, 10, QLatin1Char('0')) + QStringLiteral(".APD");
+}
+
+bool HasFrame(const OpenImage& image) {
+  if (image.CurrentFrame < 1) {
+    return false;
+  }
+  if (!image.SeqIsContainer) {
+    return HasSlot(image) &&
+           !image.SeqFrames[static_cast<std::size_t>(image.CurrentFrame - 1)].empty();
+  }
+  const std::uint64_t end =
+      kContainerHeaderSize + static_cast<std::uint64_t>(image.CurrentFrame) *
+                                 static_cast<std::uint64_t>(image.SeqFrameStride);
+  return end <= FileSize(image.CurrentFilePath).value_or(0);
 }
 
 bool ShowFrame(bool useEnteredScale, Session& session, Progress& progress) {

@@ -5,6 +5,9 @@
 
 namespace tessa {
 
+/// True when the open file holds bytes for CurrentFrame, so that drawing it may be worth its time.
+bool HasFrame(const OpenImage& image);
+
 /// Shows CurrentFrame of the open snapshot or sequence container: temperatures, extremes, picture.
 /// With `useEnteredScale` the range on the screen stays (the entered one while the toggle is red,
 /// else the frame's extremes); without it the stored scale is used. A frame that cannot be read

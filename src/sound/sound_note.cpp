@@ -3,10 +3,10 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <QFile>
 #include <QFileInfo>
 #include <algorithm>
 
+#include "core/path_bytes.h"
 #include "core/side_file.h"
 #include "formats/ansi_text.h"
 #include "formats/if_sound.h"
@@ -19,7 +19,7 @@ constexpr std::uint64_t kRateAt = 8;
 
 /// Deletes a plain file that still has no byte in it.
 void RemoveEmptyFile(const QString& path) {
-  const QByteArray name = QFile::encodeName(path);
+  const QByteArray name = PathToBytes(path);
   struct stat status {};
   if (::stat(name.constData(), &status) == 0 && S_ISREG(status.st_mode) && status.st_size == 0) {
     ::unlink(name.constData());
@@ -104,7 +104,7 @@ bool IsSoundFile(const QString& path, EmptySound empty) {
   return file && IsIfSound(file->ReadAt(0, 3));
 }
 
-QString GetSoundName(const QString& imagePath) {
+QString SideSoundNameOf(const QString& imagePath) {
   Problems unused;
   const auto file = RandomFile::Open(imagePath, unused);
   if (!file) {
@@ -112,8 +112,14 @@ QString GetSoundName(const QString& imagePath) {
   }
   const SitHeader header = ReadSitHeader(file->ReadAt(0, kSitHeaderSize), unused);
   const bool isWave = QString::fromStdString(header.SoundExt).toUpper() == QLatin1String("WAV");
-  return isWave || !MayHaveSideSound(header, file->Size()) ? QString()
-                                                           : SideSoundPath(imagePath, header);
+  return isWave || !MayHaveSideSound(header, file->Size())
+             ? QString()
+             : QString::fromStdString(AnsiToUtf8(SideSoundName(header)));
+}
+
+QString GetSoundName(const QString& imagePath) {
+  const QString name = SideSoundNameOf(imagePath);
+  return name.isEmpty() ? name : FindSideFile(imagePath, name);
 }
 
 SoundNote FindSoundNote(const QString& imagePath, EmptySound empty) {

@@ -42,6 +42,8 @@ bool IsSoundFile(const QString& path, EmptySound empty);
 /// The sound file that copies of the SIT image at `imagePath` take along; it need not exist. Empty
 /// when there is none.
 QString GetSoundName(const QString& imagePath);
+/// The name in the header for that file, without its folder. Empty when there is none.
+QString SideSoundNameOf(const QString& imagePath);
 
 /// A note ready to be played or written.
 struct NoteWave {

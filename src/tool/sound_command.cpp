@@ -1,11 +1,11 @@
 #include "tool/sound_command.h"
 
-#include <QDir>
 #include <QFileInfo>
 #include <QSet>
 #include <cstdio>
 
 #include "core/file_access.h"
+#include "core/path_bytes.h"
 #include "core/steps.h"
 #include "sound/embed_sound.h"
 #include "sound/sound_note.h"
@@ -93,9 +93,9 @@ int SoundCommands::WriteNotes() const {
   if (!out_.empty() && images_.size() > 1) {
     return WrongCall("-o takes one image; use --folder for several");
   }
-  const QDir folder(FromArgument(folder_));
-  if (!folder_.empty() && !QDir().mkpath(folder.path())) {
-    PrintError(folder.path(), "the folder cannot be made");
+  const QString folder = FromArgument(folder_);
+  if (!folder_.empty() && !MakeFolders(folder)) {
+    PrintError(folder, "the folder cannot be made");
     return kToolFailed;
   }
   int status = kToolDone;
@@ -109,7 +109,7 @@ int SoundCommands::WriteNotes() const {
     }
     const QString path = FromArgument(argument);
     const QString target =
-        out_.empty() ? folder.filePath(QFileInfo(path).completeBaseName() + QStringLiteral(".wav"))
+        out_.empty() ? JoinPath(folder, QFileInfo(path).completeBaseName() + QStringLiteral(".wav"))
                      : FromArgument(out_);
     try {
       if (written.contains(target)) {

@@ -31,13 +31,14 @@ constexpr std::uint64_t kCoefficientsPerByte = 32;
 /// Bytes that a decoder is given: far more than any photograph of that many pixels has.
 constexpr std::uint64_t kByteBase = 64ULL << 20;
 constexpr std::uint64_t kBytesPerPixel = 3;
-/// Once the file has ended, so many more rows come from what was read before.
+/// Once the file or its picture has ended, so many more rows come from what was read before.
 constexpr int kRowsAfterEnd = 64;
 
 struct ErrorManager : jpeg_error_mgr {
   std::jmp_buf Jump;
   std::array<char, JMSG_LENGTH_MAX> Text{};    // Of the error.
   std::array<char, JMSG_LENGTH_MAX> Damage{};  // The first sign of damaged data.
+  bool RanDry = false;                         // A scan ended before its last block.
 };
 
 [[noreturn]] void JumpOut(j_common_ptr codec) {
@@ -50,6 +51,7 @@ struct ErrorManager : jpeg_error_mgr {
 void NoteWarning(j_common_ptr codec, int level) {
   auto* const errors = static_cast<ErrorManager*>(codec->err);
   const int code = errors->msg_code;
+  errors->RanDry = errors->RanDry || (level == -1 && code == JWRN_HIT_MARKER);
   if (level == -1 && errors->Damage[0] == '\0' &&
       (code == JWRN_HIT_MARKER || code == JWRN_HUFF_BAD_CODE || code == JWRN_MUST_RESYNC)) {
     errors->format_message(codec, errors->Damage.data());
@@ -181,6 +183,10 @@ class Decoder {
   jpeg_decompress_struct& Codec() { return codec_; }
   SourceManager& Source() { return source_; }
   ScanCounter& Counter() { return counter_; }
+  /// Nothing more comes from the file, so that all further rows are made up.
+  bool IsOver() const {
+    return source_.Ended || (errors_.RanDry && codec_.unread_marker == JPEG_EOI);
+  }
   bool HasSeveralScans() { return jpeg_has_multiple_scans(&codec_) == TRUE; }
   std::string Reason() const { return errors_.Text.data(); }
   std::string Damage() const { return errors_.Damage.data(); }
@@ -264,7 +270,7 @@ void ReadRows(Decoder& decoder, PictureUse use, LoadedPicture& picture, Problems
   for (int row = 0; row < picture.Height; ++row) {
     std::uint8_t* const to = picture.Row(row);
     const bool direct = components == 1 || (components == 3 && !reduces);
-    afterEnd += decoder.Source().Ended && !severalScans ? 1 : 0;
+    afterEnd += decoder.IsOver() && !severalScans ? 1 : 0;
     if (afterEnd > kRowsAfterEnd || !decoder.ReadRow(direct ? to : samples.data())) {
       constexpr std::uint8_t kMissing = 128;
       std::fill(picture.Row(row), picture.Pixels.data() + picture.Pixels.size(), kMissing);

@@ -20,6 +20,11 @@ constexpr std::uint64_t kDecodedBase = 3 * kMaxPicturePixels;
 constexpr std::uint64_t kDecodedPerByte = 8;
 /// Memory beside the picture for rows of tiles and for scans of JPEG strips.
 constexpr std::uint64_t kWorkMemory = 48ULL << 20;
+/// Compressed bytes that strips and tiles may name together, for each byte of the file: equal tiles
+/// may share theirs, but nothing like thousands of them the whole file.
+constexpr std::uint64_t kNamedPerByte = 2;
+/// The same for bytes that are copied as they are, where careless writers name too many.
+constexpr std::uint64_t kCopiedBase = 1ULL << 30;
 /// Small tiles cost their own time each.
 constexpr std::uint32_t kSmallestTile = 16;
 constexpr std::uint64_t kMostBlockVisits = 8'000'000;
@@ -200,6 +205,23 @@ bool CheckSamples(const TiffFacts& facts, Problems& faults) {
   return true;
 }
 
+/// The library reads all the bytes that a strip or tile names, also when others name them too.
+bool CheckNamedBytes(TIFF* tiff, const ByteSource& file, const TiffFacts& facts, Problems& faults) {
+  const std::uint32_t parts = facts.Tiled ? TIFFNumberOfTiles(tiff) : TIFFNumberOfStrips(tiff);
+  std::uint64_t room = kNamedPerByte * file.Size() + (1 << 16) +
+                       (facts.Compression == COMPRESSION_NONE ? kCopiedBase : 0);
+  for (std::uint32_t part = 0; part < parts; ++part) {
+    const std::uint64_t at = std::min(TIFFGetStrileOffset(tiff, part), file.Size());
+    const std::uint64_t named = std::min(TIFFGetStrileByteCount(tiff, part), file.Size() - at);
+    if (named > room) {
+      return Refuse(faults, ProblemKind::kTooLarge, "StripByteCounts",
+                    "the picture's parts claim more bytes than the file holds");
+    }
+    room -= named;
+  }
+  return true;
+}
+
 /// Several scans in a strip make the library keep all its coefficients and go over them as often.
 bool CheckJpegParts(TIFF* tiff, const ByteSource& file, const TiffFacts& facts, Problems& faults) {
   const std::uint32_t parts = facts.Tiled ? TIFFNumberOfTiles(tiff) : TIFFNumberOfStrips(tiff);
@@ -286,7 +308,8 @@ bool CheckWork(TIFF* tiff, const ByteSource& file, const TiffFacts& facts, Probl
     return Refuse(faults, ProblemKind::kTooLarge, "Size",
                   "the picture claims to be far larger than its file can justify");
   }
-  return facts.Compression != COMPRESSION_JPEG || CheckJpegParts(tiff, file, facts, faults);
+  return CheckNamedBytes(tiff, file, facts, faults) &&
+         (facts.Compression != COMPRESSION_JPEG || CheckJpegParts(tiff, file, facts, faults));
 }
 
 /// JPEG strips of YCbCr colours come out as red, green, blue.

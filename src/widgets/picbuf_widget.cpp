@@ -130,13 +130,18 @@ bool PicbufWidget::eventFilter(QObject* watched, QEvent* event) {
   const bool isPress = event->type() == QEvent::KeyPress;
   if ((isPress || event->type() == QEvent::KeyRelease) &&
       static_cast<QKeyEvent*>(event)->key() == Qt::Key_Space) {
-    // What is in focus keeps its own space bar.
+    // A key comes to the native window first and to what is in focus after that: only there it is
+    // taken. What is in focus, and every other window, keeps a space bar of its own.
     const QWidget* const focus = QApplication::focusWidget();
+    const QWidget* const receiver = focus != nullptr ? focus : window();
+    if (watched != receiver || receiver->window() != window()) {
+      return false;
+    }
     const bool isFree = qobject_cast<const QAbstractButton*>(focus) == nullptr &&
                         qobject_cast<const QLineEdit*>(focus) == nullptr &&
                         qobject_cast<const QComboBox*>(focus) == nullptr &&
                         qobject_cast<const QAbstractItemView*>(focus) == nullptr;
-    if (!static_cast<QKeyEvent*>(event)->isAutoRepeat() && watched == focus) {
+    if (!static_cast<QKeyEvent*>(event)->isAutoRepeat()) {
       const bool tapped = spaceHeld_ && !isPress && !spaceDragged_ && isFree;
       spaceHeld_ = isPress;
       spaceDragged_ = false;

@@ -40,14 +40,28 @@ void ScaleWidget::ShowScale(const ViewState& view, const QString& unit) {
   maximum_ = view.MaximumStroke;
   minimum_ = view.MinimumStroke;
   unit_ = unit;
+  if (const int width = WidestLabel(); width != labelWidth_) {
+    labelWidth_ = width;
+    updateGeometry();
+  }
   setAccessibleDescription(
       strokesVisible_ ? labels_[0] + QStringLiteral(" \u2013 ") + labels_[2] + unit : QString());
   update();
 }
 
+int ScaleWidget::WidestLabel() const {
+  QFont bold = font();
+  bold.setBold(true);
+  const QFontMetrics metrics(bold);
+  int widest = fontMetrics().horizontalAdvance(QStringLiteral("-1888.8"));
+  for (const QString& label : labels_) {
+    widest = std::max(widest, metrics.horizontalAdvance(label));
+  }
+  return widest;
+}
+
 QSize ScaleWidget::sizeHint() const {
-  const int labelWidth = fontMetrics().horizontalAdvance(QStringLiteral("-1888.8"));
-  return {2 * kMargin + kMarkerWidth + kStripWidth + kStrokeLength + kGap + labelWidth, 220};
+  return {2 * kMargin + kMarkerWidth + kStripWidth + kStrokeLength + kGap + WidestLabel(), 220};
 }
 
 qreal ScaleWidget::MarkerY(int twips, const QRectF& strip) const {

@@ -24,6 +24,8 @@ class ScaleWidget : public QWidget {
   void paintEvent(QPaintEvent* event) override;
 
  private:
+  /// Room for usual temperatures, and for longer ones where the scale has such.
+  int WidestLabel() const;
   /// Vertical position of a marker given in twips of the scale's frame.
   qreal MarkerY(int twips, const QRectF& strip) const;
   void PaintStrip(QPainter& painter, const QRectF& strip) const;
@@ -31,6 +33,7 @@ class ScaleWidget : public QWidget {
   void PaintMarkers(QPainter& painter, const QRectF& strip) const;
 
   const Picbuf& strip_;
+  int labelWidth_ = 0;
   std::array<QString, ViewState::kScaleLabels> labels_;
   bool strokesVisible_ = false;
   MarkerLine extremes_;

@@ -103,6 +103,28 @@ bool WindowDialogs::AgreesToReplace(const QString& path) const {
   return box->exec() == QMessageBox::Yes;
 }
 
+Answer WindowDialogs::ShowMessage(const Message& message) {
+  const QMessageBox::StandardButtons buttons =
+      message.Buttons == MessageButtons::kOk ? QMessageBox::Ok
+      : message.Buttons == MessageButtons::kYesNo
+          ? QMessageBox::Yes | QMessageBox::No
+          : QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel;
+  const auto box = PlainMessageBox(parent_, message.Text, buttons, words_);
+  box->setWindowTitle(OneLine(message.Title));
+  box->setIcon(message.Icon == MessageIcon::kQuestion ? QMessageBox::Question
+               : message.Icon == MessageIcon::kStop   ? QMessageBox::Critical
+                                                      : QMessageBox::Information);
+  switch (box->exec()) {
+    case QMessageBox::Ok:
+    case QMessageBox::Yes:
+      return Answer::kYes;
+    case QMessageBox::No:
+      return Answer::kNo;
+    default:
+      return Answer::kCancel;
+  }
+}
+
 Answer WindowDialogs::AskYesNoCancel(const QString& text) {
   const auto box = PlainMessageBox(
       parent_, text, QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel, words_);

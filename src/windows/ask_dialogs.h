@@ -19,6 +19,7 @@ class WindowDialogs : public Dialogs {
   std::optional<QString> AskOpenFile(const OpenFileQuestion& question) override;
   std::optional<QString> AskSaveFile(const SaveFileQuestion& question) override;
   Answer AskYesNoCancel(const QString& text) override;
+  Answer ShowMessage(const Message& message) override;
   std::optional<QString> AskText(const QString& prompt) override;
 
  private:

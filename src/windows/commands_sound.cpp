@@ -1,5 +1,8 @@
 // Commands for the sound note of the open image.
 
+#include <QFileInfo>
+
+#include "core/path_bytes.h"
 #include "core/tell.h"
 #include "sound/note_player.h"
 #include "windows/main_window.h"
@@ -23,7 +26,17 @@ void MainWindow::AddSoundCommands() {
   Add({.Id = CommandId::kEmbedSound,
        .Caption = Word(230, "Save Sound Into Image"),
        .Icon = "embed_sound",
-       .Run = run(&NotePlayer::Embed),
+       .Run =
+           [this, embed = run(&NotePlayer::Embed)] {
+             embed();
+             if (!session_.View.Sound.EmbedVisible) {
+               Tell(NoticeKind::kQuiet,
+                    session_.Words.LangString(522, "The sound note is now inside %1")
+                        .arg(QFileInfo(ShownPath(session_.Image.CurrentFilePath)).fileName()),
+                    session_.View);
+               BringIntoLine();
+             }
+           },
        .Enabled = [this] { return player_ != nullptr && session_.View.Sound.EmbedVisible; }});
 }
 
@@ -61,8 +74,10 @@ void MainWindow::ShowSound() {
     play->setText(sound.PlayHint);
     play->setToolTip(sound.PlayHint);
   }
-  soundLength_->setText(session_.Words.LangString(243, "Sound File") + QStringLiteral(": ") +
-                        sound.LengthText);
+  // "1.5 s at 8000 Hz" without its English word.
+  soundLength_->setText(
+      session_.Words.LangString(243, "Sound File") + QStringLiteral(": ") +
+      QString(sound.LengthText).replace(QLatin1String(" at "), QLatin1String(", ")));
   soundLength_->setVisible(!sound.LengthText.isEmpty());
 }
 

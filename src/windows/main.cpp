@@ -7,7 +7,9 @@
 #include <span>
 #include <string_view>
 
+#include "core/file_access.h"
 #include "core/platform_failure.h"
+#include "core/process_start.h"
 #include "core/program_version.h"
 #include "core/user_settings.h"
 #include "core/viewer_ini.h"
@@ -23,6 +25,12 @@ namespace {
 
 /// How long the splash stands when nothing waits to be opened.
 constexpr int kSplashMilliseconds = 350;
+
+/// Several arguments are one path with blanks in it where there is such a file.
+bool NamesSeveralFiles(std::span<const char* const> arguments) {
+  return arguments.size() > 1 && !tessa::PathExists(tessa::PendingFileFromArguments(arguments)) &&
+         tessa::PathExists(tessa::PendingFileFromArguments(arguments.first(1)));
+}
 
 /// Language, words, settings, palettes, and the file named on the command line.
 void StartSession(tessa::Session& session, const tessa::UserSettings& user,
@@ -62,6 +70,7 @@ bool AnswersAtOnce(int argc, char** argv) {
 }  // namespace
 
 int main(int argc, char** argv) {
+  tessa::PrepareProcess();
   if (AnswersAtOnce(argc, argv)) {
     return 0;
   }
@@ -74,8 +83,10 @@ int main(int argc, char** argv) {
   tessa::Session session(
       tessa::ApplicationFolder::ForExecutable(QApplication::applicationFilePath()));
   tessa::UserSettings user;
-  const std::span<const char* const> arguments(argv, static_cast<std::size_t>(argc));
-  StartSession(session, user, arguments.subspan(std::min<std::size_t>(1, arguments.size())));
+  std::span<const char* const> arguments(argv, static_cast<std::size_t>(argc));
+  arguments = arguments.subspan(std::min<std::size_t>(1, arguments.size()));
+  const bool several = NamesSeveralFiles(arguments);
+  StartSession(session, user, several ? arguments.first(1) : arguments);
 
   // A named file is shown at once; the splash would only delay it.
   std::unique_ptr<tessa::SplashWindow> splash;
@@ -83,11 +94,12 @@ int main(int argc, char** argv) {
     splash = std::make_unique<tessa::SplashWindow>(session.Words);
     splash->show();
   }
-  tessa::WaveDevice viewDevice;
-  tessa::WaveDevice tileDevice;
+  tessa::WaveDevice viewDevice(session.Words);
+  tessa::WaveDevice tileDevice(session.Words);
   tessa::NotePlayer player(session, viewDevice, tileDevice);
   tessa::MainWindow window(session, user);
   window.SetPlayer(&player);
+  window.SetFurtherFilesNamed(several);
   QTimer handOver;
   handOver.setSingleShot(true);
   QObject::connect(&handOver, &QTimer::timeout, &window, [&] {

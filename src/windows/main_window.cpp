@@ -18,6 +18,7 @@
 #include <QToolButton>
 
 #include "core/path_bytes.h"
+#include "core/tell.h"
 #include "open/attachments.h"
 #include "open/load_dialog.h"
 #include "open/load_image.h"
@@ -337,6 +338,12 @@ void MainWindow::AskAndOpen(int filterIndex) {
 void MainWindow::OpenPendingFile() {
   constexpr int kSitFilter = 4;
   AskAndOpen(kSitFilter);
+  if (furtherFilesNamed_ && session_.View.Notice.Text.isEmpty()) {
+    Tell(NoticeKind::kQuiet,
+         session_.Words.LangString(523, "Only the first of the named files was opened"),
+         session_.View);
+    BringIntoLine();
+  }
 }
 
 void MainWindow::OpenFile(const QString& path) {
@@ -474,6 +481,11 @@ void MainWindow::keyPressEvent(QKeyEvent* event) {
     if (!event->isAutoRepeat()) {
       PlayBySpaceBar();
     }
+    return;
+  }
+  if (event->key() == Qt::Key_Escape && !session_.View.Notice.Text.isEmpty()) {
+    DismissNotice(session_.View);
+    BringIntoLine();
     return;
   }
   QMainWindow::keyPressEvent(event);

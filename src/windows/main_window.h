@@ -51,6 +51,8 @@ class MainWindow : public QMainWindow {
   const std::vector<Command>& Commands() const { return commands_; }
   /// What plays notes; not owned, and alive for as long as the window. Null: nothing is heard.
   void SetPlayer(NotePlayer* player);
+  /// Says, once the first file named at the start stands open, that there were more.
+  void SetFurtherFilesNamed(bool named) { furtherFilesNamed_ = named; }
   /// Replaces the platform's dialogs, for tests.
   void SetDialogs(std::unique_ptr<Dialogs> dialogs) { dialogs_ = std::move(dialogs); }
 
@@ -136,6 +138,7 @@ class MainWindow : public QMainWindow {
   QMenu* compositeMenu_ = nullptr;
   QToolBar* toolPanel_ = nullptr;
   QComboBox* paletteList_ = nullptr;
+  bool furtherFilesNamed_ = false;
   bool paletteByKey_ = false;  // The user walks through the list by key.
   QLabel* paletteLabel_ = nullptr;
   QRadioButton* celsius_ = nullptr;

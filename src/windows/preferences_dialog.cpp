@@ -9,6 +9,7 @@
 #include <QLineEdit>
 #include <QPushButton>
 #include <QRadioButton>
+#include <QScreen>
 #include <QSet>
 #include <QSignalBlocker>
 #include <algorithm>
@@ -74,7 +75,9 @@ void PreferencesDialog::AddFolder(QGridLayout& layout, int row, const char* pane
   folder.Panel = new QLineEdit(this);
   folder.Panel->setObjectName(QString::fromLatin1(panelName));
   folder.Panel->setReadOnly(true);
-  folder.Panel->setMinimumWidth(fontMetrics().averageCharWidth() * kPanelCharacters);
+  // On a small or much enlarged screen the buttons still find room.
+  folder.Panel->setMinimumWidth(std::min(fontMetrics().averageCharWidth() * kPanelCharacters,
+                                         screen()->availableSize().width() / 3));
   folder.Choose = new QPushButton(QStringLiteral("\u2026"), this);
   folder.Choose->setObjectName(QString::fromLatin1(buttonName));
   folder.Choose->setAutoDefault(false);

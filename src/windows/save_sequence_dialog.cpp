@@ -8,6 +8,7 @@
 #include <QListWidget>
 #include <QPushButton>
 #include <QRadioButton>
+#include <QScreen>
 #include <QSignalBlocker>
 #include <QVBoxLayout>
 
@@ -34,9 +35,9 @@ SaveSequenceDialog::SaveSequenceDialog(Session& session, Progress& progress, QWi
   MakeControls();
   Arrange();
   FillNames();
-  constexpr int kWidth = 420;
-  constexpr int kHeight = 420;
-  resize(kWidth, kHeight);
+  const QSize wanted(420, 420);
+  const QSize frame(16, 48);  // What a window manager adds, roughly.
+  resize(wanted.boundedTo(screen()->availableSize() - frame));
 }
 
 void SaveSequenceDialog::MakeControls() {

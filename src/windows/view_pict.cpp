@@ -30,6 +30,9 @@ namespace tessa {
 namespace {
 
 constexpr int kMargin = 8;
+/// The zoom slider gives way where the line below the picture is short.
+constexpr int kNarrowestZoom = 48;
+constexpr int kWidestZoom = 120;
 
 /// The surround of a picture: dark and neutral on every desktop, so that colours read the same.
 const QColor kCanvasColour(0x23, 0x25, 0x29);
@@ -94,6 +97,7 @@ QWidget* ViewPictWidget::MakeCanvas() {
   colours.setColor(QPalette::WindowText, kCanvasInk);
   canvas_->setPalette(colours);
   canvas_->setMinimumSize(160, 120);
+  canvas_->installEventFilter(this);
 
   picture_ = new PicbufWidget(session_.Buffers.Picbuf1, canvas_);
   picture_->setObjectName(QStringLiteral("Picbuf1"));
@@ -150,9 +154,9 @@ QWidget* ViewPictWidget::MakeBottomPanel() {
   bottomPanel_->setMinimumWidth(1);  // A small screen cuts it off rather than the window.
   comment_ = new ElidingLabel(Qt::ElideRight, bottomPanel_);
   comment_->setObjectName(QStringLiteral("ssComment"));
-  memo_ = new PlainLabel(bottomPanel_);
+  memo_ = new ElidingLabel(Qt::ElideRight, bottomPanel_);
   memo_->setObjectName(QStringLiteral("ssMemo"));
-  taken_ = new PlainLabel(bottomPanel_);
+  taken_ = new ElidingLabel(Qt::ElideRight, bottomPanel_);
   taken_->setObjectName(QStringLiteral("Taken"));
 
   zoomOut_ = MakeStepButton(QStringLiteral("zoom_out"), -1);
@@ -164,7 +168,6 @@ QWidget* ViewPictWidget::MakeBottomPanel() {
           [this] { Q_EMIT FrameCommand(CommandId::kImageInfo); });
   zoom_ = new QSlider(Qt::Horizontal, bottomPanel_);
   zoom_->setObjectName(QStringLiteral("ZoomAdj"));
-  zoom_->setFixedWidth(120);
   zoom_->setPageStep(1);
   zoom_->installEventFilter(this);
   connect(zoom_, &QSlider::valueChanged, this, &ViewPictWidget::SetZoom);
@@ -273,6 +276,11 @@ bool ViewPictWidget::eventFilter(QObject* watched, QEvent* event) {
   if (watched == range_ && event->type() == QEvent::LayoutRequest) {
     FitRangeFrame();
   }
+  // Panels that come and go beside it change its size alone.
+  if (watched == canvas_ && event->type() == QEvent::Resize) {
+    zoom_->setFixedWidth(std::clamp(canvas_->width() / 5, kNarrowestZoom, kWidestZoom));
+    PlacePicture();
+  }
   if (watched == zoom_ && event->type() == QEvent::MouseButtonDblClick) {
     ZoomToFit();
     return true;
@@ -282,11 +290,7 @@ bool ViewPictWidget::eventFilter(QObject* watched, QEvent* event) {
 
 void ViewPictWidget::ConnectPicture() {
   connect(picture_, &PicbufWidget::PointerMoved, this, &ViewPictWidget::PointerMoved);
-  connect(picture_, &PicbufWidget::PointerLeft, this, [this] {
-    ClearReadout(session_.Cursor, session_.View);
-    QToolTip::hideText();
-    Q_EMIT ReadoutChanged();
-  });
+  connect(picture_, &PicbufWidget::PointerLeft, this, &ViewPictWidget::ForgetReadout);
   connect(picture_, &PicbufWidget::Clicked, this, &ViewPictWidget::PictureClicked);
   connect(picture_, &PicbufWidget::SpaceTapped, this, &ViewPictWidget::SpaceTapped);
   connect(picture_, &PicbufWidget::ZoomWheel, this, [this](int steps, QPoint position) {
@@ -349,8 +353,10 @@ void ViewPictWidget::BringIntoLine() {
 QString ViewPictWidget::MemoText() const {
   const OpenImage& image = session_.Image;
   const QString memo = OneLine(session_.View.Memo.simplified());
-  const bool isFrameCount = (image.ImageKind == KindRti || image.ImageKind == KindRtv) &&
-                            memo == QString::number(image.FrameCount);
+  // A conversion of frames leaves the kind of what it wrote, but the row of frame buttons stays.
+  const bool isSequence =
+      session_.View.FrameRowVisible || image.ImageKind == KindRti || image.ImageKind == KindRtv;
+  const bool isFrameCount = isSequence && memo == QString::number(image.FrameCount);
   return isFrameCount ? session_.Words.LangString(290, "Frame Count") + QStringLiteral(": ") + memo
                       : memo;
 }
@@ -511,6 +517,12 @@ void ViewPictWidget::PointerMoved(QPoint position) {
   Q_EMIT ReadoutChanged();
 }
 
+void ViewPictWidget::ForgetReadout() {
+  ClearReadout(session_.Cursor, session_.View);
+  QToolTip::hideText();
+  Q_EMIT ReadoutChanged();
+}
+
 /// The bars have the desktop's colours. Each is set by name: what is not comes from the surround.
 void ViewPictWidget::ColourScrollBars() {
   const QPalette desktop = QApplication::palette();
@@ -567,8 +579,15 @@ void ViewPictWidget::keyPressEvent(QKeyEvent* event) {
 }
 
 void ViewPictWidget::RefreshReadout() {
-  if (picture_->isVisible() && picture_->underMouse()) {
-    PointerMoved(picture_->mapFromGlobal(QCursor::pos()));
+  if (!picture_->isVisible() || !picture_->underMouse()) {
+    return;
+  }
+  // A smaller picture may have come under the cursor, which then stands beside it.
+  const QPoint position = picture_->mapFromGlobal(QCursor::pos());
+  if (picture_->rect().contains(position)) {
+    PointerMoved(position);
+  } else {
+    ForgetReadout();
   }
 }
 

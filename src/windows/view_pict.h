@@ -79,6 +79,7 @@ class ViewPictWidget : public QWidget {
   void PlaceScrollBars(const QRect& area, int maxX, int maxY);
   QSize AreaFor(bool horizontalBar, bool verticalBar) const;
   void PointerMoved(QPoint position);
+  void ForgetReadout();
   void PictureClicked(Qt::MouseButton button, QPoint position);
   void ZoomAround(int level, QPoint position);
   void ScrollToCentre();

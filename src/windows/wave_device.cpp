@@ -16,7 +16,7 @@ namespace tessa {
 /// One wave and what plays it.
 class WaveDevice::Player : public QObject {
  public:
-  explicit Player(WaveDevice& device) : device_(device) {
+  Player(WaveDevice& device, const Strings& words) : device_(device), words_(words) {
     end_.setSingleShot(true);
     connect(&end_, &QTimer::timeout, this, [this] { Finish(); });
   }
@@ -48,7 +48,7 @@ class WaveDevice::Player : public QObject {
     }
     const QAudioDevice output = QMediaDevices::defaultAudioOutput();
     if (output.isNull()) {
-      throw StepFailure("there is no sound output");
+      throw StepFailure(words_.LangString(520, "there is no sound output").toStdString());
     }
     sink_ = std::make_unique<QAudioSink>(output, format_);
     source_.close();
@@ -59,7 +59,7 @@ class WaveDevice::Player : public QObject {
     sink_->start(&source_);
     if (sink_->error() != QAudio::NoError) {
       Silence();
-      throw StepFailure("the sound output refuses to play");
+      throw StepFailure(words_.LangString(521, "the sound output refuses to play").toStdString());
     }
     // A server that falls silent must not leave a note playing for ever.
     constexpr int kGrace = 2000;
@@ -112,6 +112,7 @@ class WaveDevice::Player : public QObject {
   }
 
   WaveDevice& device_;
+  const Strings& words_;
   QByteArray samples_;  // 16 bits each.
   QAudioFormat format_;
   QBuffer source_;
@@ -119,7 +120,7 @@ class WaveDevice::Player : public QObject {
   QTimer end_;
 };
 
-WaveDevice::WaveDevice() : player_(std::make_unique<Player>(*this)) {}
+WaveDevice::WaveDevice(const Strings& words) : player_(std::make_unique<Player>(*this, words)) {}
 WaveDevice::~WaveDevice() = default;
 
 void WaveDevice::Carry(MediaCommand command) {

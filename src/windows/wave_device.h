@@ -2,6 +2,7 @@
 
 #include <memory>
 
+#include "core/language_strings.h"
 #include "sound/media_device.h"
 
 namespace tessa {
@@ -10,7 +11,8 @@ namespace tessa {
 /// "Open" reads the whole wave, so that its file may go; it needs no sound output.
 class WaveDevice : public MediaDevice {
  public:
-  WaveDevice();
+  /// `words`, in which a refusal is told, must outlive the device.
+  explicit WaveDevice(const Strings& words);
   ~WaveDevice() override;
 
  protected:

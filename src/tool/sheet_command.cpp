@@ -1,0 +1,149 @@
+#include "tool/sheet_command.h"
+
+#include <QGuiApplication>
+#include <QProcess>
+#include <array>
+
+#include "browser/contact_sheet.h"
+#include "browser/transfer_sounds.h"
+#include "core/file_access.h"
+#include "core/path_bytes.h"
+#include "core/plain_line.h"
+#include "core/platform_failure.h"
+#include "core/steps.h"
+#include "export/image_export.h"
+#include "tool/streams.h"
+
+namespace tessa {
+namespace {
+
+/// The picture of an image as an export would give it. Throws StepFailure.
+QImage PictureOf(const QString& path, const ExportOptions& options, const Palettes& palettes) {
+  Session session(OwnFolder());
+  PrepareForExport(options, palettes, session);
+  LoadForExport(path, options, session);
+  return session.Buffers.Picbuf1.ViewPicture();
+}
+
+/// Hands the document to the system's printing, which knows the printer. Throws StepFailure.
+void Print(const QByteArray& pdf, const std::string& printer) {
+  QProcess spooler;
+  spooler.start(QStringLiteral("lp"),
+                {QStringLiteral("-d"), QString::fromStdString(printer), QStringLiteral("-o"),
+                 QStringLiteral("fit-to-page"), QStringLiteral("-")});
+  if (!spooler.waitForStarted()) {
+    throw StepFailure("there is no printing system here: lp cannot be started");
+  }
+  spooler.write(pdf);
+  spooler.closeWriteChannel();
+  spooler.waitForFinished(-1);
+  if (spooler.exitStatus() != QProcess::NormalExit || spooler.exitCode() != 0) {
+    throw StepFailure("the sheet was not printed: " +
+                      spooler.readAllStandardError().trimmed().toStdString());
+  }
+}
+
+}  // namespace
+
+SheetCommand::SheetCommand(CLI::App& tool)
+    : command_(tool.add_subcommand("sheet", "Put pictures of images into a PDF, ten to a page")) {
+  command_->add_option("FILE", files_, "Images")->required();
+  command_->add_option("-o,--output", out_, "PDF file to write");
+  command_->add_option("--printer", printer_, "Printer of the system to print on");
+  command_->add_option("--heading", heading_, "Heading of every page; else the folder");
+  command_->add_option("--palette", palette_, "Palette by name or number");
+  command_->add_flag("--force", force_, "Replace a file that is there already");
+}
+
+std::optional<int> SheetCommand::Run() const {
+  return command_->parsed() ? std::optional(WriteSheets()) : std::nullopt;
+}
+
+int SheetCommand::WriteSheets() const {
+  const QString target = FromArgument(out_);
+  ExportOptions options;
+  options.Palette = FindPalette(FromArgument(palette_));
+  if (options.Palette < 0) {
+    PrintError("there is no palette \"" + palette_ + "\"; see export --palette");
+    return kToolWrongCall;
+  }
+  if (out_.empty() && printer_.empty()) {
+    PrintError("sheet needs -o or --printer");
+    return kToolWrongCall;
+  }
+  if (!out_.empty() && !target.endsWith(QLatin1String(".pdf"), Qt::CaseInsensitive)) {
+    PrintError(target, "the sheet must end in .pdf");
+    return kToolWrongCall;
+  }
+  if (!out_.empty() && !force_ && PathExists(target)) {
+    PrintError(target, "it is there already; --force would replace it");
+    return kToolFailed;
+  }
+  const auto palettes = ReadToolPalettes(true);
+  if (!palettes) {
+    return kToolFailed;
+  }
+  // Texts are drawn with the fonts of a GUI application, which needs no display for it.
+  qputenv("QT_QPA_PLATFORM", "offscreen");
+  int argumentCount = 1;
+  std::array<char, 10> name = {"tessatool"};
+  std::array<char*, 2> arguments = {name.data(), nullptr};
+  BeginPlatformStart("tessatool");
+  const QGuiApplication application(argumentCount, arguments.data());
+  EndPlatformStart();
+
+  int status = kToolDone;
+  try {
+    SheetDocument document;
+    ProgressLine line(files_.size());
+    StopAfterThisFile();
+    std::size_t done = 0;
+    Sheet sheet;
+    sheet.Heading = heading_.empty() ? FolderOfPath(AbsolutePath(FromArgument(files_.front())))
+                                     : FromArgument(heading_);
+    const auto addSheet = [&] {
+      document.Add(sheet);
+      sheet.Tiles.clear();
+    };
+    for (const std::string& file : files_) {
+      if (Interrupted()) {
+        return InterruptedStatus();
+      }
+      const QString path = FromArgument(file);
+      if (IsSameFile(path, target)) {
+        throw StepFailure("the sheet would overwrite an image");
+      }
+      try {
+        sheet.Tiles.push_back({FileNameOf(path), PictureOf(path, options, *palettes)});
+      } catch (const StepFailure& failure) {
+        line.Clear();
+        PrintError(path, failure.what());
+        status = kToolFailed;
+      }
+      line.Show(++done);
+      if (sheet.Tiles.size() == kTilesOnSheet) {
+        addSheet();
+      }
+    }
+    addSheet();
+    const QByteArray pdf = document.Finish();
+    if (pdf.isEmpty()) {
+      throw StepFailure("there is no picture for it");
+    }
+    if (!out_.empty()) {
+      WriteWholeFile(target,
+                     ByteSpan(reinterpret_cast<const std::uint8_t*>(pdf.constData()),
+                              static_cast<std::size_t>(pdf.size())),
+                     force_ ? Overwrite::kReplace : Overwrite::kRefuse);
+    }
+    if (!printer_.empty()) {
+      Print(pdf, printer_);
+    }
+  } catch (const std::exception& failure) {
+    PrintError(out_.empty() ? FromArgument(printer_) : target, failure.what());
+    return kToolFailed;
+  }
+  return status;
+}
+
+}  // namespace tessa
