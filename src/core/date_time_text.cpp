@@ -2,6 +2,7 @@
 
 #include <QDate>
 #include <QTime>
+#include <cmath>
 #include <string_view>
 
 #include "core/units.h"
@@ -65,6 +66,18 @@ QString DateFromDigits(const std::string& digits) {
       .arg(date.month())
       .arg(date.day(), 2, 10, QLatin1Char('0'))
       .arg(date.year());
+}
+
+std::optional<QDateTime> MomentOfDays(double days) {
+  constexpr double kLastDay = 2958465.999999;  // The end of the year 9999.
+  constexpr double kSecondsPerDay = 86400.0;
+  if (!(days >= 0.0 && days <= kLastDay)) {
+    return std::nullopt;
+  }
+  const double wholeDays = std::floor(days);
+  const auto seconds = static_cast<qint64>(std::nearbyint((days - wholeDays) * kSecondsPerDay));
+  const QDateTime start(QDate(1899, 12, 30), QTime(0, 0), Qt::UTC);
+  return start.addDays(static_cast<qint64>(wholeDays)).addSecs(seconds);
 }
 
 }  // namespace tessa

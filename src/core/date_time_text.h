@@ -1,6 +1,8 @@
 #pragma once
 
+#include <QDateTime>
 #include <QString>
+#include <optional>
 #include <string>
 
 namespace tessa {
@@ -13,5 +15,9 @@ QString TimeFromDigits(const std::string& digits);
 /// "m/dd/yyyy" from the digits YYMMDD; years below 80 are 20yy. Digits that are no date stay as the
 /// joined text MM/DD/YY.
 QString DateFromDigits(const std::string& digits);
+
+/// The moment that a day count from 1899-12-30, with its fraction of the day, stands for; nothing
+/// for what is no day before the year 10000.
+std::optional<QDateTime> MomentOfDays(double days);
 
 }  // namespace tessa

@@ -9,6 +9,7 @@ namespace {
 
 const QString kLanguageKey = QStringLiteral("SOFTWARE/Language");
 const QString kWindowPlaceKey = QStringLiteral("MainWindow/Place");
+const QString kBrowserPlaceKey = QStringLiteral("Browser/Place");
 const QString kRecentFilesKey = QStringLiteral("MainWindow/RecentFiles");
 constexpr qsizetype kMostRecentFiles = 10;
 constexpr int kUnset = -999;
@@ -37,6 +38,14 @@ QByteArray UserSettings::WindowPlace() const {
 
 void UserSettings::SetWindowPlace(const QByteArray& place) {
   store_->setValue(kWindowPlaceKey, place);
+}
+
+QByteArray UserSettings::BrowserPlace() const {
+  return store_->value(kBrowserPlaceKey).toByteArray();
+}
+
+void UserSettings::SetBrowserPlace(const QByteArray& place) {
+  store_->setValue(kBrowserPlaceKey, place);
 }
 
 QStringList UserSettings::RecentFiles() const {

@@ -24,6 +24,10 @@ class UserSettings {
   QByteArray WindowPlace() const;
   void SetWindowPlace(const QByteArray& place);
 
+  /// Where the browser's window was.
+  QByteArray BrowserPlace() const;
+  void SetBrowserPlace(const QByteArray& place);
+
   /// Exact paths of the files opened last, newest first, at most ten.
   QStringList RecentFiles() const;
   void AddRecentFile(const QString& path);

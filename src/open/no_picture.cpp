@@ -162,6 +162,12 @@ void TellFirstFault(Session& session) {
 
 }  // namespace
 
+QString WhyNoPicture(const Problem& problem, const QString& path, const Strings& words) {
+  const LeadIn lead = LeadInFor(problem, path);
+  const QString reason = InWords(lead, words);
+  return lead.SaysAll ? reason : reason + QLatin1Char('\n') + Sentence(problem.Text);
+}
+
 bool HasPicture(const Session& session) {
   return !session.Image.CurrentFile.isEmpty() && session.Buffers.Picbuf1.BufWidth() > 0;
 }

@@ -19,6 +19,10 @@ void LoadAfresh(Session& session, const std::function<void()>& load);
 /// leaves a quiet notice.
 void TellAboutFile(Session& session);
 
+/// Why the file at `path` shows no picture: a sentence in the language of the moment and, where it
+/// says more, what the reader found (English).
+QString WhyNoPicture(const Problem& problem, const QString& path, const Strings& words);
+
 /// After a change of language: what is still told of the file takes its new words.
 void RetellAboutFile(Session& session);
 

@@ -17,9 +17,11 @@
 #include "open/visible_image.h"
 #include "tool/export_command.h"
 #include "tool/frames_command.h"
+#include "tool/note_command.h"
 #include "tool/sheet_command.h"
 #include "tool/sound_command.h"
 #include "tool/streams.h"
+#include "tool/thumbnail_command.h"
 #include "tool/transfer_command.h"
 
 namespace tessa {
@@ -216,6 +218,8 @@ int RunToolCommandLine(int argc, char** argv) {
   visibleCommand->add_flag("--force", visible.Force, "Replace a file that is there already");
 
   SoundCommands sounds(tool);
+  ThumbnailCommand thumbnail(tool);
+  NoteCommand note(tool);
   TransferCommands transfers(tool);
   SheetCommand sheets(tool);
 
@@ -231,7 +235,8 @@ int RunToolCommandLine(int argc, char** argv) {
     std::fputs("Run with --help for more information.\n", stderr);
     return kToolWrongCall;
   }
-  for (const auto& status : {sounds.Run(), transfers.Run(), sheets.Run()}) {
+  for (const auto& status :
+       {sounds.Run(), transfers.Run(), sheets.Run(), thumbnail.Run(), note.Run()}) {
     if (status) {
       return FinishOutput(*status);
     }

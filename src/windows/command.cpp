@@ -52,6 +52,7 @@ constexpr std::array<NamedCommand, static_cast<std::size_t>(CommandId::kCount)> 
      {CommandId::kSaveFrames, "FrameSave"},
      {CommandId::kThumbnails, "mnuLoadThumb"},
      {CommandId::kThumbnailsButton, "btnthumb"},
+     {CommandId::kImageInfo, "SSCommand10"},
      {CommandId::kDownload, "mnu4400"},
      {CommandId::kDownloadButton, "btnDWNLoad"},
      {CommandId::kPlaySound, "btnPlaysound"},

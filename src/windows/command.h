@@ -56,6 +56,7 @@ enum class CommandId {
   // Thumbnails and the camera.
   kThumbnails,
   kThumbnailsButton,
+  kImageInfo,
   kDownload,
   kDownloadButton,
   // Sound notes.

@@ -73,10 +73,6 @@ void MainWindow::AddFileCommands() {
 
 /// Commands whose subsystems are still to come stand in their places, disabled.
 void MainWindow::AddWaitingCommands() {
-  Add({.Id = CommandId::kThumbnails, .Caption = Word(261, "Thumbnails"), .Icon = "thumbnails"});
-  Add({.Id = CommandId::kThumbnailsButton,
-       .Caption = Word(275, "View Thumbnails / Download Images"),
-       .Icon = "thumbnails"});
   Add({.Id = CommandId::kDownload,
        .Caption = Word(297, "Corvane T-40 Downloader"),
        .Icon = "download"});

@@ -54,7 +54,7 @@ void MainWindow::MakeMenus() {
               kLoadRti, kLoadSequence, kLine, kThumbnails, kLine});
   recentMenu_ = MakeMenu(load, "mnuRecent", 405, "Recent Images");
   connect(recentMenu_, &QMenu::aboutToShow, this, &MainWindow::FillRecentMenu);
-  fill(file, {kReload, kClose, kLine});
+  fill(file, {kReload, kClose, kImageInfo, kLine});
   QMenu* const save = MakeMenu(file, "mnuSaveMain", 223, "Save");
   fill(save, {kSaveBmp, kSaveJpeg, kSaveTxi});
   compositeMenu_ = MakeMenu(save, "mnuSaveComposite", 226, "Save Composite");

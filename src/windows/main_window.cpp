@@ -115,6 +115,7 @@ void MainWindow::MakeActions() {
   AddToolCommands();
   AddFrameCommands();
   AddSoundCommands();
+  AddBrowserCommands();
   AddWaitingCommands();
   for (const Command& command : commands_) {
     auto* const action = new QAction(this);

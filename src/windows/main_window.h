@@ -7,6 +7,7 @@
 #include <memory>
 #include <vector>
 
+#include "browser/thumbnail_pages.h"
 #include "core/dialogs.h"
 #include "core/progress.h"
 #include "core/user_settings.h"
@@ -77,6 +78,7 @@ class MainWindow : public QMainWindow {
   void AddToolCommands();
   void AddFrameCommands();
   void AddSoundCommands();
+  void AddBrowserCommands();
   void AddWaitingCommands();
   void TellSoundMessage();
   void ShowSound();
@@ -111,11 +113,15 @@ class MainWindow : public QMainWindow {
   void ShowAbout();
   void StepFrame(void (*procedure)(Session&, Progress&));
   void SaveFrames();
+  void BrowseImages();
+  void OpenChosen(const ChosenImage& chosen, int palette);
+  void ShowImageInfo();
   void ShowVisible();
   void CloseVisibleWhenGone();
 
   Session& session_;
   UserSettings& user_;
+  BrowserMemory browserMemory_;
   QtWords qtWords_;
   std::unique_ptr<WindowProgress> progress_;
   std::unique_ptr<Dialogs> dialogs_;

@@ -176,6 +176,11 @@ QWidget* ViewPictWidget::MakeBottomPanel() {
 
   zoomOut_ = MakeStepButton(QStringLiteral("zoom_out"), -1);
   zoomIn_ = MakeStepButton(QStringLiteral("zoom_in"), 1);
+  info_ = new QToolButton(bottomPanel_);
+  info_->setObjectName(QStringLiteral("InfoButton"));
+  info_->setAutoRaise(true);
+  connect(info_, &QToolButton::clicked, this,
+          [this] { Q_EMIT FrameCommand(CommandId::kImageInfo); });
   zoom_ = new QSlider(Qt::Horizontal, bottomPanel_);
   zoom_->setObjectName(QStringLiteral("ZoomAdj"));
   zoom_->setPageStep(1);
@@ -193,6 +198,7 @@ QWidget* ViewPictWidget::MakeBottomPanel() {
   layout->addWidget(memo_);
   layout->addSpacing(kMargin);
   layout->addWidget(taken_);
+  layout->addWidget(info_);
   layout->addSpacing(2 * kMargin);
   layout->addWidget(zoomText_);
   layout->addWidget(zoomOut_);
@@ -271,6 +277,7 @@ void ViewPictWidget::SetWindowLanguage() {
     name(button, button->toolTip());
   };
   tip(zoomIn_, 401, "Zoom In");
+  tip(info_, 174, "Image Info");
   tip(zoomOut_, 402, "Zoom Out");
   for (std::size_t i = 0; i < kFrameButtons.size(); ++i) {
     tip(frameButtons_[i], kFrameButtons[i].TextId, kFrameButtons[i].DefaultText);
@@ -549,6 +556,7 @@ void ViewPictWidget::ShowIcons() {
   const QColor ink = palette().color(QPalette::WindowText);
   zoomOut_->setIcon(ToolIcon(QStringLiteral("zoom_out"), ink));
   zoomIn_->setIcon(ToolIcon(QStringLiteral("zoom_in"), ink));
+  info_->setIcon(ToolIcon(QStringLiteral("image_info"), ink));
   for (std::size_t i = 0; i < kFrameButtons.size(); ++i) {
     frameButtons_[i]->setIcon(ToolIcon(QString::fromLatin1(kFrameButtons[i].Icon), ink));
   }

@@ -55,7 +55,7 @@ class ViewPictWidget : public QWidget {
   void SpaceTapped();
   /// The range on show changed.
   void RangeChanged();
-  /// A button of the frame row was pressed.
+  /// A button of the frame row, or that of the image's facts, was pressed.
   void FrameCommand(CommandId command);
 
  protected:
@@ -103,6 +103,7 @@ class ViewPictWidget : public QWidget {
   QLabel* zoomText_ = nullptr;
   QToolButton* zoomOut_ = nullptr;
   QToolButton* zoomIn_ = nullptr;
+  QToolButton* info_ = nullptr;
   QLabel* blankText_ = nullptr;
   QPushButton* blankOpen_ = nullptr;
   QLabel* comment_ = nullptr;

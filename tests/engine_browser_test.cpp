@@ -1,0 +1,303 @@
+#include <QDir>
+#include <QFileInfo>
+
+#include "browser/thumbnail_pages.h"
+#include "browser/tile.h"
+#include "formats/frame_array.h"
+#include "formats/sequence.h"
+#include "formats/tmp_image.h"
+#include "test_files.h"
+
+namespace tessa::testing {
+namespace {
+
+/// A SIT image whose column c has c degrees, shown from `center` - 4 to `center` + 4 steps of 8.
+Bytes Sit(const char* signature = "SIT V3.0A ", const char* name = "", const char* extension = "",
+          const Bytes& attachment = {}) {
+  SitFields fields;
+  fields.Signature = signature;
+  fields.SoundName = name;
+  fields.SoundExt = extension;
+  fields.Attachment = attachment;
+  fields.Offset = 0.0;
+  fields.Gain = 1.0;
+  fields.ScaleCenter = 100.0;
+  fields.ScaleStep = 12.5;  // 50 to 150
+  fields.Comment = "a comment";
+  for (int i = 0; i < kSitWidth * kSitHeight; ++i) {
+    fields.Counts.push_back(static_cast<std::int16_t>(i % kSitWidth));
+  }
+  return EncodeSit(fields);
+}
+
+Bytes Snapshot(float version, int width, int height, const char* comment = "") {
+  SnapshotFields fields;
+  fields.Header.Version = version;
+  fields.Header.Taken = 44197.75;  // 2021-01-01 18:00
+  fields.Header.Frames = 1;
+  fields.Header.Width = width;
+  fields.Header.Height = height;
+  fields.Header.ScaleMin = 0.0F;
+  fields.Header.ScaleMax = 25.5F;
+  fields.Header.Emissivity = 0.9F;
+  fields.Header.Comment = comment;
+  std::vector<std::int16_t> tenths(static_cast<std::size_t>(width * height), 2732 + 100);
+  tenths[1] = 2732;
+  fields.Frames = {EncodeFrameArray(width, height, tenths)};
+  fields.Stamps = {"1234567890 12:34:56 AM"};
+  return EncodeSnapshot(fields);
+}
+
+class BrowserTiles : public ::testing::Test {
+ protected:
+  QString Write(const char* name, const Bytes& bytes) const {
+    return folder_.Write(QString::fromLatin1(name), bytes);
+  }
+  Tile Decode(const char* name, const Bytes& bytes) const {
+    return DecodeTile(Write(name, bytes), EmptySound::kRemove);
+  }
+  static int At(const Tile& tile, int column, int row) {
+    return tile.Picture.Pixels.at(static_cast<std::size_t>(row) * tile.Picture.Stride +
+                                  static_cast<std::size_t>(column));
+  }
+  TestFolder folder_;
+};
+
+TEST_F(BrowserTiles, AStillIsShownOnTheScaleOfItsHeaderAlone) {
+  const Tile sit = Decode("a.sit", Sit());
+  ASSERT_EQ(sit.Picture.Width, 320);
+  EXPECT_EQ(At(sit, 40, 0), 0);
+  EXPECT_EQ(At(sit, 51, 239), 3);  // 2.55
+  EXPECT_EQ(At(sit, 101, 5), 130);
+  EXPECT_EQ(At(sit, 200, 5), 255);
+  EXPECT_EQ(sit.Comment, QStringLiteral("a comment"));
+  EXPECT_EQ(MemoTag(sit, Strings()), QStringLiteral("None"));
+
+  LegacyFields old;
+  old.OffsetText = "  20.0";
+  old.GainCode = '6';
+  old.Values.assign(std::size_t{255} * 207, 128);
+  const Tile legacy = Decode("old.tmp", EncodeLegacyTmp(old));
+  EXPECT_EQ(legacy.Picture.Width, 255);
+  EXPECT_EQ(legacy.Picture.Height, 207);
+  EXPECT_EQ(At(legacy, 0, 0), 128);
+  EXPECT_EQ(legacy.Emissivity, QStringLiteral("0.95"));
+  EXPECT_EQ(legacy.Date + legacy.Time, QStringLiteral("4/12/199610:15:30 AM"));
+
+  TmpFields flat;
+  flat.ScaleStep = 0.0;  // Equal limits.
+  flat.Counts.assign(std::size_t{255} * 223, 100);
+  const Tile tmp = Decode("flat.tmp", EncodeTmp(flat));
+  EXPECT_EQ(tmp.Picture.Height, 223);
+  EXPECT_EQ(At(tmp, 254, 222), 0);
+}
+
+TEST_F(BrowserTiles, ATileTellsWhichNoteTheImageHas) {
+  Write("SND1.AIF", {});
+  const Tile gone = Decode("gone.sit", Sit("SIT V3.0A ", "NOSUCH  ", "AIF"));
+  EXPECT_EQ(gone.Sound, SoundKind::kNone);
+  EXPECT_FALSE(gone.IsBlueCaption);
+  EXPECT_EQ(Decode("empty.sit", Sit("SIT V2.9A ", "SND1    ", "AIF")).Sound, SoundKind::kNone);
+  EXPECT_FALSE(folder_.Names().contains(QStringLiteral("SND1.AIF")));
+  const Tile wave = Decode("wave.sit", Sit("SIT V3.0A ", "156161  ", "WAV", Bytes(100)));
+  EXPECT_EQ(wave.Sound, SoundKind::kEmbeddedWave);
+  EXPECT_EQ(wave.SoundReference.trimmed(), QStringLiteral("156161"));
+  EXPECT_TRUE(wave.IsBlueCaption);
+  const Tile photograph = Decode("p.sit", Sit("SIT V4.0A ", "", "  \x02", Bytes(50)));
+  EXPECT_EQ(photograph.Sound, SoundKind::kNone);
+  EXPECT_TRUE(photograph.IsBlueCaption);
+  EXPECT_EQ(photograph.VisibleOffset, 156169u);
+}
+
+TEST_F(BrowserTiles, SnapshotsShowTheirFirstFrameAndSequencesNone) {
+  for (const float version : {1.0F, kStampedVersion}) {
+    const Tile tile = Decode("a.rti", Snapshot(version, 8, 6, "  hot spot "));
+    ASSERT_EQ(tile.Picture.Height, 6);
+    EXPECT_EQ(At(tile, 1, 0), 0);
+    EXPECT_EQ(At(tile, 7, 5), 100);
+    EXPECT_EQ(tile.Comment, QStringLiteral("hot spot"));
+    EXPECT_EQ(tile.Date + tile.Time, QStringLiteral("01/01/2106:00:00 PM"));
+  }
+  EXPECT_EQ(Decode("big.rti", Snapshot(1.0F, 801, 601)).Picture.Width, 0);
+  EXPECT_EQ(Decode("wide.rti", Snapshot(1.0F, 801, 600)).Picture.Width, 801);
+  ContainerHeader header;
+  header.Version = kContainerVersion;
+  header.Frames = 37;
+  const Tile sequence = Decode("s.rti", EncodeContainerHeader(header));
+  EXPECT_EQ(sequence.SequenceFrames, 37);
+  EXPECT_EQ(sequence.Picture.Width + static_cast<int>(sequence.Faults.size()), 0);
+}
+
+TEST_F(BrowserTiles, PicturesTurnToOneOrientationOfPalette) {
+  const std::vector<std::uint8_t> indices(16, 10);
+  for (const bool reversed : {false, true}) {
+    const Tile tile = Decode("a.txi", EncodeBmp8(4, 4, indices, 4, Ramp(reversed)));
+    EXPECT_EQ(At(tile, 3, 3), reversed ? 245 : 10);
+    EXPECT_TRUE(CommentTag(tile, Strings()).isEmpty());
+  }
+}
+
+TEST_F(BrowserTiles, ABrokenFileHasAReasonAndACutOneWhatIsThere) {
+  const Bytes whole = Sit();
+  const Tile cut = Decode("cut.sit", First(whole, 1024 + 640 * 100));
+  EXPECT_EQ(At(cut, 200, 99), 255);
+  EXPECT_EQ(At(cut, 200, 100), 0);
+  for (const auto& [name, bytes] :
+       std::vector<std::pair<const char*, Bytes>>{{"head.sit", First(whole, 300)},
+                                                  {"none.jpg", ToBytes("no picture")},
+                                                  {"none.bmp", {}},
+                                                  {"none.rti", Bytes(2000)}}) {
+    const Tile tile = Decode(name, bytes);
+    EXPECT_EQ(tile.Picture.Width, 0) << name;
+    EXPECT_NE(FindNoImage(tile.Faults), nullptr) << name;
+    EXPECT_FALSE(tile.HasTexts) << name;
+  }
+}
+
+/// Every character is as wide as any other.
+double Characters(const QString& text) {
+  return static_cast<double>(text.size());
+}
+
+TEST(BrowserNames, ANameIsCutUntilItFitsWithItsDots) {
+  const auto fit = [](const char* name) {
+    return FitName(QString::fromUtf8(name), 8.0, Characters).toStdString();
+  };
+  EXPECT_EQ(fit("12345678"), "12345678");
+  EXPECT_EQ(fit("123456789"), "12345...");
+  EXPECT_EQ(fit("1234\U0001F525\U0001F525"), "1234\U0001F525\U0001F525");
+  EXPECT_EQ(fit("1234\U0001F525\U0001F525x"), "1234...");
+  EXPECT_EQ(FitName(QStringLiteral("ab"), 1.0, Characters), QStringLiteral("..."));
+}
+
+class BrowserPages : public BrowserTiles {
+ protected:
+  /// `count` images in a folder of the name; their files hold nothing.
+  QString Folder(const char* name, int count, const char* ending = ".sit") {
+    const QString path = folder_.Path(QString::fromLatin1(name));
+    QDir().mkpath(path);
+    for (int i = 1; i <= count; ++i) {
+      folder_.Write(QStringLiteral("%1/f%2%3")
+                        .arg(QString::fromLatin1(name))
+                        .arg(i)
+                        .arg(QString::fromLatin1(ending)),
+                    {});
+    }
+    return path;
+  }
+  int VisibleTiles() const {
+    return static_cast<int>(std::count_if(pages_.Places.begin(), pages_.Places.end(),
+                                          [](const auto& place) { return place.Visible; }));
+  }
+  QString Buttons() const {
+    return QStringLiteral("%1%2").arg(pages_.BackEnabled).arg(pages_.ForwardEnabled);
+  }
+  BrowserMemory memory_;
+  ThumbnailPages pages_{memory_, Characters};
+};
+
+TEST_F(BrowserPages, TenFilesAreOnePageAndElevenAreTwo) {
+  struct Case {
+    int Files, Pages, Last;
+    const char* Buttons;
+  };
+  for (const Case& c : {Case{0, 0, 0, "00"}, Case{10, 1, 10, "00"}, Case{11, 2, 1, "01"}}) {
+    EXPECT_TRUE(pages_.ChangeFolder(Folder(std::to_string(c.Files).c_str(), c.Files)));
+    EXPECT_EQ(pages_.PageCount, c.Pages);
+    EXPECT_EQ(pages_.LastPageCount, c.Last);
+    EXPECT_EQ(Buttons().toStdString(), c.Buttons);
+    EXPECT_EQ(VisibleTiles(), std::min(c.Files, 10));
+  }
+  pages_.ShowLast();
+  EXPECT_EQ(Buttons(), QStringLiteral("10"));
+  EXPECT_EQ(VisibleTiles(), 1);
+  EXPECT_EQ(pages_.Places[0].Caption, QStringLiteral("F11.SIT"));  // Numbers by their value.
+  pages_.ShowNext();
+  EXPECT_EQ(pages_.CurrentPage, 2);
+  EXPECT_FALSE(pages_.ChangeFolder(folder_.Path(QStringLiteral("gone"))));
+  EXPECT_EQ(pages_.Files.Count(), 11);
+}
+
+TEST_F(BrowserPages, AFilterLeavesItsKindInAnyLetterCase) {
+  Folder("mixed", 3, ".SiT");
+  Folder("mixed", 2, ".jpg");
+  Folder("mixed", 1, ".text");
+  Folder("mixed/folder.sit", 0);
+  folder_.Write(QStringLiteral("mixed/.hidden.sit"), {});
+  folder_.Write(QStringLiteral("mixed/F1.SIT"), {});
+  memory_.DefaultImageTypeIndex = 8;
+  ThumbnailPages pages(memory_, Characters);
+  EXPECT_EQ(memory_.DefaultImageTypeIndex, 0);
+  pages.ChangeFolder(folder_.Path(QStringLiteral("mixed")));
+  EXPECT_EQ(pages.Files.Count(), 6);
+  pages.ChangeFilter(4);
+  ASSERT_EQ(pages.Files.Count(), 4);  // Names that differ in case alone are two images.
+  pages.ChangeFilter(3);
+  EXPECT_EQ(pages.Files.Count(), 2);
+  pages.ChangeFilter(99);
+  EXPECT_EQ(pages.Files.Count(), 6);
+}
+
+TEST_F(BrowserPages, TheSelectionReachesOverPagesAndEndsWithTheFolder) {
+  const QString folder = Folder("a", 25);
+  pages_.ChangeFolder(folder);
+  pages_.TargetFolder = folder + QStringLiteral("/");
+  pages_.Pick(3);
+  EXPECT_TRUE(pages_.Places[3].Marked && pages_.DeleteEnabled && !pages_.TransferEnabled);
+  pages_.ShowNext();
+  EXPECT_FALSE(pages_.Places[3].Marked);
+  pages_.TargetFolder = folder_.Path(QString());
+  pages_.Pick(0);
+  EXPECT_TRUE(pages_.TransferEnabled);
+  EXPECT_EQ(pages_.Files.SelectedCount(), 2);
+  pages_.Pick(0);
+  pages_.ShowFirst();
+  EXPECT_TRUE(pages_.Places[3].Marked);
+  // Unselecting leaves what was picked last.
+  EXPECT_EQ(memory_.SelectedPath, folder + QStringLiteral("/f11.sit"));
+  QFile::remove(folder + QStringLiteral("/f1.sit"));
+  pages_.ReadAgain();
+  EXPECT_TRUE(pages_.Places[2].Marked);
+  pages_.ChangeFolder(folder);
+  EXPECT_FALSE(pages_.DeleteEnabled);
+}
+
+TEST_F(BrowserPages, SelectAllTakesEveryFileAndForgetsThePath) {
+  const QString folder = Folder("a", 12);
+  pages_.ChangeFolder(folder);
+  EXPECT_FALSE(pages_.ChooseSelected());
+  pages_.SelectAll(true);
+  EXPECT_EQ(pages_.Files.SelectedCount(), 12);
+  EXPECT_EQ(pages_.ChooseSelected()->Path, QStringLiteral("F10.SIT"));
+  EXPECT_EQ(pages_.ChooseTile(0)->Path, folder + QStringLiteral("/f1.sit"));
+}
+
+TEST_F(BrowserPages, TheTilesMenuTakesTheNameOfItsFormerTargetFromAPicture) {
+  pages_.ChangeFolder(Folder("a", 12));
+  pages_.PopupTile = 4;  // The right click on the picture sets no more.
+  const auto chosen = pages_.ChoosePopup();
+  EXPECT_EQ(QFileInfo(chosen->Path).fileName(), QStringLiteral("f5.sit"));
+  EXPECT_EQ(chosen->Name, QStringLiteral("F1.SIT"));
+}
+
+TEST_F(BrowserPages, OnlyANarrowedFilterComesBackToItsPage) {
+  const QString folder = Folder("a", 25);
+  for (const auto& [filter, page] : std::vector<std::pair<int, int>>{{0, 1}, {4, 3}}) {
+    pages_.ChangeFolder(folder);
+    pages_.ChangeFilter(filter);
+    pages_.ShowPage(3);
+    pages_.ChooseTile(0);
+    ThumbnailPages next(memory_, Characters);
+    next.ChangeFolder(folder);
+    EXPECT_EQ(next.CurrentPage, page) << filter;
+  }
+  for (int i = 10; i <= 25; ++i) {
+    QFile::remove(folder + QStringLiteral("/f%1.sit").arg(i));
+  }
+  ThumbnailPages shorter(memory_, Characters);
+  shorter.ChangeFolder(folder);
+  EXPECT_EQ(shorter.CurrentPage, 1);
+}
+
+}  // namespace
+}  // namespace tessa::testing

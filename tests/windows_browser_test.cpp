@@ -1,0 +1,198 @@
+#include <QComboBox>
+#include <QDir>
+#include <QLabel>
+#include <QMenu>
+#include <QPushButton>
+#include <QTimer>
+
+#include "formats/tmp_image.h"
+#include "test_main_window.h"
+#include "windows/browser_window.h"
+#include "windows/folder_panel.h"
+#include "windows/image_info_dialog.h"
+#include "windows/tile_grid.h"
+
+namespace tessa::testing {
+namespace {
+
+class BrowserWindowTest : public MainWindowTest {
+ protected:
+  BrowserWindowTest() {
+    QDir().mkpath(Images());
+    for (int i = 1; i <= 12; ++i) {
+      folder_.Write(QStringLiteral("images/f%1.sit").arg(i), EncodedScene());
+    }
+    folder_.Write(QStringLiteral("images/f13.rti"), ThreeFrames());
+    folder_.Write(QStringLiteral("images/f14.jpg"), {});
+    LegacyFields old;
+    old.Comment = "old <b>";
+    old.Values.assign(std::size_t{255} * 207, 100);
+    folder_.Write(QStringLiteral("images/f15.tmp"), EncodeLegacyTmp(old));
+    session_.Words.ReadTable(ReadAll(QStringLiteral(TESSA_SOURCE_FOLDER "/resources/strings.tsv")));
+    session_.Settings.TargetFolder = folder_.Path(QString());
+  }
+  QString Images() const { return folder_.Path(QStringLiteral("images")); }
+  /// Opens the browser from the main window, runs `work` in it, and closes what is still open.
+  void Browse(const std::function<void(BrowserWindow&)>& work) {
+    session_.Settings.LastFolder = Images() + QLatin1Char('/');
+    bool ran = false;
+    QTimer::singleShot(0, window_.get(), [&] {
+      auto* const browser = qobject_cast<BrowserWindow*>(QApplication::activeModalWidget());
+      ASSERT_NE(browser, nullptr);
+      work(*browser);
+      ran = true;
+      if (browser->isVisible()) {
+        browser->reject();
+      }
+    });
+    Trigger("mnuLoadThumb");
+    EXPECT_TRUE(ran);
+  }
+  template <typename Widget>
+  static Widget& In(QWidget& window, const char* name) {
+    auto* const found = window.findChild<Widget*>(QString::fromLatin1(name));
+    EXPECT_NE(found, nullptr) << name;
+    return *found;
+  }
+  static TileGrid& Grid(BrowserWindow& browser) { return In<TileGrid>(browser, "TileGrid"); }
+  static QRgb BackgroundOf(TileWidget& tile) { return tile.grab().toImage().pixel(3, 3); }
+};
+
+TEST_F(BrowserWindowTest, PagingThroughAllKindsLeavesTheOpenImageAsItWas) {
+  window_->OpenFile(scene_);
+  const std::vector<float> grid(session_.Image.TempGrid.Cells().begin(),
+                                session_.Image.TempGrid.Cells().end());
+  const auto pixels = session_.Buffers.Picbuf1.Pixels();
+  const std::vector<std::uint8_t> before(pixels.begin(), pixels.end());
+  const QJsonObject report = ReportAsJson(session_);
+  const SitHeader header = session_.Image.SitHeader;
+  Browse([&](BrowserWindow& browser) {
+    EXPECT_EQ(session_.Image.ThumbBrowserActive, 99);
+    In<QPushButton>(browser, "Command6").click();
+    EXPECT_EQ(In<QComboBox>(browser, "Combo3").currentText(), QStringLiteral("2 of 2"));
+    EXPECT_TRUE(Grid(browser).Tile(4).isVisible());
+    EXPECT_FALSE(Grid(browser).Tile(5).isVisible());
+    EXPECT_TRUE(Grid(browser).Tile(3).toolTip().contains(QStringLiteral("empty")));
+    Grid(browser).Tile(3).grab();  // The broken one paints too.
+    In<QPushButton>(browser, "Command3").click();
+    EXPECT_FALSE(In<QPushButton>(browser, "Command4").isEnabled());
+  });
+  const OpenImage& image = session_.Image;
+  EXPECT_FALSE(image.UiLocked || image.ImageBusy || session_.View.SuppressEvents);
+  EXPECT_EQ(image.ThumbBrowserActive, 0);
+  EXPECT_EQ(ReportAsJson(session_), report);
+  EXPECT_EQ(image.SitHeader.Record, header.Record);
+  EXPECT_TRUE(std::equal(grid.begin(), grid.end(), image.TempGrid.Cells().begin(),
+                         image.TempGrid.Cells().end()));
+  EXPECT_TRUE(std::equal(before.begin(), before.end(), session_.Buffers.Picbuf1.Pixels().begin()));
+}
+
+TEST_F(BrowserWindowTest, KeysAloneSelectTurnPagesAndOpen) {
+  Browse([&](BrowserWindow& browser) {
+    QTest::keyClick(&In<QPushButton>(browser, "Command2"), Qt::Key_Right);
+    EXPECT_EQ(browser.focusWidget(), &Grid(browser).Tile(0));
+    QTest::keyClick(browser.focusWidget(), Qt::Key_Right);
+    QTest::keyClick(browser.focusWidget(), Qt::Key_Space);
+    EXPECT_EQ(BackgroundOf(Grid(browser).Tile(1)), qRgb(255, 255, 0));
+    EXPECT_NE(BackgroundOf(Grid(browser).Tile(0)), qRgb(255, 255, 0));
+    QTest::keyClick(browser.focusWidget(), Qt::Key_PageDown);
+    EXPECT_EQ(browser.Pages().CurrentPage, 2);
+    EXPECT_NE(BackgroundOf(Grid(browser).Tile(1)), qRgb(255, 255, 0));
+    QTest::keyClick(browser.focusWidget(), Qt::Key_PageUp);
+    EXPECT_EQ(BackgroundOf(Grid(browser).Tile(1)), qRgb(255, 255, 0));
+    QTest::keyClick(browser.focusWidget(), Qt::Key_A, Qt::ControlModifier);
+    EXPECT_EQ(browser.Pages().Files.SelectedCount(), 15);
+    QTest::keyClick(browser.focusWidget(), Qt::Key_A, Qt::ControlModifier | Qt::ShiftModifier);
+    EXPECT_EQ(browser.Pages().Files.SelectedCount(), 0);
+    folder_.Write(QStringLiteral("images/f0.sit"), EncodedScene());
+    QTest::keyClick(browser.focusWidget(), Qt::Key_F5);
+    EXPECT_EQ(browser.Pages().Files.Count(), 16);
+    In<QComboBox>(browser, "Combo1").setCurrentIndex(3);
+    QTest::keyClick(browser.focusWidget(), Qt::Key_Return);
+  });
+  EXPECT_EQ(session_.Image.CurrentFilePath, Images() + QStringLiteral("/f1.sit"));
+  EXPECT_EQ(session_.View.PaletteSelection, 3);
+  EXPECT_TRUE(session_.View.HasImage);
+  EXPECT_FALSE(session_.Image.UiLocked);
+}
+
+TEST_F(BrowserWindowTest, SelectAllThenLoadFindsNoFile) {
+  Browse([&](BrowserWindow& browser) {
+    In<QPushButton>(browser, "Command11").click();
+    In<QPushButton>(browser, "Command1").click();
+  });
+  EXPECT_TRUE(session_.View.NoPicture.Shown);
+  EXPECT_EQ(session_.View.NoPicture.Reason, QStringLiteral("The file is not there."));
+}
+
+TEST_F(BrowserWindowTest, AnEmptyFolderAndAGoneFileSaySo) {
+  Browse([&](BrowserWindow& browser) {
+    QFile::remove(Images() + QStringLiteral("/f2.sit"));
+    QTest::mouseClick(&Grid(browser).Tile(1), Qt::LeftButton, {}, QPoint(8, 8));
+    auto& filters = In<QComboBox>(browser, "Combo2");
+    filters.setCurrentIndex(5);
+    Q_EMIT filters.activated(5);
+    EXPECT_FALSE(Grid(browser).Tile(0).isVisible());
+    EXPECT_FALSE(In<QComboBox>(browser, "Combo3").isVisible());
+    In<QPushButton>(browser, "Command1").click();  // What was picked is gone.
+  });
+  EXPECT_EQ(session_.View.NoPicture.FileName, QStringLiteral("f2.sit"));
+}
+
+TEST_F(BrowserWindowTest, TheTargetFolderIsMadeAndRenamed) {
+  Browse([&](BrowserWindow& browser) {
+    auto dialogs = std::make_unique<ScriptedDialogs>(QString());
+    ScriptedDialogs& script = *dialogs;
+    browser.SetDialogs(std::move(dialogs));
+    const auto choose = [&](const char* entry) {
+      QTimer::singleShot(0, &browser, [&browser, entry] {
+        auto* const menu = browser.findChild<QMenu*>(QStringLiteral("mnuCreateDir"));
+        ASSERT_NE(menu, nullptr);
+        menu->setActiveAction(menu->findChild<QAction*>(QString::fromLatin1(entry)));
+        QTest::keyClick(menu, Qt::Key_Return);
+      });
+      for (FolderPanel* const panel : browser.findChildren<FolderPanel*>()) {
+        if (panel->findChild<QWidget*>(QStringLiteral("Dir2")) != nullptr) {
+          Q_EMIT panel->MenuAsked(QPoint(100, 100));
+        }
+      }
+    };
+    script.Text = QStringLiteral("new & old");
+    choose("mnuCreateFolder");
+    EXPECT_TRUE(QDir(folder_.Path(script.Text)).exists());
+    EXPECT_EQ(browser.Pages().TargetFolder, folder_.Path(script.Text));
+    script.Text = QStringLiteral("other");
+    choose("mnuRename");
+    EXPECT_TRUE(QDir(folder_.Path(script.Text)).exists());
+    EXPECT_FALSE(QDir(folder_.Path(QStringLiteral("new & old"))).exists());
+  });
+}
+
+TEST_F(BrowserWindowTest, TheInformationSaysWhatEachKindHas) {
+  Browse([&](BrowserWindow& browser) {
+    browser.Pages().ShowLast();
+    const auto info = [&](int tile) { return InfoOfTile(browser.Pages(), tile, session_.Words); };
+    ImageInfoDialog old(info(4), session_.Words, &browser);
+    EXPECT_EQ(In<QLabel>(old, "lblType").text(), QStringLiteral("3303 Image"));
+    EXPECT_EQ(In<QLabel>(old, "lblSize").text(), QStringLiteral(" 255 x 207 Pixels"));
+    EXPECT_EQ(In<QLabel>(old, "lblEmissivity").text(), QStringLiteral("0.95"));
+    EXPECT_EQ(info(4).Comment, QStringLiteral("old <b>"));
+    EXPECT_EQ(info(4).CommentLimit, 832);
+    EXPECT_EQ(info(2).Type, QStringLiteral("SnapShot Image"));
+    EXPECT_FALSE(info(2).Date.isEmpty());
+    const ImageInfo broken = info(3);
+    EXPECT_EQ(broken.Comment + broken.Memo + broken.Size + broken.Origin,
+              QStringLiteral("NoneNone"));
+    session_.Words.SetLanguage(1);
+    EXPECT_TRUE(info(2).Date.isEmpty());  // Only the English word tells a snapshot.
+    session_.Words.SetLanguage(0);
+  });
+  window_->OpenFile(scene_);
+  EXPECT_EQ(InfoOfOpenImage(session_).Origin, QStringLiteral("-1"));
+  window_->OpenFile(Images() + QStringLiteral("/f13.rti"));
+  const ImageInfo sequence = InfoOfOpenImage(session_);
+  EXPECT_EQ(sequence.Frames + sequence.Memo, QStringLiteral("3None"));
+}
+
+}  // namespace
+}  // namespace tessa::testing
