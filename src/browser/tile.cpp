@@ -31,10 +31,10 @@ void Render(const TemperatureGrid& grid, const TemperaturePair& scale, LoadedPic
     line.Offset =
         static_cast<float>(-static_cast<double>(line.Gain) * static_cast<double>(scale.Minimum));
   }
-  std::vector<std::int32_t> cells(static_cast<std::size_t>(grid.Width()));
+  const auto width = static_cast<std::size_t>(grid.Width());
   std::int32_t last = 0;
   for (int row = 0; row < grid.Height(); ++row) {
-    MapToIndices(grid.Row(row), line, last, cells, {picture.Row(row), cells.size()});
+    MapToIndices(grid.Row(row), line, last, {picture.Row(row), width});
   }
 }
 

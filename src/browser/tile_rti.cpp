@@ -49,12 +49,11 @@ void RenderFrame(const Frame& frame, const SeqHeader& header, LoadedPicture& pic
   picture.Allocate(frame.Width, frame.Height, 8);
   const auto width = static_cast<std::size_t>(frame.Width);
   std::vector<float> values(width);
-  std::vector<std::int32_t> cells(width);
   std::int32_t last = 0;
   for (int row = 0; row < frame.Height; ++row) {
     const auto from = frame.Pixels.begin() + static_cast<std::ptrdiff_t>(width) * row;
     std::copy_n(from, width, values.begin());
-    MapToIndices(values, line, last, cells, {picture.Row(row), width});
+    MapToIndices(values, line, last, {picture.Row(row), width});
   }
 }
 
