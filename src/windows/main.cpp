@@ -23,6 +23,7 @@
 #include "widgets/icons.h"
 #include "widgets/viewer_style.h"
 #include "windows/main_window.h"
+#include "windows/quit_signals.h"
 #include "windows/splash_window.h"
 #include "windows/wave_device.h"
 
@@ -89,6 +90,7 @@ int main(int argc, char** argv) {
   QApplication::setStyle(new tessa::ViewerStyle);
   QApplication::setApplicationName(QStringLiteral("tessaview"));
   QApplication::setDesktopFileName(QStringLiteral("tessaview"));
+  const tessa::QuitSignals quitSignals;
 
   tessa::Session session(
       tessa::ApplicationFolder::ForExecutable(QApplication::applicationFilePath()));
