@@ -10,32 +10,32 @@
 namespace tessa {
 
 void MainWindow::AddSoundCommands() {
-  const auto run = [this](void (NotePlayer::*procedure)()) {
-    return [this, procedure] {
-      DismissFailure(session_.View);
-      (player_->*procedure)();
-      TellSoundMessage();
-      BringIntoLine();
-    };
-  };
   Add({.Id = CommandId::kPlaySound,
        .Caption = Word(209, "Playback Sound File"),
        .Icon = "play_sound",
-       .Run = run(&NotePlayer::PlayOrStop),
+       .Run =
+           [this] {
+             DismissFailure(session_.View);
+             player_->PlayOrStop();
+             TellSoundMessage();
+             BringIntoLine();
+           },
        .Enabled = [this] { return player_ != nullptr && session_.View.Sound.PlayVisible; }});
   Add({.Id = CommandId::kEmbedSound,
        .Caption = Word(230, "Save Sound Into Image"),
        .Icon = "embed_sound",
        .Run =
-           [this, embed = run(&NotePlayer::Embed)] {
-             embed();
+           [this] {
+             DismissFailure(session_.View);
+             player_->Embed();
+             TellSoundMessage();
              if (!session_.View.Sound.EmbedVisible) {
                Tell(NoticeKind::kQuiet,
                     session_.Words.LangString(522, "The sound note is now inside %1")
                         .arg(QFileInfo(ShownPath(session_.Image.CurrentFilePath)).fileName()),
                     session_.View);
-               BringIntoLine();
              }
+             BringIntoLine();
            },
        .Enabled = [this] { return player_ != nullptr && session_.View.Sound.EmbedVisible; }});
 }
