@@ -10,7 +10,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   const auto height = static_cast<std::size_t>(picture.Height);
   const std::size_t rowSize = width * static_cast<std::size_t>(picture.Depth) / 8;
   Require(picture.Pixels.size() == rowSize * height, "as many pixels as the size says");
-  Require(picture.Pixels.capacity() <= (std::size_t{48} << 20) + 8 * size, "memory is bounded");
+  Require(width * height <= tessa::kMaxPicturePixels, "pictures are bounded");
+  Require(picture.Pixels.capacity() <= rowSize * height, "no memory beyond the picture");
   const bool refused = tessa::FindNoImage(picture.Faults) != nullptr;
   Require(refused == picture.Pixels.empty(), "a picture or a reason");
   if (refused || picture.Pixels.size() > std::size_t{1} << 16) {
