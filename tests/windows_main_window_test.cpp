@@ -395,7 +395,8 @@ TEST_F(MainWindowTest, ADroppedFolderOpensNothingAndTheWelcomeButtonOffersEveryK
   QDropEvent drop(QPointF(5, 5), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
   static_cast<QObject&>(*window_).event(&drop);
   EXPECT_TRUE(session_.Image.CurrentFile.isEmpty());
-  EXPECT_FALSE(window_->statusBar()->currentMessage().isEmpty());
+  EXPECT_EQ(session_.View.Notice.Kind, NoticeKind::kFailed);
+  EXPECT_TRUE(session_.View.Notice.Text.contains(QStringLiteral("folders")));
 
   auto owned = std::make_unique<ScriptedDialogs>(scene_);
   ScriptedDialogs& dialogs = *owned;

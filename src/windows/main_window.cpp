@@ -99,6 +99,9 @@ MainWindow::MainWindow(Session& session, UserSettings& user) : session_(session)
   SetWindowLanguage();
   resize(kFirstSize.boundedTo(RoomOnScreen()));
   restoreGeometry(user_.WindowPlace());
+  if (!isMaximized() && !isFullScreen()) {
+    resize(size().boundedTo(RoomOnScreen()));  // The last screen may have been a larger one.
+  }
 }
 
 MainWindow::~MainWindow() {
@@ -353,6 +356,7 @@ void MainWindow::OpenFile(const QString& path) {
   if (image.UiLocked) {
     return;
   }
+  statusBar()->clearMessage();
   progress_->Start();
   image.UiLocked = true;
   OpenPath(path, session_, *progress_);
@@ -366,9 +370,15 @@ void MainWindow::OpenFile(const QString& path) {
 /// Files that could be read go into the list of recent ones.
 void MainWindow::RememberOpened() {
   const OpenImage& image = session_.Image;
-  if (!image.CurrentFile.isEmpty() && FindNoImage(session_.Faults) == nullptr) {
-    user_.AddRecentFile(image.CurrentFilePath);
+  if (image.CurrentFile.isEmpty() || FindNoImage(session_.Faults) != nullptr) {
+    return;
   }
+  // The settings go to the disk with it, which the picture need not wait for.
+  constexpr int kAfterPicture = 100;  // Milliseconds.
+  QTimer::singleShot(kAfterPicture, this, [this, path = image.CurrentFilePath] {
+    user_.AddRecentFile(path);
+    recentMenu_->setEnabled(true);
+  });
 }
 
 void MainWindow::ChoosePalette(int position) {
@@ -560,9 +570,9 @@ void MainWindow::dropEvent(QDropEvent* event) {
   event->acceptProposedAction();
   const Strings& words = session_.Words;
   if (QFileInfo(path).isDir()) {
-    statusBar()->showMessage(
-        words.LangString(451, "Only image files can be dropped here, not folders"),
-        kMessageMilliseconds);
+    Tell(NoticeKind::kFailed,
+         words.LangString(451, "Only image files can be dropped here, not folders"), session_.View);
+    BringIntoLine();
     return;
   }
   OpenFile(path);
