@@ -9,9 +9,9 @@
 
 namespace tessa {
 
-/// Makes the picture of a downloaded camera image (a SIT file of 320 x 240 pixels) with palette bar,
-/// photograph and text band. Owns all its buffers and touches no open image, so several may work in
-/// threads of their own.
+/// Makes the picture of a downloaded camera image (a SIT file of 320 x 240 pixels) with palette
+/// bar, photograph and text band. Owns all its buffers and touches no open image, so several may
+/// work in threads of their own.
 class DownloadConversion {
  public:
   /// Words and palettes are not changed and have to stay for as long as the conversion.
