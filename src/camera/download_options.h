@@ -1,7 +1,10 @@
 #pragma once
 
+#include <QByteArray>
 #include <QString>
 #include <array>
+
+#include "core/application_folder.h"
 
 namespace tessa {
 
@@ -28,11 +31,41 @@ struct DownloadOptions {
   int Jpeg = 0;
   QString JpegQuality;  // Counts from 5 to 100; anything else means 95.
   int Scale = kCameraScale;
-  int Unit = 0;  // 0 degrees Celsius, 1 Fahrenheit.
+  int Unit = 0;     // 0 degrees Celsius, 1 Fahrenheit.
   QString MinTemp;  // Limits of the custom scale as typed, in Unit.
   QString MaxTemp;
   int PaletteBar = 0;
   std::array<int, 6> Overlay{};
 };
+
+/// Name of the file in the application folder that keeps the choices from run to run.
+inline const QString kDownloadIniName = QStringLiteral("Download.ini");
+
+/// The choices in the bytes of that file: 17 values, whose places alone say what they are. Blanks
+/// in front of a value are skipped, and it ends at a comma or at the end of its line; in double
+/// quotes it may hold both. Missing values count as empty or 0, and an empty target folder as
+/// `programFolder`.
+DownloadOptions ParseDownloadIni(const QByteArray& file, const QString& programFolder);
+
+/// The bytes to be written. Texts stand in quotes where they would not be read back otherwise.
+QByteArray DownloadIniText(const DownloadOptions& options);
+
+/// Reads the file; one that is missing or cannot be read counts as empty.
+DownloadOptions dwnGetUserInfo(const ApplicationFolder& folder);
+
+/// Writes the file; false when it cannot be written.
+bool dwnSaveUserInfo(const DownloadOptions& options, const ApplicationFolder& folder);
+
+/// Takes a new unit and converts both custom limits to it; an empty one stays empty.
+void ChooseUnit(int unit, DownloadOptions& options);
+
+/// True when SIT, BMP or JPEG is wanted.
+bool WantsAnyFormat(const DownloadOptions& options);
+/// True when the images are to become pictures.
+bool WantsPictures(const DownloadOptions& options);
+/// Number of lines of the text below a picture.
+int OverlayLines(const DownloadOptions& options);
+/// The quality for JPEG pictures, 5 to 100.
+int JpegQualityOf(const DownloadOptions& options);
 
 }  // namespace tessa
