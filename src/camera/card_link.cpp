@@ -20,10 +20,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-QString NameIn(const QString& path) {
-  return path.mid(path.lastIndexOf(QLatin1Char('/')) + 1);
-}
-
 /// Names in a folder that are not hidden and whose kind is `wanted`, links being a kind of their
 /// own. What cannot be read has none.
 QStringList NamesIn(const QString& folder, fs::file_type wanted, std::error_code& error) {
@@ -49,11 +45,6 @@ QStringList ImagesIn(const QString& folder, std::error_code& error) {
     return !name.endsWith(QLatin1String(".sit"), Qt::CaseInsensitive);
   });
   return images;
-}
-
-bool IsFolder(const QString& path) {
-  struct stat status {};
-  return ::stat(PathToBytes(path).constData(), &status) == 0 && S_ISDIR(status.st_mode);
 }
 
 }  // namespace
@@ -145,7 +136,7 @@ void CardLink::BringImage(int folderIndex, int imageIndex, const QString& target
   }
   const TargetFolder folder(FolderOfPath(targetPath));
   StagedFile copy(OpenSource(path), folder);
-  copy.GiveName(PathToBytes(NameIn(targetPath)), Overwrite::kRefuse);
+  copy.GiveName(PathToBytes(FileNameOf(targetPath)), Overwrite::kRefuse);
 }
 
 bool CardLink::DownloadImage(int folderIndex, int imageIndex, const QString& targetPath) {
@@ -193,7 +184,7 @@ std::uint64_t CardLink::ImageSize(int folderIndex, int imageIndex) {
 
 bool CardLink::IsPlaceOf(int folderIndex, int imageIndex, const QString& path) {
   const QString own = ImagePath(folderIndex, imageIndex);
-  return !own.isEmpty() && NameIn(own) == NameIn(path) &&
+  return !own.isEmpty() && FileNameOf(own) == FileNameOf(path) &&
          IsSameFile(FolderOfPath(own), FolderOfPath(path));
 }
 

@@ -83,7 +83,7 @@ void BringSit(const QString& path, const std::function<void(const QString& targe
     return;
   }
   const TargetFolder folder(FolderOfPath(path));
-  const QByteArray name = PathToBytes(path.mid(path.lastIndexOf(QLatin1Char('/')) + 1));
+  const QByteArray name = PathToBytes(FileNameOf(path));
   folder.CheckReplaceable(name);
   const QString part = JoinPath(folder.Path(), PathFromBytes(RandomPartName()));
   download(part);

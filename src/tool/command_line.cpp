@@ -15,6 +15,7 @@
 #include "export/image_report.h"
 #include "open/load_image.h"
 #include "open/visible_image.h"
+#include "tool/card_command.h"
 #include "tool/export_command.h"
 #include "tool/frames_command.h"
 #include "tool/note_command.h"
@@ -222,6 +223,7 @@ int RunToolCommandLine(int argc, char** argv) {
   NoteCommand note(tool);
   TransferCommands transfers(tool);
   SheetCommand sheets(tool);
+  CardCommands cards(tool);
 
   try {
     tool.parse(argc, argv);
@@ -236,7 +238,7 @@ int RunToolCommandLine(int argc, char** argv) {
     return kToolWrongCall;
   }
   for (const auto& status :
-       {sounds.Run(), transfers.Run(), sheets.Run(), thumbnail.Run(), note.Run()}) {
+       {sounds.Run(), transfers.Run(), sheets.Run(), cards.Run(), thumbnail.Run(), note.Run()}) {
     if (status) {
       return FinishOutput(*status);
     }
