@@ -203,6 +203,12 @@ void WriteLoadSeeds(const std::filesystem::path& folder, const Bytes& sit) {
   exports.Write("with_bar", Joined({1, 1}, Joined(bitmap, trailer)));
   exports.Write("txi", Joined({2, 8}, tessa::EncodeBmp8(4, 4, indices, 4, {}, -200, 1000)));
   WritePictureSeeds(exports, {0, 2});
+
+  const SeedFolder cards(folder / "card_picture");
+  const Bytes photograph = Joined(Bytes(8), tessa::EncodeJpeg(SmallPicture(), 90));
+  cards.Write("plain", Joined({0, 0}, sit));
+  cards.Write("photograph", Joined({0x02, 0x3F}, SmallSit(photograph, 2)));
+  cards.Write("limits", Joined({0x0B, 0x1F}, Start(sit, 3000)));
 }
 
 void WriteAll(const std::filesystem::path& folder) {

@@ -1,7 +1,10 @@
 // Pictures: plain ones, and those that carry a temperature scale.
 
+#include <tiffio.h>
+
 #include <QBuffer>
 #include <QImage>
+#include <QTemporaryFile>
 #include <algorithm>
 #include <cmath>
 #include <stdexcept>
@@ -24,6 +27,34 @@ Bytes GreyBitmap(const Scene& scene, const Span& line, std::int16_t reservedLow 
                     reservedHigh);
 }
 
+/// Eight bits a pixel, packed with LZW.
+Bytes GreyTiff(int width, int height, std::vector<std::uint8_t>& levels) {
+  QTemporaryFile file;
+  TIFF* const tiff =
+      file.open() ? TIFFOpen(file.fileName().toLocal8Bit().constData(), "w") : nullptr;
+  if (tiff == nullptr) {
+    throw std::runtime_error("there is no room for a temporary file");
+  }
+  TIFFSetField(tiff, TIFFTAG_IMAGEWIDTH, width);
+  TIFFSetField(tiff, TIFFTAG_IMAGELENGTH, height);
+  TIFFSetField(tiff, TIFFTAG_BITSPERSAMPLE, 8);
+  TIFFSetField(tiff, TIFFTAG_SAMPLESPERPIXEL, 1);
+  TIFFSetField(tiff, TIFFTAG_COMPRESSION, COMPRESSION_LZW);
+  TIFFSetField(tiff, TIFFTAG_PHOTOMETRIC, PHOTOMETRIC_MINISBLACK);
+  TIFFSetField(tiff, TIFFTAG_ROWSPERSTRIP, TIFFDefaultStripSize(tiff, 0));
+  bool written = true;
+  for (int row = 0; row < height; ++row) {
+    std::uint8_t* const first = levels.data() + static_cast<std::size_t>(row) * width;
+    written = written && TIFFWriteScanline(tiff, first, static_cast<std::uint32_t>(row)) == 1;
+  }
+  TIFFClose(tiff);
+  if (!written) {
+    throw std::runtime_error("the TIFF picture cannot be written");
+  }
+  const QByteArray bytes = file.readAll();
+  return {bytes.begin(), bytes.end()};
+}
+
 }  // namespace
 
 Bytes SceneAsPicture(const Scene& scene, const std::string& ending) {
@@ -31,14 +62,17 @@ Bytes SceneAsPicture(const Scene& scene, const std::string& ending) {
   if (ending == "bmp") {
     return GreyBitmap(scene, line);
   }
-  const std::vector<std::uint8_t> levels = Levels(scene, line);
+  std::vector<std::uint8_t> levels = Levels(scene, line);
+  if (ending == "tif") {
+    return GreyTiff(scene.Width, scene.Height, levels);
+  }
   const QImage picture(levels.data(), scene.Width, scene.Height, scene.Width,
                        QImage::Format_Grayscale8);
   QByteArray bytes;
   QBuffer buffer(&bytes);
   buffer.open(QIODevice::WriteOnly);
-  if (!picture.save(&buffer, ending == "tif" ? "TIFF" : "JPEG", ending == "tif" ? -1 : 92)) {
-    throw std::runtime_error("no picture of the ending " + ending + " can be written");
+  if (!picture.save(&buffer, "JPEG", 92)) {
+    throw std::runtime_error("no JPEG picture can be written");
   }
   return {bytes.begin(), bytes.end()};
 }
