@@ -96,9 +96,11 @@ class ScriptedEvents : public Progress {
  public:
   std::function<void()> OnEvents = [] {};
   std::function<void()> OnRepaint = [] {};
+  std::function<void()> OnAdvance = [] {};
 
   void LetEventsRun() override { OnEvents(); }
   void Repaint() override { OnRepaint(); }
+  void Advance() override { OnAdvance(); }
 };
 
 /// Answers every message in the same way and keeps the last one.

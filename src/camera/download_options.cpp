@@ -80,21 +80,24 @@ class ValueReader {
   qsizetype at_ = 0;
 };
 
-bool IsReadBack(const QString& line, const QString& value) {
-  const QString text = line + QLatin1String("\r\n1\r\n");
-  ValueReader reader(text);
-  return reader.Next() == value && reader.NextNumber() == 1;
-}
-
 /// `value` as it stands, or in quotes where only that gives it back. Where neither does it is cut
-/// at its comma when it is read; with a line break in it, it would push all others out of their
-/// places and is left out.
+/// when it is read, as every line is; what would keep the lines after it from being read is left
+/// out.
 QString TextLine(const QString& value) {
+  const auto isReadAs = [](const QString& line, const QString& wanted) {
+    const QString text = line + QLatin1String("\r\n1\r\n");
+    ValueReader reader(text);
+    return reader.Next() == wanted && reader.NextNumber() == 1;
+  };
   const QString quoted = kQuote + value + kQuote;
-  if (!IsReadBack(value, value) && IsReadBack(quoted, value)) {
+  if (isReadAs(value, value)) {
+    return value;
+  }
+  if (isReadAs(quoted, value)) {
     return quoted;
   }
-  return std::any_of(value.begin(), value.end(), IsLineEnd) ? QString() : value;
+  const bool isOneLine = std::none_of(value.begin(), value.end(), IsLineEnd);
+  return isOneLine && !value.trimmed().startsWith(kQuote) ? value : QString();
 }
 
 /// A blank stands where a minus sign would be.

@@ -290,11 +290,19 @@ void DownloadRun::AskForPictures(const Image& image) {
 
 bool DownloadRun::Convert(const QString& sit, const Image& image) {
   DownloadConversion& conversion = with_.Conversion;
-  bool isDone = Try("picture", [&] { MakePicture(sit, conversion); });
-  const bool hasPicture = isDone;
+  const auto named = [&](const auto& step) {
+    try {
+      step();
+    } catch (const StepFailure& reason) {
+      throw StepFailure(PlainUtf8(image.Name) + ": " + reason.what());
+    }
+  };
+  const bool hasPicture = Try("picture", [&] { named([&] { MakePicture(sit, conversion); }); });
+  // Of a file that is no image there is a flat picture, which is told.
+  bool isDone = hasPicture && Try("picture", [&] { named([&] { CheckPicture(conversion); }); });
   // Both go by the formats alone: a BMP that was declined is written with an accepted JPEG.
   if (hasPicture && options_.Bmp == 1) {
-    isDone = Try("BMP", [&] { SaveBmp(image.Targets.Bmp, conversion); });
+    isDone = Try("BMP", [&] { SaveBmp(image.Targets.Bmp, conversion); }) && isDone;
   }
   if (hasPicture && options_.Jpeg == 1) {
     isDone = Try("JPEG", [&] { SaveJpeg(image.Targets.Jpeg, conversion); }) && isDone;
