@@ -1,6 +1,6 @@
 #include <algorithm>
 
-#include "camera/download_options.h"
+#include "camera/download_ini.h"
 #include "require.h"
 
 using tessa::DownloadOptions;

@@ -3,6 +3,7 @@
 #include <sys/stat.h>
 
 #include "camera/card_link.h"
+#include "camera/download_ini.h"
 #include "core/path_bytes.h"
 #include "core/steps.h"
 #include "scripted_camera.h"

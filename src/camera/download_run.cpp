@@ -23,7 +23,11 @@ QString Upper(const char* ending) {
 
 DownloadRun::DownloadRun(const DownloadSurroundings& surroundings, const DownloadOptions& options,
                          DownloadState& state, std::chrono::milliseconds barPause)
-    : with_(surroundings), options_(options), state_(state), barPause_(barPause) {
+    : with_(surroundings),
+      options_(options),
+      state_(state),
+      barPause_(barPause),
+      replies_([this](const QString& name) { return Ask(name); }) {
   with_.Conversion.Options = options_;
 }
 
@@ -56,7 +60,7 @@ void DownloadRun::AllFolders() {
   }
   const double all = ParseNumber(state_.ImageCount);
   int done = 0;
-  for (int i = 0; i < count && sitReply_ != kCancel; ++i) {
+  for (int i = 0; i < count && !replies_.IsCancelled(); ++i) {
     const Target target = MakeTarget(i);
     // A failure of the camera does not end this loop. No image is transferred after it, unless the
     // user is asked about a file and the reply takes the failure's place.
@@ -145,12 +149,9 @@ void DownloadRun::RunFolder(int folderIndex, const Target& target,
       return;
     }
     with_.Watcher.LetEventsRun();
-    // "No" concerns one file only.
-    for (int* const reply : {&sitReply_, &outReply_}) {
-      *reply = *reply == kNo ? kNone : *reply;
-    }
+    replies_.Forget();
     if (state_.AbortRequested) {
-      sitReply_ = kCancel;
+      replies_.Cancel();
       return;
     }
     showPercent();
@@ -160,7 +161,7 @@ void DownloadRun::RunFolder(int folderIndex, const Target& target,
 bool DownloadRun::StopsForAbort() {
   with_.Watcher.LetEventsRun();
   if (state_.AbortRequested) {
-    sitReply_ = kCancel;
+    replies_.Cancel();
   }
   return state_.AbortRequested;
 }
@@ -175,19 +176,22 @@ bool DownloadRun::RunImage(Image& image, const Target& target) {
     image.Targets = TargetsOf(target.Folder, image.Name);
   } catch (const StepFailure& reason) {
     state_.Fault = QString::fromStdString(reason.what());
-    sitReply_ = kFailure;
+    replies_.Fail();
     return false;
   }
-  AskForSit(image);
-  if (sitReply_ == kCancel) {
+  image.SitExists = IsTaken(image.Targets.Sit);
+  if (image.SitExists) {
+    replies_.AskForSit(image.Name);
+  }
+  if (replies_.IsCancelled()) {
     return false;
   }
-  if (!IsSitToCome(image)) {
+  if (!replies_.IsSitToCome(image.SitExists)) {
     return true;  // Nor is a picture made of the file that is there.
   }
   QString sit;
   if (!Download(image, sit)) {
-    sitReply_ = kFailure;
+    replies_.Fail();
     return false;
   }
   bool isConverted = true;
@@ -198,9 +202,7 @@ bool DownloadRun::RunImage(Image& image, const Target& target) {
     }
   }
   LetStageGo(sit, image, isConverted);
-  // A picture's dialog that was closed stops here. One that was cancelled stops at the next image,
-  // after the question for its SIT file, whose reply can still let the run go on.
-  return outReply_ == kCancel || sitReply_ != kCancel;
+  return !replies_.EndsAfterImage();
 }
 
 void DownloadRun::ShowName(const QString& name, const Target& target) {
@@ -219,19 +221,6 @@ int DownloadRun::Ask(const QString& name) {
   const int reply = with_.Overwriting.AskReplace(PlainLine(name));
   with_.Watcher.Repaint();
   return reply;
-}
-
-void DownloadRun::AskForSit(Image& image) {
-  image.SitExists = IsTaken(image.Targets.Sit);
-  if (image.SitExists && sitReply_ != kYesToAll && sitReply_ != kNoToAll) {
-    sitReply_ = Ask(image.Name);
-    sitReply_ = sitReply_ == kClosed ? kCancel : sitReply_;
-  }
-}
-
-bool DownloadRun::IsSitToCome(const Image& image) const {
-  return sitReply_ == kNone || sitReply_ == kYes || sitReply_ == kYesToAll ||
-         (sitReply_ == kNoToAll && !image.SitExists);
 }
 
 bool DownloadRun::Download(const Image& image, QString& sit) {
@@ -264,27 +253,13 @@ bool DownloadRun::Download(const Image& image, QString& sit) {
   }
 }
 
-void DownloadRun::AskForPicture(const QString& path, const QString& name, bool& write) {
-  write = !IsTaken(path);
-  if (write) {
-    return;
-  }
-  if (outReply_ != kYesToAll && outReply_ != kNoToAll) {
-    outReply_ = Ask(name);
-    if (outReply_ == kClosed || outReply_ == kCancel) {
-      sitReply_ = kCancel;
-    }
-  }
-  write = outReply_ == kYes || outReply_ == kYesToAll;
-}
-
 void DownloadRun::AskForPictures(const Image& image) {
   const QString stem = image.Name.chopped(kEndingSize - 1);
   if (options_.Bmp == 1) {
-    AskForPicture(image.Targets.Bmp, stem + Upper("bmp"), writeBmp_);
+    writeBmp_ = !IsTaken(image.Targets.Bmp) || replies_.AskForPicture(stem + Upper("bmp"));
   }
   if (options_.Jpeg == 1) {
-    AskForPicture(image.Targets.Jpeg, stem + Upper("jpg"), writeJpeg_);
+    writeJpeg_ = !IsTaken(image.Targets.Jpeg) || replies_.AskForPicture(stem + Upper("jpg"));
   }
 }
 
@@ -347,15 +322,15 @@ void DownloadRun::Finish() {
   state_.Percent = 0;
   with_.Conversion.dwnCleanUp();
   with_.Watcher.LetEventsRun();
-  if (sitReply_ == kFailure) {
+  if (replies_.HasFailed()) {
     state_.Status = with_.Words.LangString(321, "Error - Downloading Aborted");
-  } else if (sitReply_ == kCancel) {
+  } else if (replies_.IsCancelled()) {
     state_.Status = with_.Words.LangString(322, "Download Aborted");
   } else {
     state_.Status = with_.Words.LangString(323, "Download Complete");
   }
-  state_.StatusColour = sitReply_ == kFailure || sitReply_ == kCancel ? DownloadState::kDarkRed
-                                                                      : DownloadState::kBlack;
+  state_.StatusColour = replies_.HasFailed() || replies_.IsCancelled() ? DownloadState::kDarkRed
+                                                                       : DownloadState::kBlack;
   if (state_.Fault.isEmpty() && failed_ > 0) {
     state_.Fault = with_.Words.LangString(541, "Not done: %1. The first reason: %2")
                        .arg(QString::number(failed_),

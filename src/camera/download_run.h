@@ -5,6 +5,7 @@
 
 #include "camera/camera_download.h"
 #include "camera/download_files.h"
+#include "camera/download_replies.h"
 #include "core/steps.h"
 
 namespace tessa {
@@ -20,16 +21,6 @@ class DownloadRun {
   void AllFolders();
 
  private:
-  // Replies, as the dialog gives them.
-  static constexpr int kClosed = -1;
-  static constexpr int kNone = 0;
-  static constexpr int kYes = 1;
-  static constexpr int kYesToAll = 2;
-  static constexpr int kNo = 3;
-  static constexpr int kNoToAll = 4;
-  static constexpr int kCancel = 5;
-  static constexpr int kFailure = 6;  // The camera's, in place of a reply.
-
   /// The image in hand.
   struct Image {
     int FolderIndex = 0;
@@ -52,10 +43,7 @@ class DownloadRun {
   /// False when the folder is to end.
   bool RunImage(Image& image, const Target& target);
   void ShowName(const QString& name, const Target& target);
-  void AskForSit(Image& image);
-  bool IsSitToCome(const Image& image) const;
   bool Download(const Image& image, QString& sit);
-  void AskForPicture(const QString& path, const QString& name, bool& write);
   void AskForPictures(const Image& image);
   bool Convert(const QString& sit, const Image& image);
   void LetStageGo(const QString& sit, const Image& image, bool isConverted);
@@ -75,8 +63,7 @@ class DownloadRun {
   int failed_ = 0;  // Steps.
   QString stage_;   // Where SIT files that are not wanted stand for a moment.
 
-  int sitReply_ = kNone;
-  int outReply_ = kNone;  // For BMP and JPEG alike.
+  DownloadReplies replies_;
   bool writeBmp_ = false;
   bool writeJpeg_ = false;
 };

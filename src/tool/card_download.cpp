@@ -118,6 +118,12 @@ int CardDownload::Run(int jobs) {
   }
   Work(0);
   threads.clear();  // Waits for them.
+  // Behind an image that an interruption left out another one may have been finished.
+  for (; printed_ < results_.size(); ++printed_) {
+    if (results_[printed_]) {
+      PrintResult(jobs_[printed_], *results_[printed_]);
+    }
+  }
   PrintSum();
   if (Interrupted()) {
     return InterruptedStatus();
