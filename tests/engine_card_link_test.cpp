@@ -155,6 +155,18 @@ TEST_F(Card, DownloadedOntoItselfLosesNothing) {
     QFile::remove(Path("card/A.bmp"));
     replies.Replies.clear();
   }
+  // Nor where images of two of its folders have one name.
+  folder_.Write(Text("card/DCIM/A.SIT"), ToBytes("another"));
+  download.Options.TargetPath = Path("card/DCIM");
+  for (const int sit : {0, 1}) {
+    download.Options.Sit = sit;
+    replies.Replies = {2, 2};
+    download.Begin();
+    download.dwnInitCam();
+    download.cmdDownload();
+    EXPECT_EQ(ReadAll(Path("card/DCIM/A.SIT")), "another");
+  }
+  EXPECT_THAT(download.State.Fault.toStdString(), HasSubstr("keeps another image there"));
 }
 
 std::string Shown(const DownloadOptions& options) {

@@ -153,8 +153,15 @@ TEST_F(ToolCard, NothingIsLostOnTheCardItself) {
   EXPECT_EQ(Download({"--sit", "--replace"}, "@card").Status, 0);
   EXPECT_EQ(Download({"--bmp", "--replace"}, "@card/").Status, 0);
   EXPECT_EQ(Files("card"), "A.SIT A.bmp DCIM/c.bmp DCIM/c.sit b.bmp b.sit notes.txt");
-  const QByteArray image = ReadAll(Path("card/A.SIT"));
-  EXPECT_EQ(Bytes(image.begin(), image.end()), Image('A'));
+  // Nor where images of two of its folders have one name.
+  Write("card/c.sit", Image());
+  EXPECT_EQ(Download({"--sit", "--folder", "ROOT", "--replace"}, "@card/DCIM").Status, 1);
+  const auto isImage = [&](const char* name, int first) {
+    const QByteArray image = ReadAll(Path(name));
+    return Bytes(image.begin(), image.end()) == Image(first);
+  };
+  EXPECT_TRUE(isImage("card/A.SIT", 'A'));
+  EXPECT_TRUE(isImage("card/DCIM/c.sit", 'D'));
 }
 
 TEST_F(ToolCard, OneBadImageIsToldAndTheOthersAreDone) {

@@ -196,7 +196,11 @@ void CardDownload::WriteOne(const Job& job, const DownloadOptions& wanted, const
   const auto download = [&](const QString& path) { card_.BringImage(job.Folder, job.Image, path); };
   if (wanted.Sit == 1) {
     // A card that is copied onto itself has the image already.
-    if (!card_.IsPlaceOf(job.Folder, job.Image, job.Targets.Sit)) {
+    const bool isTaken = IsTaken(job.Targets.Sit);
+    if (!isTaken || !card_.IsPlaceOf(job.Folder, job.Image, job.Targets.Sit)) {
+      if (isTaken && card_.KeepsImageAt(job.Targets.Sit)) {
+        throw StepFailure(PlainUtf8(job.Targets.Sit) + " is another image of the card");
+      }
       BringSit(job.Targets.Sit, download);
     }
     result.Written += job.Targets.Sit;
