@@ -351,6 +351,7 @@ TEST_F(CameraWindow, TooLittleSpaceIsSaidBeforeAnythingIsWritten) {
   EXPECT_THAT(Status(), HasSubstr("red: Not enough space in the target folder"));
   EXPECT_EQ(Files(), "");
   EXPECT_FALSE(camera_.Calls.contains(Text("a.SIT")));
+  EXPECT_FALSE(State().Busy || State().AbortVisible || State().PercentVisible);
 }
 
 TEST_F(CameraWindow, DeletingAsksFirstAndEmptiesTheList) {

@@ -63,16 +63,17 @@ void DownloadRun::AllFolders() {
 bool DownloadRun::Begin(int firstFolder, int folderCount) {
   state_.Fault.clear();
   state_.StatusColour = DownloadState::kBlack;
-  if (!HasSpace(firstFolder, folderCount)) {
-    with_.Watcher.Repaint();
-    return false;
-  }
   state_.Percent = 0;
   state_.PercentVisible = true;
   state_.AbortVisible = true;
   with_.Watcher.Repaint();
   with_.Watcher.LetEventsRun();
-  return true;
+  if (HasSpace(firstFolder, folderCount)) {
+    return true;
+  }
+  HideProgress();
+  with_.Watcher.Repaint();
+  return false;
 }
 
 bool DownloadRun::HasSpace(int firstFolder, int folderCount) {
@@ -164,11 +165,15 @@ void DownloadRun::Pause() {
   }
 }
 
-void DownloadRun::Finish() {
+void DownloadRun::HideProgress() {
   state_.AbortRequested = false;
   state_.AbortVisible = false;
   state_.PercentVisible = false;
   state_.Percent = 0;
+}
+
+void DownloadRun::Finish() {
+  HideProgress();
   with_.Conversion.dwnCleanUp();
   with_.Watcher.LetEventsRun();
   if (image_.Replies.HasFailed()) {

@@ -26,6 +26,7 @@ class DownloadRun {
   bool StopsForAbort();
   void ShowPercent(double done, double all);
   void Pause();
+  void HideProgress();
   void Finish();
 
   const DownloadSurroundings& with_;
