@@ -315,16 +315,20 @@ TEST_F(CameraWindow, AllFoldersGoOnAfterAFailureWithoutTransfers) {
   EXPECT_EQ(replies_.Asked.join(QLatin1Char(' ')), Text("a.SIT d.SIT"));
   EXPECT_EQ(Files(), "EMPTY/ ONE/ TWO/ TWO/d.SIT TWO/e.SIT a.SIT");
   EXPECT_EQ(Status(), kComplete);
+  // A Cancel ends all folders.
+  replies_.Replies = {5};
+  download_.cmdDownloadAll();
+  EXPECT_EQ(Status(), kAborted);
 }
 
 TEST_F(CameraWindow, AnAbortIsSeenBeforeAnImageAndAfterIt) {
   Want("S");
   Connect();
-  // Before the second image is begun, and when it is complete.
+  // Before the second image is begun, and when the last one is complete.
   for (const bool isAfter : {false, true}) {
     QString before;
     events_.OnEvents = [&] {
-      const bool isHere = isAfter ? camera_.Calls.last() == Text("b.SIT")
+      const bool isHere = isAfter ? camera_.Calls.last() == Text("c.SIT")
                                   : camera_.Calls.last() == Text("a.SIT") && State().Percent > 0;
       if (isHere && !State().AbortRequested && State().AbortVisible) {
         before = State().Status;
@@ -336,8 +340,8 @@ TEST_F(CameraWindow, AnAbortIsSeenBeforeAnImageAndAfterIt) {
     replies_.Asked.clear();
     PutOld(Text("a.SIT"));
     download_.cmdDownload();
-    EXPECT_THAT(before.toStdString(), HasSubstr(isAfter ? "b.SIT...." : "a.SIT...."));
-    EXPECT_EQ(Files(), isAfter ? "a.SIT b.SIT" : "a.SIT");
+    EXPECT_THAT(before.toStdString(), HasSubstr(isAfter ? "c.SIT...." : "a.SIT...."));
+    EXPECT_EQ(Files(), isAfter ? "a.SIT b.SIT c.SIT" : "a.SIT");
     EXPECT_EQ(Status(), kAborted);
     EXPECT_FALSE(State().AbortRequested);
   }
