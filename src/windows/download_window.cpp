@@ -143,9 +143,7 @@ void DownloadWindow::Run(void (CameraDownload::*call)()) {
 void DownloadWindow::done(int result) {
   if (isRunning_) {
     isLeaving_ = true;
-    if (engine_->State.AbortVisible) {
-      engine_->cmdAbort();
-    }
+    engine_->cmdAbort();  // Also while the button for it is still to come.
     return;
   }
   QDialog::done(result);
@@ -333,8 +331,11 @@ void DownloadWindow::Unfold(bool unfolded) {
     wanted.rwidth() -= pictureSide_->width();
   }
   pictureSide_->setVisible(unfolded);
+  // The smallest sizes of the window and of what is in it follow at once.
   choices_->layout()->invalidate();
   choices_->updateGeometry();
+  choices_->layout()->activate();
+  layout()->activate();
   if (!isVisible()) {
     wanted = QSize(layout()->sizeHint().width(), kFirstHeight);
   } else if (unfolded) {
