@@ -169,6 +169,10 @@ void WriteTextSeeds(const std::filesystem::path& folder) {
   write("text", {"36.65 \xB0\x43", "-0.049999", "+1e15x", " \t.5", "9.96", "\xE2\x82\xAC\xC3\xA4",
                  "999999999999999.95"});
   write("settings", {"/data/images\n/data/reports\n 3 \n 10 \nC\n", "\n\n-1\n99\nF", "a\r\nb\r\n"});
+  write("download_ini",
+        {"/data/images\r\n 3 \r\n 1 \r\n 0 \r\n 1 \r\n95\r\n 2 \r\n 1 \r\n-5.5\r\n10\r\n 1 \r\n 0 "
+         "\r\n 1 \r\n 1 \r\n 0 \r\n 1 \r\n 1 \r\n",
+         "\"/with, comma\"\n-1\n2\n7\n99999\n\"\"\n", "/a,7\n\"x\n1e400", "\""});
   write("arguments", {"1-10,15\nimage\n-40:120\nHOT IRON\n7", "\"/data/an image.sit\"",
                       "1-1,32767\n20:10\nprefix-\n../up"});
   write("labels", {"36.6 \xC2\xB0\x43", "<img src=/dev/zero><h1>A</h1>", "a\n\tb &amp; c",

@@ -149,6 +149,9 @@ void CameraDownload::cmdDownloadAll() {
 }
 
 void CameraDownload::cmdAbort() {
+  if (!State.AbortVisible) {
+    return;
+  }
   ShowStatus(306, "Abort Pending", "....");
   State.AbortRequested = true;
   surroundings_.Watcher.Repaint();

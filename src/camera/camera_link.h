@@ -39,8 +39,10 @@ class CameraLink {
 
   /// Length of an image in bytes, 0 where the camera does not tell.
   virtual std::uint64_t ImageSize(int /*folderIndex*/, int /*imageIndex*/) { return 0; }
-  /// True when `path` is the place where the camera itself keeps this image. Nothing is written or
-  /// deleted there.
+  /// True when the camera itself keeps one of its images at `path`. Nothing is written or deleted
+  /// there.
+  virtual bool KeepsImageAt(const QString& /*path*/) { return false; }
+  /// True when that is this very image.
   virtual bool IsPlaceOf(int /*folderIndex*/, int /*imageIndex*/, const QString& /*path*/) {
     return false;
   }

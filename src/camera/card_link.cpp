@@ -47,6 +47,12 @@ QStringList ImagesIn(const QString& folder, std::error_code& error) {
   return images;
 }
 
+/// True when both are the same name in the same folder; cards know no letter case.
+bool IsOneName(const QString& first, const QString& second) {
+  return FileNameOf(first).compare(FileNameOf(second), Qt::CaseInsensitive) == 0 &&
+         IsSameFile(FolderOfPath(first), FolderOfPath(second)) && IsSameFile(first, second);
+}
+
 }  // namespace
 
 CardLink::CardLink(QString folder, Search search)
@@ -184,8 +190,16 @@ std::uint64_t CardLink::ImageSize(int folderIndex, int imageIndex) {
 
 bool CardLink::IsPlaceOf(int folderIndex, int imageIndex, const QString& path) {
   const QString own = ImagePath(folderIndex, imageIndex);
-  return !own.isEmpty() && FileNameOf(own) == FileNameOf(path) &&
-         IsSameFile(FolderOfPath(own), FolderOfPath(path));
+  return !own.isEmpty() && IsOneName(own, path);
+}
+
+bool CardLink::KeepsImageAt(const QString& path) {
+  return std::any_of(folders_.begin(), folders_.end(), [&](const CardFolder& folder) {
+    return IsSameFile(folder.Path, FolderOfPath(path)) &&
+           std::any_of(folder.Images.begin(), folder.Images.end(), [&](const QString& name) {
+             return IsOneName(JoinPath(folder.Path, name), path);
+           });
+  });
 }
 
 QStringList RemovableVolumes() {

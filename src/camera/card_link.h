@@ -36,6 +36,7 @@ class CardLink : public CameraLink {
   bool DownloadImage(int folderIndex, int imageIndex, const QString& targetPath) override;
   bool DeleteAllImages() override;
   std::uint64_t ImageSize(int folderIndex, int imageIndex) override;
+  bool KeepsImageAt(const QString& path) override;
   bool IsPlaceOf(int folderIndex, int imageIndex, const QString& path) override;
   std::string Fault() const override { return fault_; }
 

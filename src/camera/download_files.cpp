@@ -108,6 +108,12 @@ void MakePicture(const QString& sit, DownloadConversion& conversion) {
   }
 }
 
+void CheckPicture(const DownloadConversion& conversion) {
+  if (const Problem* const reason = FindNoImage(conversion.Faults)) {
+    throw StepFailure(reason->Text);
+  }
+}
+
 void SaveBmp(const QString& path, DownloadConversion& conversion) {
   Picbuf& picture = conversion.PicBuf2;
   picture.JpegQuality = 0;

@@ -40,6 +40,8 @@ void BringSit(const QString& path, const std::function<void(const QString& targe
 
 /// Makes the picture of the SIT file with all that the conversion's options want.
 void MakePicture(const QString& sit, DownloadConversion& conversion);
+/// Refuses the picture when it shows no image.
+void CheckPicture(const DownloadConversion& conversion);
 /// Each replaces an older file as a whole.
 void SaveBmp(const QString& path, DownloadConversion& conversion);
 void SaveJpeg(const QString& path, DownloadConversion& conversion);

@@ -12,26 +12,18 @@ namespace tessa {
 namespace {
 
 constexpr int kImagesBetweenEvents = 64;
-constexpr int kEndingSize = 4;
 constexpr std::chrono::milliseconds kBetweenEvents{5};
-
-QString Upper(const char* ending) {
-  return QString::fromLatin1(ending).toUpper();
-}
 
 }  // namespace
 
 DownloadRun::DownloadRun(const DownloadSurroundings& surroundings, const DownloadOptions& options,
                          DownloadState& state, std::chrono::milliseconds barPause)
-    : with_(surroundings), options_(options), state_(state), barPause_(barPause) {
+    : with_(surroundings),
+      options_(options),
+      state_(state),
+      barPause_(barPause),
+      image_(with_, options_, state_) {
   with_.Conversion.Options = options_;
-}
-
-template <typename Step>
-bool DownloadRun::Try(const char* name, Step&& step) {
-  const bool isDone = steps_.Run(name, std::forward<Step>(step));
-  failed_ += isDone ? 0 : 1;
-  return isDone;
 }
 
 void DownloadRun::OneFolder(int index) {
@@ -56,8 +48,8 @@ void DownloadRun::AllFolders() {
   }
   const double all = ParseNumber(state_.ImageCount);
   int done = 0;
-  for (int i = 0; i < count && sitReply_ != kCancel; ++i) {
-    const Target target = MakeTarget(i);
+  for (int i = 0; i < count && !image_.Replies.IsCancelled(); ++i) {
+    const ImageFolder target = MakeTarget(i);
     // A failure of the camera does not end this loop. No image is transferred after it, unless the
     // user is asked about a file and the reply takes the failure's place.
     RunFolder(i, target, [&] { ShowPercent(++done, all); });
@@ -71,16 +63,17 @@ void DownloadRun::AllFolders() {
 bool DownloadRun::Begin(int firstFolder, int folderCount) {
   state_.Fault.clear();
   state_.StatusColour = DownloadState::kBlack;
-  if (!HasSpace(firstFolder, folderCount)) {
-    with_.Watcher.Repaint();
-    return false;
-  }
   state_.Percent = 0;
   state_.PercentVisible = true;
   state_.AbortVisible = true;
   with_.Watcher.Repaint();
   with_.Watcher.LetEventsRun();
-  return true;
+  if (HasSpace(firstFolder, folderCount)) {
+    return true;
+  }
+  HideProgress();
+  with_.Watcher.Repaint();
+  return false;
 }
 
 bool DownloadRun::HasSpace(int firstFolder, int folderCount) {
@@ -115,13 +108,13 @@ bool DownloadRun::HasSpace(int firstFolder, int folderCount) {
   return false;
 }
 
-DownloadRun::Target DownloadRun::MakeTarget(int folderIndex) {
+ImageFolder DownloadRun::MakeTarget(int folderIndex) {
   const QString& name = state_.CamFolderNames.at(folderIndex);
   if (name.toUpper() == kCameraRootShown) {
     return {options_.TargetPath, {}};
   }
   if (!IsPlainName(name)) {
-    Try("folder", [&] {
+    image_.Faults.Try("folder", [&] {
       throw StepFailure("the camera names a folder \"" + PlainUtf8(name) +
                         "\", which is no name of a folder");
     });
@@ -129,28 +122,22 @@ DownloadRun::Target DownloadRun::MakeTarget(int folderIndex) {
   }
   const QString folder = JoinPath(options_.TargetPath, name);
   if (!IsTaken(folder)) {
-    Try("folder", [&] { MakeFolder(folder); });
+    image_.Faults.Try("folder", [&] { MakeFolder(folder); });
   }
   return {folder, PlainLine(name) + QLatin1Char('/')};
 }
 
-void DownloadRun::RunFolder(int folderIndex, const Target& target,
+void DownloadRun::RunFolder(int folderIndex, const ImageFolder& target,
                             const std::function<void()>& showPercent) {
   const int images = state_.Folders.at(static_cast<std::size_t>(folderIndex)).Images;
   for (int i = 0; i < images; ++i) {
-    Image image;
-    image.FolderIndex = folderIndex;
-    image.Index = i;
-    if (StopsForAbort() || !RunImage(image, target)) {
+    if (StopsForAbort() || !image_.Bring(folderIndex, i, target)) {
       return;
     }
     with_.Watcher.LetEventsRun();
-    // "No" concerns one file only.
-    for (int* const reply : {&sitReply_, &outReply_}) {
-      *reply = *reply == kNo ? kNone : *reply;
-    }
+    image_.Replies.Forget();
     if (state_.AbortRequested) {
-      sitReply_ = kCancel;
+      image_.Replies.Cancel();
       return;
     }
     showPercent();
@@ -160,167 +147,13 @@ void DownloadRun::RunFolder(int folderIndex, const Target& target,
 bool DownloadRun::StopsForAbort() {
   with_.Watcher.LetEventsRun();
   if (state_.AbortRequested) {
-    sitReply_ = kCancel;
+    image_.Replies.Cancel();
   }
   return state_.AbortRequested;
 }
 
-bool DownloadRun::RunImage(Image& image, const Target& target) {
-  image.Name = with_.Cam1.ImageFileName(image.FolderIndex, image.Index);
-  ShowName(image.Name, target);
-  try {
-    if (target.Folder.isEmpty()) {
-      throw StepFailure("there is no folder for it");
-    }
-    image.Targets = TargetsOf(target.Folder, image.Name);
-  } catch (const StepFailure& reason) {
-    state_.Fault = QString::fromStdString(reason.what());
-    sitReply_ = kFailure;
-    return false;
-  }
-  AskForSit(image);
-  if (sitReply_ == kCancel) {
-    return false;
-  }
-  if (!IsSitToCome(image)) {
-    return true;  // Nor is a picture made of the file that is there.
-  }
-  QString sit;
-  if (!Download(image, sit)) {
-    sitReply_ = kFailure;
-    return false;
-  }
-  bool isConverted = true;
-  if (WantsPictures(options_)) {
-    AskForPictures(image);
-    if (writeBmp_ || writeJpeg_) {
-      isConverted = Convert(sit, image);
-    }
-  }
-  LetStageGo(sit, image, isConverted);
-  // A picture's dialog that was closed stops here. One that was cancelled stops at the next image,
-  // after the question for its SIT file, whose reply can still let the run go on.
-  return outReply_ == kCancel || sitReply_ != kCancel;
-}
-
-void DownloadRun::ShowName(const QString& name, const Target& target) {
-  QString ending;
-  if ((options_.Sit == 1) + (options_.Bmp == 1) + (options_.Jpeg == 1) == 1) {
-    ending = Upper(options_.Sit == 1 ? ".sit" : options_.Bmp == 1 ? ".bmp" : ".jpg");
-  }
-  state_.Status = with_.Words.LangString(320, "Downloading") + QLatin1String("  ") +
-                  target.ShownPrefix +
-                  PlainLine(name.chopped(std::min<qsizetype>(kEndingSize, name.size()))) + ending +
-                  QLatin1String("....");
-  with_.Watcher.Repaint();
-}
-
-int DownloadRun::Ask(const QString& name) {
-  const int reply = with_.Overwriting.AskReplace(PlainLine(name));
-  with_.Watcher.Repaint();
-  return reply;
-}
-
-void DownloadRun::AskForSit(Image& image) {
-  image.SitExists = IsTaken(image.Targets.Sit);
-  if (image.SitExists && sitReply_ != kYesToAll && sitReply_ != kNoToAll) {
-    sitReply_ = Ask(image.Name);
-    sitReply_ = sitReply_ == kClosed ? kCancel : sitReply_;
-  }
-}
-
-bool DownloadRun::IsSitToCome(const Image& image) const {
-  return sitReply_ == kNone || sitReply_ == kYes || sitReply_ == kYesToAll ||
-         (sitReply_ == kNoToAll && !image.SitExists);
-}
-
-bool DownloadRun::Download(const Image& image, QString& sit) {
-  CameraLink& camera = with_.Cam1;
-  const auto download = [&](const QString& path) {
-    if (!camera.DownloadImage(image.FolderIndex, image.Index, path)) {
-      const std::string reason = camera.Fault();
-      throw StepFailure(reason.empty() ? "the camera did not deliver it" : reason);
-    }
-  };
-  try {
-    if (options_.Sit == 0) {
-      if (stage_.isEmpty()) {
-        stage_ = with_.Folder.TemporaryFile(QStringLiteral("download.sit"));
-      }
-      sit = stage_;
-      RemoveFile(sit);
-      download(sit);
-    } else {
-      sit = image.Targets.Sit;
-      if (!camera.IsPlaceOf(image.FolderIndex, image.Index, sit)) {
-        BringSit(sit, download);
-      }
-    }
-    return true;
-  } catch (const StepFailure& reason) {
-    state_.Fault =
-        PlainLine(image.Name) + QLatin1String(": ") + QString::fromStdString(reason.what());
-    return false;
-  }
-}
-
-void DownloadRun::AskForPicture(const QString& path, const QString& name, bool& write) {
-  write = !IsTaken(path);
-  if (write) {
-    return;
-  }
-  if (outReply_ != kYesToAll && outReply_ != kNoToAll) {
-    outReply_ = Ask(name);
-    if (outReply_ == kClosed || outReply_ == kCancel) {
-      sitReply_ = kCancel;
-    }
-  }
-  write = outReply_ == kYes || outReply_ == kYesToAll;
-}
-
-void DownloadRun::AskForPictures(const Image& image) {
-  const QString stem = image.Name.chopped(kEndingSize - 1);
-  if (options_.Bmp == 1) {
-    AskForPicture(image.Targets.Bmp, stem + Upper("bmp"), writeBmp_);
-  }
-  if (options_.Jpeg == 1) {
-    AskForPicture(image.Targets.Jpeg, stem + Upper("jpg"), writeJpeg_);
-  }
-}
-
-bool DownloadRun::Convert(const QString& sit, const Image& image) {
-  DownloadConversion& conversion = with_.Conversion;
-  bool isDone = Try("picture", [&] { MakePicture(sit, conversion); });
-  const bool hasPicture = isDone;
-  // Both go by the formats alone: a BMP that was declined is written with an accepted JPEG.
-  if (hasPicture && options_.Bmp == 1) {
-    isDone = Try("BMP", [&] { SaveBmp(image.Targets.Bmp, conversion); });
-  }
-  if (hasPicture && options_.Jpeg == 1) {
-    isDone = Try("JPEG", [&] { SaveJpeg(image.Targets.Jpeg, conversion); }) && isDone;
-  }
-  with_.Watcher.LetEventsRun();
-  conversion.PicBuf2.FileName.clear();
-  conversion.PicBuf2.JpegQuality = 0;
-  conversion.PicBuf2.FileType = Picbuf::kBmp;
-  return isDone;
-}
-
-void DownloadRun::LetStageGo(const QString& sit, const Image& image, bool isConverted) {
-  if (options_.Sit != 0) {
-    return;
-  }
-  Try("stage", [&] { RemoveFile(sit); });
-  // A file that was there goes as well, since the user let it be replaced; not when nothing came in
-  // its place, and never the camera's own.
-  if (image.SitExists && isConverted &&
-      !with_.Cam1.IsPlaceOf(image.FolderIndex, image.Index, image.Targets.Sit)) {
-    Try("stage", [&] { RemoveFile(image.Targets.Sit); });
-  }
-}
-
 void DownloadRun::ShowPercent(double done, double all) {
-  Try("percent", [&] { state_.Percent = RoundToInteger(Divide(done, all) * 100.0); });
+  state_.Percent = RoundToInteger(Divide(done, all) * 100.0);
   with_.Watcher.Advance();
 }
 
@@ -332,26 +165,30 @@ void DownloadRun::Pause() {
   }
 }
 
-void DownloadRun::Finish() {
+void DownloadRun::HideProgress() {
   state_.AbortRequested = false;
   state_.AbortVisible = false;
   state_.PercentVisible = false;
   state_.Percent = 0;
+}
+
+void DownloadRun::Finish() {
+  HideProgress();
   with_.Conversion.dwnCleanUp();
   with_.Watcher.LetEventsRun();
-  if (sitReply_ == kFailure) {
+  if (image_.Replies.HasFailed()) {
     state_.Status = with_.Words.LangString(321, "Error - Downloading Aborted");
-  } else if (sitReply_ == kCancel) {
+  } else if (image_.Replies.IsCancelled()) {
     state_.Status = with_.Words.LangString(322, "Download Aborted");
   } else {
     state_.Status = with_.Words.LangString(323, "Download Complete");
   }
-  state_.StatusColour = sitReply_ == kFailure || sitReply_ == kCancel ? DownloadState::kDarkRed
-                                                                      : DownloadState::kBlack;
-  if (state_.Fault.isEmpty() && failed_ > 0) {
+  state_.StatusColour = image_.Replies.HasFailed() || image_.Replies.IsCancelled()
+                            ? DownloadState::kDarkRed
+                            : DownloadState::kBlack;
+  if (state_.Fault.isEmpty() && image_.Faults.Count() > 0) {
     state_.Fault = with_.Words.LangString(541, "Not done: %1. The first reason: %2")
-                       .arg(QString::number(failed_),
-                            PlainLine(QString::fromStdString(steps_.Failures().front().Reason)));
+                       .arg(QString::number(image_.Faults.Count()), image_.Faults.First());
   }
   with_.Watcher.Repaint();
 }

@@ -118,6 +118,12 @@ int CardDownload::Run(int jobs) {
   }
   Work(0);
   threads.clear();  // Waits for them.
+  // Behind an image that an interruption left out another one may have been finished.
+  for (; printed_ < results_.size(); ++printed_) {
+    if (results_[printed_]) {
+      PrintResult(jobs_[printed_], *results_[printed_]);
+    }
+  }
   PrintSum();
   if (Interrupted()) {
     return InterruptedStatus();
@@ -181,19 +187,23 @@ CardDownload::Result CardDownload::BringOne(const Job& job, const QString& stage
       }
     }
   }
-  WriteOne(job, wanted, stage, conversion, result.Written);
+  WriteOne(job, wanted, stage, conversion, result);
   return result;
 }
 
 void CardDownload::WriteOne(const Job& job, const DownloadOptions& wanted, const QString& stage,
-                            DownloadConversion& conversion, QStringList& written) const {
+                            DownloadConversion& conversion, Result& result) const {
   const auto download = [&](const QString& path) { card_.BringImage(job.Folder, job.Image, path); };
   if (wanted.Sit == 1) {
     // A card that is copied onto itself has the image already.
-    if (!card_.IsPlaceOf(job.Folder, job.Image, job.Targets.Sit)) {
+    const bool isTaken = IsTaken(job.Targets.Sit);
+    if (!isTaken || !card_.IsPlaceOf(job.Folder, job.Image, job.Targets.Sit)) {
+      if (isTaken && card_.KeepsImageAt(job.Targets.Sit)) {
+        throw StepFailure(PlainUtf8(job.Targets.Sit) + " is another image of the card");
+      }
       BringSit(job.Targets.Sit, download);
     }
-    written += job.Targets.Sit;
+    result.Written += job.Targets.Sit;
   } else {
     RemoveFile(stage);
     download(stage);
@@ -201,14 +211,16 @@ void CardDownload::WriteOne(const Job& job, const DownloadOptions& wanted, const
   if (WantsPictures(wanted)) {
     conversion.Options = wanted;
     MakePicture(wanted.Sit == 1 ? job.Targets.Sit : stage, conversion);
+    CheckPicture(conversion);
+    result.Warnings = conversion.Faults;
   }
   if (wanted.Bmp == 1) {
     SaveBmp(job.Targets.Bmp, conversion);
-    written += job.Targets.Bmp;
+    result.Written += job.Targets.Bmp;
   }
   if (wanted.Jpeg == 1) {
     SaveJpeg(job.Targets.Jpeg, conversion);
-    written += job.Targets.Jpeg;
+    result.Written += job.Targets.Jpeg;
   }
   if (wanted.Sit != 1) {
     RemoveFile(stage);
@@ -228,7 +240,12 @@ void CardDownload::PrintResult(const Job& job, const Result& result) {
   if (!result.Fault.empty()) {
     PrintError(job.Source, result.Fault);
     ++failed_;
-  } else if (result.Written.isEmpty()) {
+    return;
+  }
+  for (const Problem& warning : result.Warnings) {
+    PrintError(job.Source, "warning: " + warning.Text);
+  }
+  if (result.Written.isEmpty()) {
     PrintLine(job.Source + QStringLiteral(": skipped, since ") +
               QString::fromStdString(result.Skipped));
     ++skipped_;

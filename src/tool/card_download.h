@@ -41,6 +41,7 @@ class CardDownload {
     QStringList Written;
     std::string Skipped;  // Because of this.
     std::string Fault;
+    Problems Warnings;
   };
 
   void PlanFolder(int index);
@@ -48,7 +49,7 @@ class CardDownload {
   void Work(int worker);
   Result BringOne(const Job& job, const QString& stage, DownloadConversion& conversion) const;
   void WriteOne(const Job& job, const DownloadOptions& wanted, const QString& stage,
-                DownloadConversion& conversion, QStringList& written) const;
+                DownloadConversion& conversion, Result& result) const;
   void Report(std::size_t at, Result result);
   void PrintResult(const Job& job, const Result& result);
   void PrintSum() const;

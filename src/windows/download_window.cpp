@@ -13,6 +13,7 @@
 #include <QScreen>
 #include <QShowEvent>
 
+#include "camera/download_ini.h"
 #include "core/path_bytes.h"
 #include "widgets/plain_text.h"
 #include "windows/ask_dialogs.h"
