@@ -211,7 +211,7 @@ void DownloadWindow::UseTarget(const QString& folder) {
 
 void DownloadWindow::AskForCardFolder() {
   const QString chosen = QFileDialog::getExistingDirectory(
-      this, session_.Words.LangString(562, "Card Folder..."),
+      this, session_.Words.LangString(562, "Card Folder...").remove(QLatin1Char('.')),
       card_.Folder().isEmpty() ? QDir::homePath() : card_.Folder());
   if (!chosen.isEmpty()) {
     UseCardFolder(chosen);
