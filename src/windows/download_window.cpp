@@ -144,9 +144,7 @@ void DownloadWindow::Run(void (CameraDownload::*call)()) {
 void DownloadWindow::done(int result) {
   if (isRunning_) {
     isLeaving_ = true;
-    if (engine_->State.AbortVisible) {
-      engine_->cmdAbort();
-    }
+    engine_->cmdAbort();  // Also while the button for it is still to come.
     return;
   }
   QDialog::done(result);
@@ -213,7 +211,7 @@ void DownloadWindow::UseTarget(const QString& folder) {
 
 void DownloadWindow::AskForCardFolder() {
   const QString chosen = QFileDialog::getExistingDirectory(
-      this, session_.Words.LangString(562, "Card Folder..."),
+      this, session_.Words.LangString(562, "Card Folder...").remove(QLatin1Char('.')),
       card_.Folder().isEmpty() ? QDir::homePath() : card_.Folder());
   if (!chosen.isEmpty()) {
     UseCardFolder(chosen);
@@ -334,8 +332,11 @@ void DownloadWindow::Unfold(bool unfolded) {
     wanted.rwidth() -= pictureSide_->width();
   }
   pictureSide_->setVisible(unfolded);
+  // The smallest sizes of the window and of what is in it follow at once.
   choices_->layout()->invalidate();
   choices_->updateGeometry();
+  choices_->layout()->activate();
+  layout()->activate();
   if (!isVisible()) {
     wanted = QSize(layout()->sizeHint().width(), kFirstHeight);
   } else if (unfolded) {

@@ -3,6 +3,7 @@
 #include <QDialog>
 #include <QElapsedTimer>
 #include <QFileSystemModel>
+#include <QSet>
 #include <QTimer>
 #include <memory>
 
@@ -90,6 +91,7 @@ class DownloadWindow : public QDialog {
   std::unique_ptr<CameraDownload> engine_;
   QFileSystemModel folders_;
   QTimer previewTimer_;
+  QSet<QChar> letters_;  // That captions are chosen with.
   bool firstActivate_ = true;
   bool isRunning_ = false;   // A call of the engine.
   bool isLeaving_ = false;   // The window is to close once the call is over, ...

@@ -9,10 +9,10 @@
 #include <QLineEdit>
 #include <QProgressBar>
 #include <QPushButton>
-#include <QSet>
 
 #include "core/path_bytes.h"
 #include "widgets/eliding_label.h"
+#include "widgets/mnemonics.h"
 #include "widgets/plain_text.h"
 #include "windows/download_options_panel.h"
 #include "windows/download_preview.h"
@@ -53,7 +53,7 @@ void KeepPlace(QWidget& widget) {
 }  // namespace
 
 QPushButton* DownloadWindow::MakeButton(const char* name, const QString& caption) {
-  auto* const button = new QPushButton(caption, this);
+  auto* const button = new QPushButton(WithMnemonic(caption, letters_), this);
   button->setObjectName(QString::fromLatin1(name));
   button->setAutoDefault(false);
   return button;
@@ -101,6 +101,7 @@ QLayout* DownloadWindow::MakeCard() {
   // A long name does not widen the window.
   cameraFolders_->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
   listCaption->setBuddy(cameraFolders_);
+  listCaption->setText(WithMnemonic(listCaption->text(), letters_));
   connect(cameraFolders_, &QComboBox::activated, this, [this](int index) {
     engine_->SelectFolder(index);
     BringIntoLine();
@@ -156,7 +157,7 @@ QLayout* DownloadWindow::MakeTarget() {
 }
 
 QCheckBox* DownloadWindow::MakeFormat(const char* name, const char* caption, int& value) {
-  auto* const box = new QCheckBox(QString::fromLatin1(caption), choices_);
+  auto* const box = new QCheckBox(WithMnemonic(QString::fromLatin1(caption), letters_), choices_);
   box->setObjectName(QString::fromLatin1(name));
   box->setAccessibleDescription(session_.Words.LangString(176, "Image Type"));
   connect(box, &QCheckBox::clicked, this, [this, &value](bool ticked) {
@@ -184,6 +185,7 @@ QLayout* DownloadWindow::MakeFormats() {
   quality_->setFixedWidth(quality_->fontMetrics().averageCharWidth() * kQualityCharacters +
                           kMargin);
   qualityLabel_->setBuddy(quality_);
+  qualityLabel_->setText(WithMnemonic(qualityLabel_->text(), letters_));
   connect(quality_, &QLineEdit::textEdited, this,
           [&options](const QString& text) { options.JpegQuality = text; });
   for (QWidget* const widget : std::initializer_list<QWidget*>{qualityLabel_, quality_}) {
