@@ -169,6 +169,10 @@ void WriteTextSeeds(const std::filesystem::path& folder) {
   write("text", {"36.65 \xB0\x43", "-0.049999", "+1e15x", " \t.5", "9.96", "\xE2\x82\xAC\xC3\xA4",
                  "999999999999999.95"});
   write("settings", {"/data/images\n/data/reports\n 3 \n 10 \nC\n", "\n\n-1\n99\nF", "a\r\nb\r\n"});
+  write("download_ini",
+        {"/data/images\r\n 3 \r\n 1 \r\n 0 \r\n 1 \r\n95\r\n 2 \r\n 1 \r\n-5.5\r\n10\r\n 1 \r\n 0 "
+         "\r\n 1 \r\n 1 \r\n 0 \r\n 1 \r\n 1 \r\n",
+         "\"/with, comma\"\n-1\n2\n7\n99999\n\"\"\n", "/a,7\n\"x\n1e400", "\""});
   write("arguments", {"1-10,15\nimage\n-40:120\nHOT IRON\n7", "\"/data/an image.sit\"",
                       "1-1,32767\n20:10\nprefix-\n../up"});
   write("labels", {"36.6 \xC2\xB0\x43", "<img src=/dev/zero><h1>A</h1>", "a\n\tb &amp; c",
@@ -203,6 +207,12 @@ void WriteLoadSeeds(const std::filesystem::path& folder, const Bytes& sit) {
   exports.Write("with_bar", Joined({1, 1}, Joined(bitmap, trailer)));
   exports.Write("txi", Joined({2, 8}, tessa::EncodeBmp8(4, 4, indices, 4, {}, -200, 1000)));
   WritePictureSeeds(exports, {0, 2});
+
+  const SeedFolder cards(folder / "card_picture");
+  const Bytes photograph = Joined(Bytes(8), tessa::EncodeJpeg(SmallPicture(), 90));
+  cards.Write("plain", Joined({0, 0}, sit));
+  cards.Write("photograph", Joined({0x02, 0x3F}, SmallSit(photograph, 2)));
+  cards.Write("limits", Joined({0x0B, 0x1F}, Start(sit, 3000)));
 }
 
 void WriteAll(const std::filesystem::path& folder) {

@@ -19,6 +19,8 @@ class CommandsTest : public MainWindowTest {
  protected:
   ~CommandsTest() override { window_->SetPlayer(nullptr); }
   CommandsTest() {
+    // The download's choices are kept there.
+    session_.Folder = {folder_.Path(Name("App")), Name(TESSA_BINARY_FOLDER)};
     auto dialogs = std::make_unique<ScriptedDialogs>(scene_);
     dialogs_ = dialogs.get();
     window_->SetDialogs(std::move(dialogs));
@@ -122,6 +124,8 @@ class CommandsTest : public MainWindowTest {
         {kThumbnails, [this] { return Shows("LoadIMG"); }},
         {kThumbnailsButton, [this] { return Shows("LoadIMG"); }},
         {kImageInfo, [this] { return Shows("frmImageInfo"); }},
+        {kDownload, [this] { return Shows("frmDownLoad"); }},
+        {kDownloadButton, [this] { return Shows("frmDownLoad"); }},
         {kPlaySound, [this] { return session_.View.Sound.Playing; }},
         {kEmbedSound,
          [this] { return QFileInfo(scene_).size() > 156160 && !session_.View.Sound.EmbedVisible; }},

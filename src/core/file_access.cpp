@@ -98,6 +98,11 @@ bool PathExists(const QString& path) {
   return ::stat(PathToBytes(path).constData(), &status) == 0;
 }
 
+bool IsFolder(const QString& path) {
+  struct stat status {};
+  return ::stat(PathToBytes(path).constData(), &status) == 0 && S_ISDIR(status.st_mode);
+}
+
 bool IsWritable(const QString& path) {
   return ::access(PathToBytes(path).constData(), W_OK) == 0;
 }

@@ -11,6 +11,7 @@
 
 #include "core/plain_line.h"
 #include "core/program_version.h"
+#include "tool/card_command.h"
 #include "tool/export_command.h"
 #include "tool/frames_command.h"
 #include "tool/info_command.h"
@@ -168,13 +169,64 @@ CLI::App* AddBringing(const char* name, const char* description, CLI::App& tool,
   return command;
 }
 
+/// The delete commands ask no question; this says that none is missed.
+void AddYes(CLI::App& command) {
+  command
+      .add_flag_function(
+          "--yes", [](std::int64_t) {}, "Delete without a question")
+      ->required();
+}
+
 CLI::App* AddDelete(CLI::App& tool, std::vector<std::string>& files) {
   CLI::App* const command = tool.add_subcommand("delete", "Delete images and their sound files");
   command->add_option("FILE", files, "Images")->required();
-  command
-      ->add_flag_function(
-          "--yes", [](std::int64_t) {}, "Delete without a question")
-      ->required();
+  AddYes(*command);
+  return command;
+}
+
+/// A command below "card".
+CLI::App* AddCard(const char* name, const char* description, CLI::App& card, std::string& folder) {
+  CLI::App* const command = card.add_subcommand(name, description);
+  command->add_option("FOLDER", folder, "Where the card is")->required();
+  return command;
+}
+
+CLI::App* AddCardList(CLI::App& card, CardListCall& call) {
+  CLI::App* const command = AddCard("list", "List its folders and images", card, call.Card);
+  command->add_flag("--json", call.Json, "One JSON object");
+  return command;
+}
+
+CLI::App* AddCardDownload(CLI::App& card, CardDownloadCall& call) {
+  CLI::App* const command = AddCard("download", "Bring its images into a folder", card, call.Card);
+  command->add_option("--to", call.To, "Folder that they go to")->required();
+  command->add_option("--folder", call.Folder, "The card's folder; all if left out");
+  command->add_flag("--sit", call.Sit, "The images as they are");
+  command->add_flag("--bmp", call.Bmp, "Pictures as bitmaps");
+  command->add_flag("--jpg", call.Jpg, "Pictures as JPEG files");
+  command->add_option("--quality", call.Quality, "Quality of these, 5 to 100; else 95");
+  command->add_option("--scale", call.Scale,
+                      "Temperatures that span the palette: camera, auto or LO:HI");
+  command->add_option("--unit", call.Unit, "C or F, for --scale and the texts")
+      ->transform(CLI::IsMember({"C", "F"}, CLI::ignore_case));
+  command->add_option("--palette", call.Palette, "Palette by name or number");
+  command->add_flag("--bar", call.Bar, "With the palette bar");
+  command->add_flag("--date", call.Date, "With the date below");
+  command->add_flag("--time", call.Time, "With the time");
+  command->add_flag("--emissivity", call.Emissivity, "With the emissivity");
+  command->add_flag("--extremes", call.Extremes, "With the lowest and highest temperature");
+  command->add_flag("--memo", call.Memo, "With the annotation");
+  command->add_flag("--visible", call.Visible, "With the visible-light picture");
+  auto* const replace =
+      command->add_flag("--replace", call.Replace, "Replace files of the same name");
+  command->add_flag("--skip", call.Skip, "Leave out what is there already")->excludes(replace);
+  command->add_option("--jobs", call.Jobs, "Images to work on at once")->check(CLI::Range(1, 1024));
+  return command;
+}
+
+CLI::App* AddCardDeleteAll(CLI::App& card, std::string& folder) {
+  CLI::App* const command = AddCard("delete-all", "Delete all its images", card, folder);
+  AddYes(*command);
   return command;
 }
 
@@ -202,6 +254,11 @@ int RunToolCommandLine(int argc, char** argv) {
   move.Moves = true;
   std::vector<std::string> deleted;
   SheetCall sheet;
+  CardListCall cardList;
+  CardDownloadCall cardDownload;
+  std::string emptiedCard;
+  CLI::App& card = *tool.add_subcommand("card", "Work with the memory card of a camera");
+  card.require_subcommand(1);
   struct Command {
     const CLI::App* Parser;
     std::function<int()> Run;
@@ -221,7 +278,10 @@ int RunToolCommandLine(int argc, char** argv) {
       {AddBringing("move", "Move images and their sound files", tool, move),
        [&] { return RunBring(move); }},
       {AddDelete(tool, deleted), [&] { return RunDelete(deleted); }},
-      {AddSheet(tool, sheet), [&] { return RunSheet(sheet); }}};
+      {AddSheet(tool, sheet), [&] { return RunSheet(sheet); }},
+      {AddCardList(card, cardList), [&] { return RunCardList(cardList); }},
+      {AddCardDownload(card, cardDownload), [&] { return RunCardDownload(cardDownload); }},
+      {AddCardDeleteAll(card, emptiedCard), [&] { return RunCardDeleteAll(emptiedCard); }}};
 
   try {
     tool.parse(argc, argv);

@@ -5,7 +5,6 @@
 #include <array>
 
 #include "browser/contact_sheet.h"
-#include "browser/transfer_sounds.h"
 #include "core/file_access.h"
 #include "core/path_bytes.h"
 #include "core/plain_line.h"

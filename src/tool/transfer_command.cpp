@@ -11,10 +11,6 @@
 namespace tessa {
 namespace {
 
-void PrintLine(const QString& line) {
-  PrintOut(PlainUtf8(line).c_str() + QByteArray("\n"));
-}
-
 QString Files(int count) {
   return QString::number(count) + (count == 1 ? QStringLiteral(" file") : QStringLiteral(" files"));
 }

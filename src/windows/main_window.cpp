@@ -119,7 +119,7 @@ void MainWindow::MakeActions() {
   AddFrameCommands();
   AddSoundCommands();
   AddBrowserCommands();
-  AddWaitingCommands();
+  AddCameraCommands();
   for (const Command& command : commands_) {
     auto* const action = new QAction(this);
     action->setObjectName(QString::fromLatin1(NameOf(command.Id)));

@@ -79,7 +79,7 @@ class MainWindow : public QMainWindow {
   void AddFrameCommands();
   void AddSoundCommands();
   void AddBrowserCommands();
-  void AddWaitingCommands();
+  void AddCameraCommands();
   void TellSoundMessage();
   void ShowSound();
   void PlayBySpaceBar();
@@ -114,6 +114,7 @@ class MainWindow : public QMainWindow {
   void StepFrame(void (*procedure)(Session&, Progress&));
   void SaveFrames();
   void BrowseImages();
+  void DownloadImages();
   void OpenChosen(const ChosenImage& chosen, int palette);
   void ShowImageInfo();
   void ShowVisible();
