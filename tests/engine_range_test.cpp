@@ -1,11 +1,8 @@
-#include <gmock/gmock.h>
-
 #include <limits>
 
 #include "core/units.h"
 #include "test_files.h"
 #include "view/range_control.h"
-#include "view/render.h"
 
 namespace tessa::testing {
 namespace {
@@ -176,7 +173,7 @@ TEST_F(RangeDisplay, LabelsDivideTheScaleInTheDisplayUnit) {
   SetRangeAsShown(68.0, 104.0, image_);
   image_.CalRangeMin = -40;
   image_.CalRangeMax = 120;
-  view_.StatusPanel[5] = QStringLiteral("x");
+  view_.StatusPanel[5] = u"x"_s;
   Update();
   EXPECT_EQ(Labels(), "68.0 86.0 104.0 89.6 93.2 96.8 100.4 71.6 75.2 78.8 82.4");
   EXPECT_EQ(view_.ExtremesLine.Y1, 1151);
@@ -201,75 +198,6 @@ TEST_F(RangeDisplay, EqualEndsKeepAScaleForTemperaturesOnly) {
   Update();
   EXPECT_FALSE(view_.ScaleStrokesVisible);
   EXPECT_EQ(Labels(), std::string(10, ' '));
-}
-
-class RangeOfAnOpenImage : public LoadTest {
- protected:
-  RangeOfAnOpenImage() {
-    SitFields fields;  // A hundredth of a degree a count, scale 20 to 60.
-    fields.Gain = 0.0078125;
-    fields.ScaleCenter = 40.0;
-    fields.Counts.assign(76800, 30 * 128);
-    fields.Counts[3200 + 10] = 10 * 128;
-    fields.Counts[3200 + 20] = 50 * 128;
-    Open("r.sit", EncodeSit(fields));
-  }
-  RenderPieces Pieces() { return PiecesForRendering(session_, *progress_); }
-  int IndexOf30() const { return session_.Image.RowBuffers.Row(0)[0]; }
-};
-
-TEST_F(RangeOfAnOpenImage, ToggleFlipsBetweenStoredScaleAndExtremesAndBack) {
-  EXPECT_EQ(session_.View.Source, RangeSource::kStored);
-  EXPECT_EQ(IndexOf30(), 64);  // 10 / 40 of 255 is 63.75.
-  ToggleRangeSource(Pieces());
-  EXPECT_EQ(session_.View.Source, RangeSource::kImage);
-  EXPECT_EQ(session_.View.RangeLowText.toStdString(), "10.0");
-  EXPECT_EQ(session_.View.RangeHighText.toStdString(), "50.0");
-  EXPECT_EQ(IndexOf30(), 128);                      // 127.5
-  EXPECT_EQ(session_.Range.RangeMinValue(), 20.0);  // The thumbs are left alone.
-  ToggleRangeSource(Pieces());
-  EXPECT_EQ(session_.View.Source, RangeSource::kStored);
-  EXPECT_EQ(session_.View.RangeHighText.toStdString(), "60.0");
-  EXPECT_EQ(IndexOf30(), 64);
-  EXPECT_EQ(session_.Image.SitScaleMax, 60.0F);
-}
-
-TEST_F(RangeOfAnOpenImage, ToggleOfOtherKindsUsesThePlainPair) {
-  SetCurrentFile(session_.Image, QStringLiteral("/x/y.tmp"));
-  session_.Image.ImageKind = KindTmp;
-  session_.Image.TempMin = 0.0F;
-  session_.Image.TempMax = 60.0F;
-  session_.Image.ScaleMin = 25.0F;
-  session_.Image.ScaleMax = 35.0F;
-  ToggleRangeSource(Pieces());
-  EXPECT_EQ(session_.Image.ScaleHighText.toStdString(), "60.0");
-  EXPECT_EQ(session_.Image.ScaleLowText.toStdString(), "0.0");
-  ToggleRangeSource(Pieces());
-  EXPECT_EQ(session_.Image.ScaleLowText.toStdString(), "25.0");
-  // Snapshots fall to the other pair.
-  SetCurrentFile(session_.Image, QStringLiteral("/x/y.rti"));
-  ToggleRangeSource(Pieces());
-  EXPECT_EQ(session_.Image.ScaleHighText.toStdString(), "50.0");
-}
-
-TEST_F(RangeOfAnOpenImage, EqualEndsAreSpreadUpwardsAndAtTheTopOfTheScaleDownwards) {
-  // Limits: 10 to 60 and 25 / 2 = 12 beyond.
-  ASSERT_EQ(session_.Range.ScaleMaxLimit(), 72.0);
-  float lo = 30.0F;
-  float hi = 30.0F;
-  RenderRowsSit(lo, hi, Pieces());
-  EXPECT_EQ(lo, 30.0F);
-  EXPECT_EQ(hi, 30.1F);
-  EXPECT_EQ(session_.Image.ScaleHighText.toStdString(), "30.1");
-  EXPECT_EQ(IndexOf30(), 0);
-  for (const float end : {72.0F, 71.95F}) {
-    lo = hi = end;
-    RenderRowsSit(lo, hi, Pieces());
-    EXPECT_EQ(hi, 72.0F);
-    EXPECT_EQ(lo, 71.9F);
-    EXPECT_EQ(session_.Image.ScaleLowText.toStdString(), "71.9");
-  }
-  EXPECT_EQ(session_.Image.SitScaleMin, 20.0F);
 }
 
 }  // namespace

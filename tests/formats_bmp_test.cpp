@@ -1,12 +1,7 @@
-#include <gmock/gmock.h>
-
 #include "test_images.h"
 
 namespace tessa::testing {
 namespace {
-
-using ::testing::ElementsAre;
-using ::testing::IsEmpty;
 
 /// Bytes written as pairs of hexadecimal digits, blanks between them as they please.
 Bytes Hex(std::string_view digits) {
@@ -86,13 +81,8 @@ std::uint32_t IndexAt(int column, int row, int bits) {
   return static_cast<std::uint32_t>(column + 16 * row + column / 3) & ((1U << bits) - 1);
 }
 Bytes IndexPixels(int bits) {
-  Bytes pixels;
-  for (int row = 0; row < kHeight; ++row) {
-    for (int column = 0; column < kWidth; ++column) {
-      pixels.push_back(static_cast<std::uint8_t>(IndexAt(column, row, bits)));
-    }
-  }
-  return pixels;
+  return Raster<std::uint8_t>(kWidth, kHeight,
+                              [bits](int column, int row) { return IndexAt(column, row, bits); });
 }
 /// The picture of IndexPixels, rows filled up to four bytes with something that must not show.
 BmpParts IndexParts(int bits, bool topDown = false, int colours = -1) {

@@ -1,5 +1,3 @@
-#include <gmock/gmock.h>
-
 #include <array>
 #include <bit>
 #include <limits>
