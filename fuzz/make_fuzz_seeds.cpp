@@ -36,6 +36,10 @@ class SeedFolder {
   std::filesystem::path path_;
 };
 
+Bytes Start(const Bytes& bytes, std::size_t size) {
+  return First(bytes, std::min(size, bytes.size()));
+}
+
 QImage SmallPicture() {
   QImage picture(16, 12, QImage::Format_RGB888);
   picture.fill(QColor(200, 120, 40));
@@ -159,7 +163,7 @@ void WriteLoadSeeds(const std::filesystem::path& folder, const Bytes& sit) {
   const Bytes legacy = tessa::EncodeLegacyTmp({});
   tmps.Write("words", tmp);
   tmps.Write("bytes", legacy);
-  tmps.Write("header", First(tmp, 1100));
+  tmps.Write("header", Start(tmp, 1100));
   const Bytes trailer = tessa::EncodeBmpTrailer({230, 30, 3132, 2932});
   SeedFolder(folder / "trailer").Write("at_the_end", Joined({18, 0}, trailer));
   const SeedFolder loads(folder / "load");
@@ -187,8 +191,8 @@ void WriteAll(const std::filesystem::path& folder) {
   const SeedFolder sits(folder / "sit");
   const SeedFolder bmps(folder / "bmp");
   sits.Write("whole", sit);
-  sits.Write("header", First(sit, 1024));
-  sits.Write("two_rows", First(sit, 1024 + 1280));
+  sits.Write("header", Start(sit, 1024));
+  sits.Write("two_rows", Start(sit, 1024 + 1280));
   sits.Write("text", Bytes(600, '\n'));
   sits.Write("picture", SmallBmp(8, 0, 4, Bytes(64, 7)));
 
@@ -204,7 +208,7 @@ void WriteAll(const std::filesystem::path& folder) {
   Bytes core = {'B', 'M', 0, 0, 0, 0, 0, 0, 0, 0, 32, 0, 0,  0, 12, 0, 0,   0, 2, 0,
                 2,   0,   1, 0, 1, 0, 1, 2, 3, 4, 5,  6, 64, 0, 0,  0, 128, 0, 0, 0};
   bmps.Write("core", core);
-  bmps.Write("sit", First(sit, 2000));
+  bmps.Write("sit", Start(sit, 2000));
 
   WriteSequenceSeeds(folder);
   WriteLoadSeeds(folder, sit);

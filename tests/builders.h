@@ -38,6 +38,17 @@ inline Bytes Joined(Bytes first, const Bytes& second) {
   return first;
 }
 
+/// Bytes written as pairs of hexadecimal digits, blanks between them as they please.
+inline Bytes Hex(std::string_view digits) {
+  std::string text(digits);
+  std::erase(text, ' ');
+  Bytes bytes;
+  for (std::size_t i = 0; i + 1 < text.size(); i += 2) {
+    bytes.push_back(static_cast<std::uint8_t>(std::stoi(text.substr(i, 2), nullptr, 16)));
+  }
+  return bytes;
+}
+
 /// The first `present` counts, the others zero.
 inline std::vector<std::int16_t> KeepFirst(std::vector<std::int16_t> counts, std::size_t present) {
   std::fill(counts.begin() + static_cast<std::ptrdiff_t>(present), counts.end(), std::int16_t{0});

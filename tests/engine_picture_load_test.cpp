@@ -161,20 +161,17 @@ TEST_F(PictureLoad, OnlyTheLastThreeCharactersDecideAndTheirCaseDoesNotMatter) {
 }
 
 TEST_F(PictureLoad, ZoomStartsByWidth) {
-  struct Case {
-    int Width, Level;
-    float Factor;
-    double Scale;
-  };
-  for (const Case& c : {Case{320, 2, 1.0F, 2.0}, Case{321, 2, 0.5F, 1.0}, Case{640, 2, 0.5F, 1.0},
-                        Case{641, 1, 0.5F, 0.5}}) {
+  using Case = std::tuple<int, int, float, double>;
+  for (const auto& [width, level, factor, scale] :
+       {Case{320, 2, 1.0F, 2.0}, Case{321, 2, 0.5F, 1.0}, Case{640, 2, 0.5F, 1.0},
+        Case{641, 1, 0.5F, 0.5}}) {
     picture_.ScrollView(5, 6);
-    Open("w.bmp", Bitmap8(c.Width, 1, Pixels(static_cast<std::size_t>(c.Width)), Ramp(false)));
-    EXPECT_EQ(view_.Zoom.ZoomLevel, c.Level) << c.Width;
-    EXPECT_EQ(view_.Zoom.ZoomFactor, c.Factor) << c.Width;
+    Open("w.bmp", Bitmap8(width, 1, Pixels(static_cast<std::size_t>(width)), Ramp(false)));
+    EXPECT_EQ(view_.Zoom.ZoomLevel, level) << width;
+    EXPECT_EQ(view_.Zoom.ZoomFactor, factor) << width;
     EXPECT_EQ(view_.Zoom.ZoomMin, 1);
     EXPECT_EQ(view_.Zoom.ZoomMax, 15);
-    EXPECT_EQ(picture_.ZoomNumerator / picture_.ZoomDenominator, c.Scale) << c.Width;
+    EXPECT_EQ(picture_.ZoomNumerator / picture_.ZoomDenominator, scale) << width;
     EXPECT_EQ(picture_.Xpan + picture_.Ypan, 0);
   }
 }

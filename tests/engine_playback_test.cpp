@@ -122,6 +122,7 @@ TEST_F(PlaybackTest, AFrameFileComesFirstThenTheOpenFileThenABlankPicture) {
   WriteFrameFile("B-001.APD", 7);
   ShowNextFrame(session_, progress_);
   EXPECT_EQ(Shown(), "70|0|255|2 of 3");
+  EXPECT_EQ(session_.Image.ScaleHighText, u"75.0"_s);
   ShowNextFrame(session_, progress_);
   EXPECT_EQ(Shown(), "30|0|255|3 of 3");
   session_.Image.SeqFrames[0].clear();

@@ -11,11 +11,8 @@ constexpr double kNotANumber = std::numeric_limits<double>::quiet_NaN();
 constexpr double kInfinity = std::numeric_limits<double>::infinity();
 
 TEST(RangeControl, LimitsLieAWholeNumberOfDegreesBeyondTheData) {
-  struct Case {
-    TemperaturePair Extremes, Range;
-    double Low, High;
-  };
-  for (const Case& c : {
+  using Case = std::tuple<TemperaturePair, TemperaturePair, double, double>;
+  for (const auto& [extremes, stored, low, high] : {
            Case{{20, 40}, {25, 30}, 15, 45}, Case{{25, 30}, {20, 40}, 15, 45},
            Case{{10, 30}, {20, 40}, 3, 47},        // 15, halved and truncated 7.
            Case{{20, 25}, {20, 25}, 19, 26},       // 2.5 rounds to 2.
@@ -27,13 +24,13 @@ TEST(RangeControl, LimitsLieAWholeNumberOfDegreesBeyondTheData) {
        }) {
     RangeSlider slider;
     ViewState view;
-    InitRangeControl(c.Extremes, c.Range, 'C', slider, view);
-    EXPECT_EQ(slider.ScaleMinLimit(), c.Low) << c.Extremes.Maximum;
-    EXPECT_EQ(slider.ScaleMaxLimit(), c.High) << c.Extremes.Maximum;
-    EXPECT_EQ(slider.MarkMinimum(), c.Extremes.Minimum);
-    EXPECT_EQ(slider.MarkMaximum(), c.Extremes.Maximum);
-    EXPECT_EQ(slider.RangeMinValue(), c.Range.Minimum);
-    EXPECT_EQ(slider.RangeMaxValue(), c.Range.Maximum);
+    InitRangeControl(extremes, stored, 'C', slider, view);
+    EXPECT_EQ(slider.ScaleMinLimit(), low) << extremes.Maximum;
+    EXPECT_EQ(slider.ScaleMaxLimit(), high) << extremes.Maximum;
+    EXPECT_EQ(slider.MarkMinimum(), extremes.Minimum);
+    EXPECT_EQ(slider.MarkMaximum(), extremes.Maximum);
+    EXPECT_EQ(slider.RangeMinValue(), stored.Minimum);
+    EXPECT_EQ(slider.RangeMaxValue(), stored.Maximum);
     EXPECT_TRUE(view.RangeSliderVisible && view.AutoUpdateVisible && view.LimitBoxesVisible);
   }
   RangeSlider slider;
@@ -100,12 +97,8 @@ class RangeDisplay : public ::testing::Test {
 };
 
 TEST_F(RangeDisplay, MarkersStandAtTheImagesExtremes) {
-  struct Case {
-    float Minimum, Maximum;
-    int Top, Foot;                     // Of the line.
-    int MaximumStroke, MinimumStroke;  // 0: hidden.
-  };
-  for (const Case& c : {
+  using Case = std::tuple<float, float, int, int, int, int>;
+  for (const auto& [lowest, highest, top, foot, maximumStroke, minimumStroke] : {
            Case{25, 35, 1151, 3064, 1136, 3079},  // 1151.25 and 3063.75
            Case{20, 40, 195, 4020, 195, 4020},    // At the very ends.
            Case{15, 45, 195, 4020, 0, 0},         // Beyond both.
@@ -114,13 +107,13 @@ TEST_F(RangeDisplay, MarkersStandAtTheImagesExtremes) {
            Case{40, 50, 195, 195, 0, 210},              // Touches the range from above.
            Case{10, 20, 4020, 4020, 4005, 0},           // And from below.
        }) {
-    SCOPED_TRACE(c.Minimum);
-    UpdateFor(c.Minimum, c.Maximum);
+    SCOPED_TRACE(lowest);
+    UpdateFor(lowest, highest);
     EXPECT_TRUE(view_.ExtremesLine.Visible);
-    EXPECT_EQ(view_.ExtremesLine.Y1, c.Top);
-    EXPECT_EQ(view_.ExtremesLine.Y2, c.Foot);
-    for (const auto& [stroke, y] : {std::pair{&view_.MaximumStroke, c.MaximumStroke},
-                                    std::pair{&view_.MinimumStroke, c.MinimumStroke}}) {
+    EXPECT_EQ(view_.ExtremesLine.Y1, top);
+    EXPECT_EQ(view_.ExtremesLine.Y2, foot);
+    for (const auto& [stroke, y] : {std::pair{&view_.MaximumStroke, maximumStroke},
+                                    std::pair{&view_.MinimumStroke, minimumStroke}}) {
       EXPECT_EQ(stroke->Visible, y != 0);
       if (y != 0) {
         EXPECT_EQ(stroke->Y1, y);
@@ -143,21 +136,17 @@ TEST_F(RangeDisplay, EachKindHasItsOwnPairOfExtremes) {
   image_.TempMax = 24;
   image_.ScaleMin = 28;
   image_.ScaleMax = 28;
-  struct Case {
-    std::int16_t Kind;
-    bool HasTemperature;
-    int Position;  // 191.25 twips a degree; 0: hidden.
-  };
-  for (const Case& c :
+  using Case = std::tuple<std::int16_t, bool, int>;
+  for (const auto& [kind, hasTemperature, position] :
        {Case{KindSit, true, 3829}, Case{KindTmp, true, 3255}, Case{KindRti, true, 3255},
         Case{KindBmp, true, 3255}, Case{KindTxi, true, 2490}, Case{KindBmp, false, 0},
         Case{KindTiff, false, 0}, Case{KindJpeg, false, 0}}) {
-    image_.ImageKind = c.Kind;
-    image_.HasTemperature = c.HasTemperature;
+    image_.ImageKind = kind;
+    image_.HasTemperature = hasTemperature;
     Update();
-    EXPECT_EQ(view_.ExtremesLine.Visible, c.Position != 0) << c.Kind;
-    if (c.Position != 0) {
-      EXPECT_EQ(view_.ExtremesLine.Y1, c.Position) << c.Kind;
+    EXPECT_EQ(view_.ExtremesLine.Visible, position != 0) << kind;
+    if (position != 0) {
+      EXPECT_EQ(view_.ExtremesLine.Y1, position) << kind;
     }
   }
 }

@@ -259,15 +259,5 @@ TEST_F(Rendering, ADivisionByZeroIsAFailedStepAndNotInfinity) {
   EXPECT_EQ(image_.ScaleHighText.toStdString(), "500000");  // Six characters.
 }
 
-TEST_F(Rendering, AWideImageIsRenderedToItsLastColumn) {
-  Make("A.SIT", 3000);
-  float lo = 0.0F;
-  float hi = 10.0F;
-  RenderRowsSit(lo, hi, Pieces());
-  EXPECT_TRUE(steps_.Failures().empty());
-  EXPECT_EQ(picture_.IndexRow(1)[2999], 255);
-  EXPECT_EQ(image_.RowBuffers.Row(1)[2999], 255);
-}
-
 }  // namespace
 }  // namespace tessa::testing

@@ -383,27 +383,6 @@ TEST_F(SequenceLoad, ASnapshotThatLiesTakesNeitherTimeNorMemory) {
   ExpectNextFileOpensNormally();
 }
 
-TEST_F(SequenceLoad, AFrameFileIsSpreadOverItsOwnExtremes) {
-  EXPECT_EQ(FrameFilePath(Name("/a/b.x/B.RTI"), 1).toStdString(), "/a/b.x/B-000.APD");
-  EXPECT_EQ(FrameFilePath(Name("B.rti"), 1001).toStdString(), "B-1000.APD");
-  session_.Image.DisplayUnits = 'F';
-  Open(Snapshot(2));
-  std::vector<std::int16_t> pixels(15, 2932);
-  pixels[4] = 2942;
-  pixels[10] = 2936;
-  Write("B-001.APD", FrameOf(pixels));
-  EXPECT_FALSE(ShowFrameFromFile(session_, *progress_)) << "frame 1 has no file";
-  session_.Image.CurrentFrame = 2;
-  EXPECT_TRUE(ShowFrameFromFile(session_, *progress_));
-  EXPECT_FLOAT_EQ(image_.ScaleMin, 20.0F);
-  EXPECT_FLOAT_EQ(image_.ScaleMax, 21.0F);
-  EXPECT_FLOAT_EQ(image_.TempGrid.At(0, 2), 20.4F);
-  EXPECT_EQ(IndexAt(0, 0), 0);
-  EXPECT_EQ(IndexAt(4, 0), 255);
-  EXPECT_EQ(IndexAt(0, 2), 102);
-  EXPECT_EQ(image_.ScaleHighText.toStdString(), "69.8");
-}
-
 TEST_F(SequenceLoad, AFrameFileIsFoundInOtherCaseAndTakesItsStampFromTheOpenFile) {
   for (const Bytes& file : {EncodeSnapshot(Snapshot(3, 2.1F)), Container(3)}) {
     Open("B.rti", file);
@@ -487,18 +466,14 @@ TEST_F(SequenceLoad, WhereNoJpegStartsThereIsNoVisiblePicture) {
   std::fill_n(far.begin(), 4, std::uint8_t{0xFF});
   Bytes toStart = SoundAndPicture(jpeg);
   std::fill_n(toStart.begin(), 4, std::uint8_t{0});
-  struct Case {
-    char Code;
-    Bytes Attachment;
-    std::uint64_t Offset;
-  };
+  using Case = std::tuple<char, Bytes, std::uint64_t>;
   const std::uint64_t farEnd = 156160 + far.size();
-  for (const Case& c :
+  for (const auto& [code, attachment, offset] :
        {Case{'\2', Joined(Bytes(8), spoilt), 156168}, Case{'\2', Joined(Bytes(7), jpeg), 156168},
         Case{'\2', Joined(Bytes(8), {0xFF}), 156168}, Case{'\3', far, farEnd},
         Case{'\3', toStart, 8}, Case{'\3', SoundAndPicture(spoilt), 156268}}) {
-    Open("v.sit", Sit(c.Code, c.Attachment));
-    ExpectOneFault(ProblemKind::kBadValue, c.Offset, "VisibleImage", false);
+    Open("v.sit", Sit(code, attachment));
+    ExpectOneFault(ProblemKind::kBadValue, offset, "VisibleImage", false);
     EXPECT_FALSE(image_.HasVisibleImage || view_.VisibleImageEntries);
     EXPECT_EQ(image_.TempGrid.At(0, 0), 20.0F);
   }

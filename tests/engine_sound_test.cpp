@@ -35,16 +35,11 @@ class Sound : public LoadTest {
 
 TEST_F(Sound, EachKindIsFoundConvertedAtItsRateAndShownWithItsButtons) {
   Write("snd1.aif", Note(8000));
-  struct Case {
-    Bytes File;
-    SoundKind Kind;
-    std::uint32_t Rate;  // 0: no note can be heard.
-    bool Embed;
-  };
+  using Case = std::tuple<Bytes, SoundKind, std::uint32_t, bool>;
   const Bytes block = Joined(Bytes(8), Note(8000));
   Bytes silent = block;
   Put(silent, 8 + 38, std::string_view("\0\0\0\0", 4));
-  for (const Case& c :
+  for (const auto& [file, kind, rate, embed] :
        {Case{NoteSit("SIT V2.9A ", "SND1    ", "AIF"), SoundKind::kSideFile, 2850, true},
         Case{NoteSit("SIT V3.1H ", "SND1    ", "AIF", {1}), SoundKind::kSideFile, 8000, true},
         Case{NoteSit("SIT V3.1I ", "SND1    ", "AIF"), SoundKind::kSideFile, 8000, false},
@@ -60,14 +55,14 @@ TEST_F(Sound, EachKindIsFoundConvertedAtItsRateAndShownWithItsButtons) {
         Case{NoteSit("SIT V3.0A ", "OTHER   ", "AIF"), SoundKind::kNone, 0, false},
         // The open image still looks where the header says.
         Case{NoteSit("SIT V4.2A ", "SND1    ", "AIF"), SoundKind::kNone, 8000, false}}) {
-    Open("note.sit", c.File);
+    Open("note.sit", file);
     SCOPED_TRACE(image_.SitHeader.Signature + image_.SitHeader.SoundName);
-    EXPECT_EQ(FindSoundNote(image_.CurrentFilePath, EmptySound::kLeave).Kind, c.Kind);
-    EXPECT_EQ(controls_.PlayVisible, c.Rate != 0);
-    EXPECT_EQ(controls_.EmbedVisible, c.Embed);
-    EXPECT_EQ(session_.Faults.empty(), c.Rate != 0);
-    Bytes expected = c.Rate == 0 ? Bytes() : Wave(c.Rate);
-    if (c.Kind == SoundKind::kEmbeddedWave && c.Rate != 0) {
+    EXPECT_EQ(FindSoundNote(image_.CurrentFilePath, EmptySound::kLeave).Kind, kind);
+    EXPECT_EQ(controls_.PlayVisible, rate != 0);
+    EXPECT_EQ(controls_.EmbedVisible, embed);
+    EXPECT_EQ(session_.Faults.empty(), rate != 0);
+    Bytes expected = rate == 0 ? Bytes() : Wave(rate);
+    if (kind == SoundKind::kEmbeddedWave && rate != 0) {
       expected = Joined(expected, Bytes(expected.end() - 2, expected.end()));
     }
     EXPECT_EQ(TempWave(), expected);

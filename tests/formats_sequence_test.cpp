@@ -98,24 +98,21 @@ TEST(FrameArray, ACutArrayIsNoFrame) {
 }
 
 TEST(FrameArray, CountsThatLieGiveNoFrameAndNoSmallSize) {
-  struct Case {
-    std::uint32_t First, Second;
-    std::uint64_t AtLeast;
-  };
-  for (const Case& c :
+  using Case = std::tuple<std::uint32_t, std::uint32_t, std::uint64_t>;
+  for (const auto& [first, second, atLeast] :
        {Case{3, 3, 38}, Case{2, 2, 28}, Case{3, 1, 26}, Case{6, 1, 32}, Case{0, 2, 20},
         Case{3, 0, 20}, Case{0x10003, 2, 262176}, Case{0x10000, 0x10000, 0x200000014},
         Case{0x80000000, 2, 0x200000014}, Case{0x80000000, 0x80000000, std::uint64_t{1} << 60},
         Case{0xFFFFFFFF, 0xFFFFFFFF, std::uint64_t{1} << 60}}) {
     ByteWriter writer;
     writer.Append(First(kTwoByThree, 4));
-    for (const std::uint32_t number : {c.First, 0U, c.Second, 0U}) {
+    for (const std::uint32_t number : {first, 0U, second, 0U}) {
       writer.U32Le(number);
     }
     writer.PadTo(100);
     const Bytes array = writer.Take();
-    EXPECT_GE(ReadFrameArrayHeader(array).ByteSize(), c.AtLeast) << c.First << " x " << c.Second;
-    EXPECT_EQ(DecodeFrameArray(array, 2, 3), std::nullopt) << c.First << " x " << c.Second;
+    EXPECT_GE(ReadFrameArrayHeader(array).ByteSize(), atLeast) << first << " x " << second;
+    EXPECT_EQ(DecodeFrameArray(array, 2, 3), std::nullopt) << first << " x " << second;
   }
   for (const auto& [width, height] : {std::pair{0, 0}, std::pair{-2, -3}, std::pair{3, -2},
                                       std::pair{0, 3}, std::pair{2, 0}, std::pair{2, 4}}) {

@@ -77,13 +77,8 @@ TEST(Sound, AWaveIsReadStrictlyAndExtraChunksArePassedOver) {
   EXPECT_THAT(WaveSamples(eightBits, *ReadWave(eightBits, 0, faults)),
               ElementsAre(0x6000, -256, -32768, -16384));
 
-  struct Case {
-    std::size_t At;
-    std::string_view Bytes;
-    ProblemKind Kind;
-    std::uint64_t Offset;
-  };
-  for (const Case& c :
+  using Case = std::tuple<std::size_t, std::string_view, ProblemKind, std::uint64_t>;
+  for (const auto& [at, bytes, kind, offset] :
        {Case{0, "RIFX", ProblemKind::kWrongKind, 0}, Case{8, "AVI ", ProblemKind::kWrongKind, 0},
         Case{12, "fact", ProblemKind::kBadValue, 36},  // data before its format
         Case{16, "\2\0\0\0"sv, ProblemKind::kBadValue, 12},
@@ -96,12 +91,12 @@ TEST(Sound, AWaveIsReadStrictlyAndExtraChunksArePassedOver) {
         Case{40, "\0\0\0\0"sv, ProblemKind::kBadValue, 40},
         Case{40, "\5\0\0\0"sv, ProblemKind::kTruncated, 48}}) {
     Bytes broken = plain;
-    Put(broken, c.At, c.Bytes);
+    Put(broken, at, bytes);
     Problems reasons;
-    EXPECT_FALSE(ReadWave(broken, 0, reasons)) << c.At;
-    ASSERT_EQ(reasons.size(), 1u) << c.At;
-    EXPECT_EQ(reasons[0].Kind, c.Kind) << c.At << reasons[0].Text;
-    EXPECT_EQ(reasons[0].Offset, c.Offset) << c.At;
+    EXPECT_FALSE(ReadWave(broken, 0, reasons)) << at;
+    ASSERT_EQ(reasons.size(), 1u) << at;
+    EXPECT_EQ(reasons[0].Kind, kind) << at << reasons[0].Text;
+    EXPECT_EQ(reasons[0].Offset, offset) << at;
   }
   AtEveryCut(plain, [](const Bytes& cut) {
     Problems reasons;

@@ -90,21 +90,6 @@ TEST(Tmp, ValuesThatNoCameraWritesAreReportedAndReadAllTheSame) {
                   BadValue(72, "ScaleStep"), BadValue(92, "DateText"), BadValue(98, "TimeText")));
 }
 
-TEST(Tmp, EncoderWritesWhatTheDecoderReads) {
-  const CameraFields shared{"6206 1.2  ", -20.25, 350.5, -5.75,    0.015625,
-                            25.125,       2.5,    87,    "981207", "070809"};
-  TmpFields fields{shared, "pump house" + std::string(755, '\0') + "end",
-                   "twenty characters it and more", CountsOfPlaces(255, 223)};
-  Bytes expected = HandMadeTmp();
-  Put(expected, 104, std::string(26, '\0'));
-  for (std::size_t row = 0; row < 223; ++row) {
-    expected[1024 + 2 * (row * 256 + 255) + 1] = 254;  // The dropped column repeats its neighbour.
-  }
-  EXPECT_EQ(EncodeTmp(fields), expected);
-  fields.Counts.clear();
-  EXPECT_EQ(EncodeTmp(fields).size(), 100000U) << "a shorter file would be of the 8-bit kind";
-}
-
 /// An 8-bit file byte by byte; the value tells column and row apart.
 int LegacyValue(int column, int row) {
   return (3 * column + 7 * row) % 256;
@@ -172,22 +157,6 @@ TEST(LegacyTmp, AFileCutAnywhereKeepsWhatIsBeforeTheCut) {
       1300, 1009);
 }
 
-TEST(LegacyTmp, EncoderWritesWhatTheDecoderReads) {
-  const LegacyFields fields{"-12.75",
-                            '9',
-                            "0.83",
-                            "950630235901",
-                            "first line" + std::string(819, '\0') + "end",
-                            "memo" + std::string(15, '\0') + "!",
-                            Raster<std::uint8_t>(255, 207, LegacyValue)};
-  Bytes expected = HandMadeLegacy();
-  Put(expected, 0, std::string(9, '\0'));
-  for (std::size_t row = 0; row < 207; ++row) {
-    expected[1024 + row * 256 + 255] = expected[1024 + row * 256 + 254];
-  }
-  EXPECT_EQ(EncodeLegacyTmp(fields), expected);
-}
-
 /// Position p holds p x 40503 modulo 65536: no two neighbours or rows are alike.
 std::uint32_t BinCount(int column, int row) {
   return static_cast<std::uint32_t>(row * 320 + column) * 40503;
@@ -246,20 +215,17 @@ TEST(StillKinds, AMisnamedFileIsToldFromAnImage) {
 }
 
 TEST(TxiWords, LowAndHighLimitUnfoldByTheirOwnRules) {
-  struct Case {
-    int LowWord, HighWord;
-    double Low, High;
-  };
-  for (const Case& c :
+  using Case = std::tuple<int, int, double, double>;
+  for (const auto& [lowWord, highWord, low, high] :
        {Case{0, 0, 0.0, 0.0}, Case{-200, 1000, -20.0, 100.0}, Case{200, -1, 20.0, 3276.8},
         Case{-200, -100, 3296.7, 3286.7}, Case{-100, -200, -10.0, 3296.7},
         Case{-100, -100, -10.0, 3286.7}, Case{-1, 0, -0.1, 0.0}, Case{-32768, -1, 6553.5, 3276.8},
         Case{-32768, 5, -3276.8, 0.5}, Case{32767, -32768, 3276.7, 6553.5},
         Case{28013, 18, 2801.3, 1.8}}) {
     const TxiScale scale =
-        DecodeTxiWords(static_cast<std::int16_t>(c.LowWord), static_cast<std::int16_t>(c.HighWord));
-    EXPECT_DOUBLE_EQ(scale.Low, c.Low) << c.LowWord << " " << c.HighWord;
-    EXPECT_DOUBLE_EQ(scale.High, c.High) << c.LowWord << " " << c.HighWord;
+        DecodeTxiWords(static_cast<std::int16_t>(lowWord), static_cast<std::int16_t>(highWord));
+    EXPECT_DOUBLE_EQ(scale.Low, low) << lowWord << " " << highWord;
+    EXPECT_DOUBLE_EQ(scale.High, high) << lowWord << " " << highWord;
   }
 }
 
@@ -296,19 +262,15 @@ TEST(BmpTrailer, WordsAreBigEndianAndUnsigned) {
 }
 
 TEST(BmpTrailer, ItLiesWhereTheDistanceFromTheFilesEndSays) {
-  struct Case {
-    std::uint64_t FileSize;
-    int Distance;
-    std::optional<std::uint64_t> Position;
-  };
-  for (const Case& c :
+  using Case = std::tuple<std::uint64_t, int, std::optional<std::uint64_t>>;
+  for (const auto& [fileSize, distance, position] :
        {Case{1096, 18, 1078}, Case{1096, 100, 996}, Case{18, 18, 0}, Case{17, 18, std::nullopt},
         Case{1096, 17, std::nullopt}, Case{1096, 1097, std::nullopt}, Case{1096, 1096, 0},
         Case{1096, 0, std::nullopt}, Case{1096, -18, std::nullopt},
         Case{1096, -32768, std::nullopt}, Case{32767, 32767, 0}, Case{0, 18, std::nullopt},
         Case{0x140000000, 18, 0x13FFFFFEE}}) {
-    EXPECT_EQ(BmpTrailerPosition(c.FileSize, static_cast<std::int16_t>(c.Distance)), c.Position)
-        << c.FileSize << " " << c.Distance;
+    EXPECT_EQ(BmpTrailerPosition(fileSize, static_cast<std::int16_t>(distance)), position)
+        << fileSize << " " << distance;
   }
 }
 

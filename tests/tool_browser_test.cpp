@@ -66,22 +66,20 @@ TEST_F(ToolBrowser, NoteWritesTheRecordOfEachKind) {
   tmp.Counts.assign(std::size_t{255} * 223, 1);
   Write("new.tmp", EncodeTmp(tmp));
   Write("old.tmp", EncodeLegacyTmp(PlainLegacy(1)));
-  struct Case {
-    const char* Name;
-    std::size_t Comment, CommentSize, Memo;
-  };
-  for (const Case& c : {Case{"@a.sit", 214, 638, 982}, Case{"@new.tmp", 214, 768, 982},
-                        Case{"@old.tmp", 128, 832, 960}}) {
-    const std::string longest(c.CommentSize, 'x');
-    Bytes expected = Read(c.Name + 1);
-    Put(expected, c.Comment, longest);
-    Put(expected, c.Memo, std::string("12345678901234567890"));
+  using Case = std::tuple<const char*, std::size_t, std::size_t, std::size_t>;
+  for (const auto& [name, comment, commentSize, memo] :
+       {Case{"@a.sit", 214, 638, 982}, Case{"@new.tmp", 214, 768, 982},
+        Case{"@old.tmp", 128, 832, 960}}) {
+    const std::string longest(commentSize, 'x');
+    Bytes expected = Read(name + 1);
+    Put(expected, comment, longest);
+    Put(expected, memo, std::string("12345678901234567890"));
     EXPECT_EQ(
-        Run({"note", c.Name, "--comment", longest.c_str(), "--memo", "12345678901234567890"}).Error,
+        Run({"note", name, "--comment", longest.c_str(), "--memo", "12345678901234567890"}).Error,
         "");
-    EXPECT_EQ(Read(c.Name + 1), expected) << c.Name;
-    EXPECT_EQ(Run({"note", c.Name, "--comment", (longest + "x").c_str()}).Status, 1);
-    EXPECT_EQ(Read(c.Name + 1), expected) << c.Name;
+    EXPECT_EQ(Read(name + 1), expected) << name;
+    EXPECT_EQ(Run({"note", name, "--comment", (longest + "x").c_str()}).Status, 1);
+    EXPECT_EQ(Read(name + 1), expected) << name;
   }
 }
 

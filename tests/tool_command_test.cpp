@@ -1,7 +1,6 @@
 #include <charconv>
 #include <cstring>
 
-#include "formats/float_tiff.h"
 #include "test_files.h"
 
 namespace tessa::testing {
@@ -97,17 +96,6 @@ TEST_F(Tool, CsvHoldsTheShortestDigitsThatGiveEachValueBack) {
   float value = 0;
   std::from_chars(number.begin(), number.end(), value);
   EXPECT_EQ(value, 97.896875F);
-}
-
-TEST_F(Tool, TifHoldsTheTemperaturesThemselves) {
-  std::vector<float> degrees(76800, 20.0F);
-  for (const auto& [place, celsius] :
-       {std::pair{0U, 36.609375F}, std::pair{1U, 0.0F}, std::pair{2U, 30.0F},
-        std::pair{32100U, 70.0F}, std::pair{32101U, -10.0F}, std::pair{76799U, -0.015625F}}) {
-    degrees[place] = celsius;
-  }
-  Export({"--unit", "F"}, "@t.tif");  // Celsius all the same.
-  EXPECT_EQ(ReadBytes(Path("t.tif")), EncodeFloatTiff(320, 240, degrees));
 }
 
 TEST_F(Tool, PicturesHoldTheIndicesInTheChosenPalette) {

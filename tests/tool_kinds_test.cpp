@@ -1,4 +1,3 @@
-#include "formats/bin_raster.h"
 #include "test_files.h"
 
 namespace tessa::testing {
@@ -70,22 +69,6 @@ class ToolKinds : public ToolTest {
     EXPECT_EQ(folder_.Names(), before);
   }
 };
-
-TEST_F(ToolKinds, TheTemperaturesOfEachKindComeOutInATable) {
-  using Case = std::tuple<const char*, Bytes, const char*, const char*>;
-  for (const auto& [name, content, first, last] :
-       {Case{"@t.tmp", Tmp(), "-10,-9.984375,-9.96875,", ",-6.046875,-6.03125\n"},
-        Case{"@l.tmp", EncodeLegacyTmp(PlainLegacy(28)), "7.5,7.5,", ",7.5\n"},
-        Case{"@b.bin", EncodeBin(std::vector<std::int16_t>(76800, 2733)), "0.1,0.1,", ",0.1\n"},
-        Case{"@x.txi", Bitmap(-200, 1000), "-20,4,20,28\n100,", "\n"},
-        Case{"@c.rti", Container(4), "20,20.1,16.8\n", "26.8,26.7,17.8\n"}}) {
-    Write(name + 1, content);
-    EXPECT_EQ(Info(name).value(u"Problems"_s), QJsonValue(QJsonArray())) << name;
-    const QByteArray csv = Export(name, "@t.csv");
-    EXPECT_THAT(csv.toStdString(), StartsWith(first)) << name;
-    EXPECT_TRUE(csv.endsWith(last)) << name << csv.right(40).toStdString();
-  }
-}
 
 TEST_F(ToolKinds, EveryFrameIsWithinReachAndItsOwnFileComesFirst) {
   Write("s.rti", Snapshot({Frame(0), EncodeEmptyFrameArray(), Frame(2)}));

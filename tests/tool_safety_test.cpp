@@ -63,13 +63,6 @@ TEST_F(ToolSafety, TextsAndNamesReachATerminalHarmless) {
   }
 }
 
-TEST_F(ToolSafety, TheLimitOnFileSizesGivesAReason) {
-  const Outcome outcome = Shell("(ulimit -f 8; $T export s.sit -o l.csv); s=$?; ls -A; exit $s");
-  EXPECT_EQ(outcome.Status, 1);
-  EXPECT_THAT(outcome.Error, HasSubstr("File too large"));
-  EXPECT_EQ(outcome.Out, "f.rti\ns.sit\n");
-}
-
 TEST_F(ToolSafety, NamesThatAreNoTextOpenAndAreWrittenBeside) {
   const Outcome outcome = Shell(
       "d=$(printf 'd\\377'); n=$(printf 'n\\303\\377'); mkdir \"$d\" && cp s.sit \"$d/$n.sit\" && "
@@ -104,19 +97,6 @@ TEST_F(ToolSafety, PalettesAndPlugInsThatAreMissingAreNamed) {
   const Outcome outcome = own("export s.sit -o x.png --bar");
   EXPECT_EQ(outcome.Status, 1);
   EXPECT_THAT(outcome.Error, HasSubstr("no working plug-in"));
-}
-
-TEST_F(ToolSafety, FoldersOfOthersStayWhateverTheyAreCalled) {
-  const Outcome outcome = Shell(
-      "mkdir bin shared shared/tmp-2024-invoices bin/tmp-2024-invoices && "
-      "touch shared/tmp-2024-invoices/a bin/tmp-2024-invoices/a && "
-      "cp \"$T\" \"$(dirname \"$T\")/palette.dta\" bin && "
-      "env -u XDG_RUNTIME_DIR -u XDG_CACHE_HOME HOME=/nonexistent TMPDIR=\"$PWD/shared\" "
-      "bin/tessatool export '" TESSA_SAMPLE_FOLDER
-      "/house-with-photo.sit' -o v.png --visible && "
-      "ls shared bin/tmp* && test -s v.png");
-  EXPECT_EQ(outcome.Status, 0) << outcome.Error;
-  EXPECT_EQ(outcome.Out, "bin/tmp-2024-invoices:\na\n\nshared:\ntmp-2024-invoices\n");
 }
 
 TEST_F(ToolSafety, SignalsEndARunBetweenFilesAndAKillLeavesNoScraps) {

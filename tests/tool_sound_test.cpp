@@ -56,12 +56,8 @@ TEST_F(ToolSound, RefusalsSayWhyAndChangeNothing) {
   Write("silent.sit", NoteSit("SIT V3.0A ", "156161  ", "WAV", First(Wave(4000), 44)));
   Write("still.sit", NoteSit("SIT V3.0A ", "156161  ", "WAV", Wave(0)));
   Write("cut.aif", First(Read("SND1.AIF"), 100));
-  struct Case {
-    std::vector<const char*> Words;
-    int Status;
-    const char* Reason;
-  };
-  for (const Case& c : std::initializer_list<Case>{
+  using Case = std::tuple<std::vector<const char*>, int, const char*>;
+  for (const auto& [words, status, reason] : std::initializer_list<Case>{
            {{"sound", "@none.sit", "-o", "@x.wav"}, 1, "no sound note"},
            {{"sound", "@silent.sit", "-o", "@x.wav"}, 1, "no data"},
            {{"sound", "@still.sit", "-o", "@x.wav"}, 1, "0 Hz"},
@@ -82,9 +78,9 @@ TEST_F(ToolSound, RefusalsSayWhyAndChangeNothing) {
            {{"embed", "@SND1.AIF", "--in-place"}, 1, "only SIT images"}}) {
     const Bytes before = Joined(Joined(Read("side.sit"), Read("none.sit")), Read("SND1.AIF"));
     const QStringList names = folder_.Names();
-    const Outcome outcome = Run(c.Words);
-    EXPECT_EQ(outcome.Status, c.Status) << c.Reason;
-    EXPECT_THAT(outcome.Error, HasSubstr(c.Reason));
+    const Outcome outcome = Run(words);
+    EXPECT_EQ(outcome.Status, status) << reason;
+    EXPECT_THAT(outcome.Error, HasSubstr(reason));
     EXPECT_EQ(Joined(Joined(Read("side.sit"), Read("none.sit")), Read("SND1.AIF")), before);
     EXPECT_EQ(folder_.Names(), names);
   }

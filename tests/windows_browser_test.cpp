@@ -1,3 +1,10 @@
+#include <QComboBox>
+#include <QDir>
+#include <QLabel>
+#include <QMenu>
+#include <QPushButton>
+#include <QTimer>
+
 #include "formats/tmp_image.h"
 #include "test_main_window.h"
 #include "windows/browser_window.h"
@@ -13,17 +20,18 @@ class BrowserWindowTest : public MainWindowTest {
   BrowserWindowTest() {
     QDir().mkpath(Images());
     for (int i = 1; i <= 12; ++i) {
-      folder_.Write(u"images/f%1.sit"_s.arg(i), EncodedScene());
+      folder_.Write(QStringLiteral("images/f%1.sit").arg(i), EncodedScene());
     }
-    folder_.Write(u"images/f13.rti"_s, ThreeFrames());
-    folder_.Write(u"images/f14.jpg"_s, {});
-    LegacyFields old = PlainLegacy(100);
+    folder_.Write(QStringLiteral("images/f13.rti"), ThreeFrames());
+    folder_.Write(QStringLiteral("images/f14.jpg"), {});
+    LegacyFields old;
     old.Comment = "old <b>";
-    folder_.Write(u"images/f15.tmp"_s, EncodeLegacyTmp(old));
-    session_.Words.ReadTable(WordTable());
+    old.Values.assign(std::size_t{255} * 207, 100);
+    folder_.Write(QStringLiteral("images/f15.tmp"), EncodeLegacyTmp(old));
+    session_.Words.ReadTable(ReadAll(QStringLiteral(TESSA_SOURCE_FOLDER "/resources/strings.tsv")));
     session_.Settings.TargetFolder = folder_.Path(QString());
   }
-  QString Images() const { return folder_.Path(u"images"_s); }
+  QString Images() const { return folder_.Path(QStringLiteral("images")); }
   /// Opens the browser from the main window, runs `work` in it, and closes what is still open.
   void Browse(const std::function<void(BrowserWindow&)>& work) {
     session_.Settings.LastFolder = Images() + QLatin1Char('/');
@@ -42,7 +50,9 @@ class BrowserWindowTest : public MainWindowTest {
   }
   template <typename Widget>
   static Widget& In(QWidget& window, const char* name) {
-    return FindIn<Widget>(window, name);
+    auto* const found = window.findChild<Widget*>(QString::fromLatin1(name));
+    EXPECT_NE(found, nullptr) << name;
+    return *found;
   }
   static TileGrid& Grid(BrowserWindow& browser) { return In<TileGrid>(browser, "TileGrid"); }
   static QRgb BackgroundOf(TileWidget& tile) { return tile.grab().toImage().pixel(3, 3); }
@@ -59,10 +69,10 @@ TEST_F(BrowserWindowTest, PagingThroughAllKindsLeavesTheOpenImageAsItWas) {
   Browse([&](BrowserWindow& browser) {
     EXPECT_EQ(session_.Image.ThumbBrowserActive, 99);
     In<QPushButton>(browser, "Command6").click();
-    EXPECT_EQ(In<QComboBox>(browser, "Combo3").currentText(), u"2 of 2"_s);
+    EXPECT_EQ(In<QComboBox>(browser, "Combo3").currentText(), QStringLiteral("2 of 2"));
     EXPECT_TRUE(Grid(browser).Tile(4).isVisible());
     EXPECT_FALSE(Grid(browser).Tile(5).isVisible());
-    EXPECT_TRUE(Grid(browser).Tile(3).toolTip().contains(u"empty"_s));
+    EXPECT_TRUE(Grid(browser).Tile(3).toolTip().contains(QStringLiteral("empty")));
     Grid(browser).Tile(3).grab();  // The broken one paints too.
     In<QPushButton>(browser, "Command3").click();
     EXPECT_FALSE(In<QPushButton>(browser, "Command4").isEnabled());
@@ -94,13 +104,13 @@ TEST_F(BrowserWindowTest, KeysAloneSelectTurnPagesAndOpen) {
     EXPECT_EQ(browser.Pages().Files.SelectedCount(), 15);
     QTest::keyClick(browser.focusWidget(), Qt::Key_A, Qt::ControlModifier | Qt::ShiftModifier);
     EXPECT_EQ(browser.Pages().Files.SelectedCount(), 0);
-    folder_.Write(u"images/f0.sit"_s, EncodedScene());
+    folder_.Write(QStringLiteral("images/f0.sit"), EncodedScene());
     QTest::keyClick(browser.focusWidget(), Qt::Key_F5);
     EXPECT_EQ(browser.Pages().Files.Count(), 16);
     In<QComboBox>(browser, "Combo1").setCurrentIndex(3);
     QTest::keyClick(browser.focusWidget(), Qt::Key_Return);
   });
-  EXPECT_EQ(session_.Image.CurrentFilePath, Images() + u"/f1.sit"_s);
+  EXPECT_EQ(session_.Image.CurrentFilePath, Images() + QStringLiteral("/f1.sit"));
   EXPECT_EQ(session_.View.PaletteSelection, 3);
   EXPECT_TRUE(session_.View.HasImage);
   EXPECT_FALSE(session_.Image.UiLocked);
@@ -112,12 +122,12 @@ TEST_F(BrowserWindowTest, SelectAllThenLoadFindsNoFile) {
     In<QPushButton>(browser, "Command1").click();
   });
   EXPECT_TRUE(session_.View.NoPicture.Shown);
-  EXPECT_EQ(session_.View.NoPicture.Reason, u"The file is not there."_s);
+  EXPECT_EQ(session_.View.NoPicture.Reason, QStringLiteral("The file is not there."));
 }
 
 TEST_F(BrowserWindowTest, AnEmptyFolderAndAGoneFileSaySo) {
   Browse([&](BrowserWindow& browser) {
-    QFile::remove(Images() + u"/f2.sit"_s);
+    QFile::remove(Images() + QStringLiteral("/f2.sit"));
     QTest::mouseClick(&Grid(browser).Tile(1), Qt::LeftButton, {}, QPoint(8, 8));
     auto& filters = In<QComboBox>(browser, "Combo2");
     filters.setCurrentIndex(5);
@@ -126,7 +136,7 @@ TEST_F(BrowserWindowTest, AnEmptyFolderAndAGoneFileSaySo) {
     EXPECT_FALSE(In<QComboBox>(browser, "Combo3").isVisible());
     In<QPushButton>(browser, "Command1").click();  // What was picked is gone.
   });
-  EXPECT_EQ(session_.View.NoPicture.FileName, u"f2.sit"_s);
+  EXPECT_EQ(session_.View.NoPicture.FileName, QStringLiteral("f2.sit"));
 }
 
 TEST_F(BrowserWindowTest, TheTargetFolderIsMadeAndRenamed) {
@@ -136,25 +146,25 @@ TEST_F(BrowserWindowTest, TheTargetFolderIsMadeAndRenamed) {
     browser.SetDialogs(std::move(dialogs));
     const auto choose = [&](const char* entry) {
       QTimer::singleShot(0, &browser, [&browser, entry] {
-        auto* const menu = browser.findChild<QMenu*>(u"mnuCreateDir"_s);
+        auto* const menu = browser.findChild<QMenu*>(QStringLiteral("mnuCreateDir"));
         ASSERT_NE(menu, nullptr);
         menu->setActiveAction(menu->findChild<QAction*>(QString::fromLatin1(entry)));
         QTest::keyClick(menu, Qt::Key_Return);
       });
       for (FolderPanel* const panel : browser.findChildren<FolderPanel*>()) {
-        if (panel->findChild<QWidget*>(u"Dir2"_s) != nullptr) {
+        if (panel->findChild<QWidget*>(QStringLiteral("Dir2")) != nullptr) {
           Q_EMIT panel->MenuAsked(QPoint(100, 100));
         }
       }
     };
-    script.Text = u"new & old"_s;
+    script.Text = QStringLiteral("new & old");
     choose("mnuCreateFolder");
     EXPECT_TRUE(QDir(folder_.Path(script.Text)).exists());
     EXPECT_EQ(browser.Pages().TargetFolder, folder_.Path(script.Text));
-    script.Text = u"other"_s;
+    script.Text = QStringLiteral("other");
     choose("mnuRename");
     EXPECT_TRUE(QDir(folder_.Path(script.Text)).exists());
-    EXPECT_FALSE(QDir(folder_.Path(u"new & old"_s)).exists());
+    EXPECT_FALSE(QDir(folder_.Path(QStringLiteral("new & old"))).exists());
   });
 }
 
@@ -163,24 +173,25 @@ TEST_F(BrowserWindowTest, TheInformationSaysWhatEachKindHas) {
     browser.Pages().ShowLast();
     const auto info = [&](int tile) { return InfoOfTile(browser.Pages(), tile, session_.Words); };
     ImageInfoDialog old(info(4), session_.Words, &browser);
-    EXPECT_EQ(In<QLabel>(old, "lblType").text(), u"3303 Image"_s);
-    EXPECT_EQ(In<QLabel>(old, "lblSize").text(), u" 255 x 207 Pixels"_s);
-    EXPECT_EQ(In<QLabel>(old, "lblEmissivity").text(), u"0.95"_s);
-    EXPECT_EQ(info(4).Comment, u"old <b>"_s);
+    EXPECT_EQ(In<QLabel>(old, "lblType").text(), QStringLiteral("3303 Image"));
+    EXPECT_EQ(In<QLabel>(old, "lblSize").text(), QStringLiteral(" 255 x 207 Pixels"));
+    EXPECT_EQ(In<QLabel>(old, "lblEmissivity").text(), QStringLiteral("0.95"));
+    EXPECT_EQ(info(4).Comment, QStringLiteral("old <b>"));
     EXPECT_EQ(info(4).CommentLimit, 832);
-    EXPECT_EQ(info(2).Type, u"SnapShot Image"_s);
+    EXPECT_EQ(info(2).Type, QStringLiteral("SnapShot Image"));
     EXPECT_FALSE(info(2).Date.isEmpty());
     const ImageInfo broken = info(3);
-    EXPECT_EQ(broken.Comment + broken.Memo + broken.Size + broken.Origin, u"NoneNone"_s);
+    EXPECT_EQ(broken.Comment + broken.Memo + broken.Size + broken.Origin,
+              QStringLiteral("NoneNone"));
     session_.Words.SetLanguage(1);
     EXPECT_TRUE(info(2).Date.isEmpty());  // Only the English word tells a snapshot.
     session_.Words.SetLanguage(0);
   });
   window_->OpenFile(scene_);
-  EXPECT_EQ(InfoOfOpenImage(session_).Origin, u"-1"_s);
-  window_->OpenFile(Images() + u"/f13.rti"_s);
+  EXPECT_EQ(InfoOfOpenImage(session_).Origin, QStringLiteral("-1"));
+  window_->OpenFile(Images() + QStringLiteral("/f13.rti"));
   const ImageInfo sequence = InfoOfOpenImage(session_);
-  EXPECT_EQ(sequence.Frames + sequence.Memo, u"3None"_s);
+  EXPECT_EQ(sequence.Frames + sequence.Memo, QStringLiteral("3None"));
 }
 
 }  // namespace

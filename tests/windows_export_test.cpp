@@ -70,22 +70,20 @@ class ExportTest : public ::testing::Test {
 };
 
 TEST_F(ExportTest, DrawingsHaveTheSizesThatImageAndTextsAskFor) {
-  struct Case {
-    int Width, Height, ShownWidth, ShownHeight, DrawingHeight;
-  };
+  using Case = std::tuple<int, int, int, int, int>;
   // 255 x 223 is small in both directions; 400 x 303 becomes 317 wide, which is not quite the same
   // shape, so a row is left out.
-  for (const Case& test :
+  for (const auto& [width, height, shownWidth, shownHeight, drawingHeight] :
        {Case{320, 240, 320, 240, 240}, Case{160, 120, 160, 120, 120}, Case{640, 480, 320, 240, 240},
         Case{255, 223, 255, 223, 223}, Case{400, 303, 317, 240, 239}}) {
-    OpenFrames(test.Width, test.Height);
+    OpenFrames(width, height);
     const int text = std::max(MeasureText(u"60.0 "_s).width(), MeasureText(u"-20.0 "_s).width());
     BuildPaletteView(session_);
-    EXPECT_EQ(Composite(), QSize(test.ShownWidth + 25 + text, test.DrawingHeight)) << test.Width;
+    EXPECT_EQ(Composite(), QSize(shownWidth + 25 + text, drawingHeight)) << width;
     EXPECT_EQ(session_.Buffers.PicBuf6.BufWidth(), 20 + text);
-    EXPECT_EQ(session_.Buffers.PicBuf6.BufHeight(), test.ShownHeight);
+    EXPECT_EQ(session_.Buffers.PicBuf6.BufHeight(), shownHeight);
     BuildCompositeView(session_);
-    EXPECT_EQ(Composite(), QSize(test.ShownWidth + 25 + text + 325, test.DrawingHeight));
+    EXPECT_EQ(Composite(), QSize(shownWidth + 25 + text + 325, drawingHeight));
   }
 }
 

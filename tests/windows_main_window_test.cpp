@@ -17,15 +17,18 @@ namespace {
 constexpr int kLastColumn = kSitWidth - 1;
 constexpr int kLastRow = kSitHeight - 1;
 
-TEST_F(MainWindowTest, StartsEmptyAndOffersToOpenAnImage) {
-  EXPECT_EQ(window_->windowTitle(), u"Corvane T-40 Viewer"_s);
-  EXPECT_TRUE(IsShown("SSPanel9"));
-  EXPECT_FALSE(Picture().isVisible());
-  EXPECT_FALSE(IsShown("SSPanel8"));
-  EXPECT_FALSE(Find<QAction>("mnuClose").isEnabled());
-}
-
-TEST_F(MainWindowTest, ShowsAnOpenedImageUnderItsUpperCasedName) {
+TEST_F(MainWindowTest, IsEmptyUntilAnImageOpensAndAgainWhenItIsClosed) {
+  const auto expectEmpty = [this](const QString& title) {
+    EXPECT_EQ(window_->windowTitle(), title);
+    EXPECT_TRUE(IsShown("SSPanel9"));
+    EXPECT_FALSE(Picture().isVisible() || IsShown("SSPanel8"));
+    EXPECT_FALSE(Find<QAction>("mnuClose").isEnabled());
+    for (int i = 1; i <= 6; ++i) {
+      EXPECT_EQ(Panel(i), QString()) << i;
+    }
+    EXPECT_TRUE(session_.Image.CurrentFile.isEmpty());
+  };
+  expectEmpty(u"Corvane T-40 Viewer"_s);
   window_->OpenFile(scene_);
   EXPECT_EQ(window_->windowTitle(), u"Corvane T-40 Viewer - "_s + scene_.toUpper());
   EXPECT_EQ(Panel(4), u"Emissivity: 0.95"_s);
@@ -33,6 +36,8 @@ TEST_F(MainWindowTest, ShowsAnOpenedImageUnderItsUpperCasedName) {
   EXPECT_EQ(Panel(6), scene_.toUpper());
   EXPECT_FALSE(IsShown("SSPanel9"));
   EXPECT_EQ(Picture().size(), QSize(640, 480));
+  Trigger("mnuClose");
+  expectEmpty(u"TessaView"_s);
 }
 
 TEST_F(MainWindowTest, EveryScreenPixelIsTheBufferPixelThatTheReadoutNames) {
@@ -132,18 +137,6 @@ TEST_F(MainWindowTest, ZoomKeysStopAtTheLimits) {
   Trigger("ZoomFit");
   EXPECT_EQ(session_.View.Zoom.ZoomLevel, 2);
   EXPECT_FALSE(IsShown("HScroll1"));
-}
-
-TEST_F(MainWindowTest, ClosingEmptiesTheWindow) {
-  window_->OpenFile(scene_);
-  Trigger("mnuClose");
-  EXPECT_EQ(window_->windowTitle(), u"TessaView"_s);
-  EXPECT_TRUE(IsShown("SSPanel9"));
-  EXPECT_FALSE(Picture().isVisible());
-  for (int i = 1; i <= 6; ++i) {
-    EXPECT_EQ(Panel(i), QString()) << i;
-  }
-  EXPECT_TRUE(session_.Image.CurrentFile.isEmpty());
 }
 
 TEST_F(MainWindowTest, EnteredToolNumbersStayInTheirRanges) {
