@@ -227,7 +227,6 @@ TEST_F(SequenceLoad, TheRangeOnTheScreenStaysWhenItIsAskedFor) {
   EXPECT_NEAR(image_.ScaleMax, 51.0, 1e-5);
   EXPECT_EQ(IndexAt(4, 2), 97);  // 5 indices a degree: 19.4 degrees.
   EXPECT_EQ(image_.ScaleHighText.toStdString(), "123.8");
-  EXPECT_TRUE(view_.SequenceScaleVisible);
   session_.View.Source = RangeSource::kImage;
   EXPECT_TRUE(Show(1, true));
   EXPECT_EQ(IndexAt(0, 0), 0);
