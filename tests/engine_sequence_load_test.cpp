@@ -127,11 +127,8 @@ TEST_F(SequenceLoad, ASnapshotOpensOnItsFirstFrameInTheStoredScale) {
     EXPECT_NEAR(session_.Range.MarkMaximum(), 18.4, 1e-5);
     EXPECT_EQ(session_.Range.RangeMaxValue(), 35.5);
     EXPECT_EQ(view_.Source, RangeSource::kStored);
-    if (fahrenheit) {
-      ExpectScaleTexts("50.0", "95.9", "39.2", "106.7");
-    } else {
-      ExpectScaleTexts("10.0", "35.5", "4.0", "41.5");
-    }
+    fahrenheit ? ExpectScaleTexts("50.0", "95.9", "39.2", "106.7")
+               : ExpectScaleTexts("10.0", "35.5", "4.0", "41.5");
     EXPECT_EQ(view_.StatusPanel[5].toStdString(),
               fahrenheit ? "Range: 14.0 to 608.0" : "Range: -10.0 to 320.0");
     EXPECT_EQ(view_.StatusPanel[4].toStdString(), "Emissivity: 0.88");

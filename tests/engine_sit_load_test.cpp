@@ -79,11 +79,8 @@ TEST_F(SitLoad, HeaderFieldsReachRecordAndPanels) {
         "ImageWidth": 320, "ImageHeight": 240, "LoadButtonTip": "Load Image SIT Images",
         "RangeToggleVisible": true, "RangeControl": {"ScaleMinLimit": -30, "ScaleMaxLimit": 90,
         "ImageMarkMin": -10, "ImageMarkMax": 70, "RangeMinValue": 20, "RangeMaxValue": 40}})");
-    if (fahrenheit) {
-      ExpectScaleTexts("68.0", "104.0", "-22.0", "194.0");
-    } else {
-      ExpectScaleTexts("20.0", "40.0", "-30.0", "90.0");
-    }
+    fahrenheit ? ExpectScaleTexts("68.0", "104.0", "-22.0", "194.0")
+               : ExpectScaleTexts("20.0", "40.0", "-30.0", "90.0");
     EXPECT_EQ(view_.Source, RangeSource::kStored);
     EXPECT_EQ(view_.StatusPanel[4].toStdString(), "Emissivity: 0.95");
     EXPECT_EQ(view_.StatusPanel[5].toStdString(),

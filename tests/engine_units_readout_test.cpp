@@ -72,11 +72,9 @@ TEST_F(OpenSit, SwitchingTheUnitRewritesEveryTextAndNothingElse) {
     EXPECT_EQ(image_.DisplayUnits, unit);
     EXPECT_EQ(image_.FileUnits, unit);
     EXPECT_EQ(view_.CelsiusSelected, !fahrenheit);
-    if (fahrenheit) {
-      ExpectScaleTexts("68.0", "104.0", "59.0", "113.0");  // The limits are 15 and 45.
-    } else {
-      ExpectScaleTexts("20.0", "40.0", "15.0", "45.0");
-    }
+    // The limits are 15 and 45.
+    fahrenheit ? ExpectScaleTexts("68.0", "104.0", "59.0", "113.0")
+               : ExpectScaleTexts("20.0", "40.0", "15.0", "45.0");
     EXPECT_EQ(view_.ScaleLabel[1].toStdString(), fahrenheit ? "86.0" : "30.0");
     EXPECT_EQ(view_.StatusPanel[5].toStdString(),
               fahrenheit ? "Range: -40.0 to 248.0" : "Range: -40.0 to 120.0");
