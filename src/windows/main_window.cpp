@@ -105,6 +105,7 @@ MainWindow::MainWindow(Session& session, UserSettings& user) : session_(session)
 }
 
 MainWindow::~MainWindow() {
+  WriteRecentFiles();
   if (player_ != nullptr) {
     player_->Changed = nullptr;
   }
@@ -373,12 +374,17 @@ void MainWindow::RememberOpened() {
   if (image.CurrentFile.isEmpty() || FindNoImage(session_.Faults) != nullptr) {
     return;
   }
-  // The settings go to the disk with it, which the picture need not wait for.
+  opened_ += image.CurrentFilePath;
   constexpr int kAfterPicture = 100;  // Milliseconds.
-  QTimer::singleShot(kAfterPicture, this, [this, path = image.CurrentFilePath] {
+  QTimer::singleShot(kAfterPicture, this, &MainWindow::WriteRecentFiles);
+}
+
+/// The settings go to the disk with them, which no picture waits for.
+void MainWindow::WriteRecentFiles() {
+  for (const QString& path : std::exchange(opened_, {})) {
     user_.AddRecentFile(path);
-    recentMenu_->setEnabled(true);
-  });
+  }
+  recentMenu_->setEnabled(!user_.RecentFiles().isEmpty());
 }
 
 void MainWindow::ChoosePalette(int position) {
