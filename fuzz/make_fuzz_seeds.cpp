@@ -4,13 +4,11 @@
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
-#include <initializer_list>
 #include <string>
 #include <string_view>
 
 #include "../tests/builders.h"
 #include "formats/bmp_trailer.h"
-#include "formats/palette_file.h"
 #include "view/jpeg_picture.h"
 
 namespace {
@@ -99,11 +97,7 @@ Bytes SmallSequence(float version) {
 }
 
 void WriteSequenceSeeds(const std::filesystem::path& folder) {
-  const SeedFolder arrays(folder / "frame_array");
   const std::int16_t pixels[] = {1, 2, 3, 4, 5, 6};
-  arrays.Write("words", Joined({3, 2}, tessa::EncodeFrameArray(3, 2, pixels)));
-  arrays.Write("bytes", Joined({3, 2}, tessa::EncodeFrameArray(3, 2, pixels, 1)));
-  arrays.Write("empty", Joined({3, 2}, tessa::EncodeEmptyFrameArray()));
   const SeedFolder sequences(folder / "sequence");
   sequences.Write("plain", SmallSequence(1.0F));
   sequences.Write("stamped", SmallSequence(tessa::kStampedVersion));
@@ -114,7 +108,6 @@ void WriteSequenceSeeds(const std::filesystem::path& folder) {
   frames.Write("plain", Joined(head, SmallSequence(1.0F)));
   frames.Write("stamped", Joined(head, SmallSequence(tessa::kStampedVersion)));
   frames.Write("container", Joined(head, SmallSequence(tessa::kContainerVersion)));
-  frames.Write("no_frame_file", Joined({0, 0}, SmallSequence(tessa::kContainerVersion)));
 }
 
 /// The picture files and a SIT image with a photograph, each for an entry that takes a file through
@@ -138,38 +131,11 @@ void WritePictureSeeds(const SeedFolder& folder, Bytes head) {
         tessa::EncodeJpeg(SmallPicture().convertToFormat(QImage::Format_Indexed8), 80));
 }
 
-/// The texts that a user or a file brings in.
-void WriteTextSeeds(const std::filesystem::path& folder) {
-  const auto write = [&](const char* entry, std::initializer_list<std::string_view> texts) {
-    const SeedFolder seeds(folder / entry);
-    int number = 0;
-    for (const std::string_view text : texts) {
-      seeds.Write(std::to_string(number++), Bytes(text.begin(), text.end()));
-    }
-  };
-  write("text", {"36.65 \xB0\x43", "-0.049999", "+1e15x", " \t.5", "9.96", "\xE2\x82\xAC\xC3\xA4",
-                 "999999999999999.95"});
-  write("settings", {"/data/images\n/data/reports\n 3 \n 10 \nC\n", "\n\n-1\n99\nF", "a\r\nb\r\n"});
-  write("download_ini",
-        {"/data/images\r\n 3 \r\n 1 \r\n 0 \r\n 1 \r\n95\r\n 2 \r\n 1 \r\n-5.5\r\n10\r\n 1 \r\n 0 "
-         "\r\n 1 \r\n 1 \r\n 0 \r\n 1 \r\n 1 \r\n",
-         "\"/with, comma\"\n-1\n2\n7\n99999\n\"\"\n", "/a,7\n\"x\n1e400", "\""});
-  write("arguments", {"1-10,15\nimage\n-40:120\nHOT IRON\n7", "\"/data/an image.sit\"",
-                      "1-1,32767\n20:10\nprefix-\n../up"});
-  write("labels", {"36.6 \xC2\xB0\x43", "<img src=/dev/zero><h1>A</h1>", "a\n\tb &amp; c",
-                   "\xE2\x80\xAE\xD7\x90\xCC\x81\xF0\x9F\x94\xA5"});
-}
-
 /// The first byte of an input for the whole load is the number of the ending.
 void WriteLoadSeeds(const std::filesystem::path& folder, const Bytes& sit) {
-  const SeedFolder tmps(folder / "tmp");
   const Bytes tmp = tessa::EncodeTmp({});
   const Bytes legacy = tessa::EncodeLegacyTmp({});
-  tmps.Write("words", tmp);
-  tmps.Write("bytes", legacy);
-  tmps.Write("header", Start(tmp, 1100));
   const Bytes trailer = tessa::EncodeBmpTrailer({230, 30, 3132, 2932});
-  SeedFolder(folder / "trailer").Write("at_the_end", Joined({18, 0}, trailer));
   const SeedFolder loads(folder / "load");
   loads.Write("snapshot", Joined({0}, SmallSequence(tessa::kStampedVersion)));
   loads.Write("container", Joined({0}, SmallSequence(tessa::kContainerVersion)));
@@ -202,9 +168,7 @@ void WriteAll(const std::filesystem::path& folder) {
   const SeedFolder bmps(folder / "bmp");
   sits.Write("whole", sit);
   sits.Write("header", Start(sit, 1024));
-  sits.Write("two_rows", Start(sit, 1024 + 1280));
   sits.Write("text", Bytes(600, '\n'));
-  sits.Write("picture", SmallBmp(8, 0, 4, Bytes(64, 7)));
 
   for (const int bits : {1, 2, 4, 8, 16, 24, 32}) {
     const Bytes rows(static_cast<std::size_t>(16 * 4 * bits / 8 + 16), 0x1B);
@@ -218,14 +182,13 @@ void WriteAll(const std::filesystem::path& folder) {
   Bytes core = {'B', 'M', 0, 0, 0, 0, 0, 0, 0, 0, 32, 0, 0,  0, 12, 0, 0,   0, 2, 0,
                 2,   0,   1, 0, 1, 0, 1, 2, 3, 4, 5,  6, 64, 0, 0,  0, 128, 0, 0, 0};
   bmps.Write("core", core);
-  bmps.Write("sit", Start(sit, 2000));
 
   WriteSequenceSeeds(folder);
   WriteLoadSeeds(folder, sit);
-  SeedFolder(folder / "palette").Write("whole", Bytes(tessa::kPaletteFileSize, 0x40));
-  SeedFolder(folder / "bin").Write("start", Bytes(2000, 11));
-  SeedFolder(folder / "txi").Write("scale", {0x38, 0xFF, 0xE8, 0x03});
-  WriteTextSeeds(folder);
+  const SeedFolder texts(folder / "text");
+  texts.Write("degrees", ToBytes("36.65 \xB0\x43"));
+  texts.Write("digits", ToBytes("999999999999999.95"));
+  texts.Write("characters", ToBytes("\xE2\x82\xAC\xC3\xA4"));
   const std::uint16_t note[] = {512, 1023, 0, 400};
   SeedFolder(folder / "if_sound").Write("whole", tessa::EncodeIfSound(2850, note));
   SeedFolder(folder / "wave").Write("whole", tessa::EncodeWave(2850, tessa::ToWaveSamples(note)));

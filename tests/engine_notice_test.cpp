@@ -53,7 +53,6 @@ TEST_F(NoticeTest, EveryKindOfUselessFileSaysWhatItIsInTheUsersLanguage) {
     EXPECT_EQ(view_.NoPicture.Reason.toStdString(), english);
     EXPECT_THAT(view_.NoPicture.Detail.toStdString(), ::testing::StartsWith(detail));
     EXPECT_EQ(*detail == '\0', view_.NoPicture.Detail.isEmpty());
-    EXPECT_EQ(view_.NoPicture.Folder, QFileInfo(path).absolutePath());
     EXPECT_EQ(Told(), "");
   };
   QDir().mkdir(Path("Ordner.sit"));
@@ -76,14 +75,6 @@ TEST_F(NoticeTest, WhatBreaksALoadIsAProblemOfTheFileAndNoFormerPictureStays) {
   ExpectNothingOfAnImage();
   ASSERT_NE(FindNoImage(session_.Faults), nullptr);
   EXPECT_EQ(FindNoImage(session_.Faults)->Kind, ProblemKind::kTooLarge);
-  Open("again.sit", Sit());
-  LoadAfresh(session_, [&] {
-    session_.Faults.clear();
-    session_.Steps.Run("create buffer", [] { throw StepFailure("no room"); });
-  });
-  TellAboutFile(session_);
-  ExpectNothingOfAnImage();
-  EXPECT_EQ(view_.NoPicture.Detail, u"No room."_s);
 }
 
 TEST_F(NoticeTest, AFaultyPictureIsShownWithAQuietNoticeThatTheNextLoadTakesAway) {
@@ -94,9 +85,6 @@ TEST_F(NoticeTest, AFaultyPictureIsShownWithAQuietNoticeThatTheNextLoadTakesAway
   session_.Words.SetLanguage(2);
   RetellAboutFile(session_);
   EXPECT_THAT(Told(), ::testing::StartsWith("El archivo está incompleto. The"));
-  session_.Faults.push_back(session_.Faults.front());
-  RetellAboutFile(session_);
-  EXPECT_EQ(FurtherText(view_.Notice, session_.Words), u"y 1 más"_s);
   session_.View.Notice.AboutFile = false;
   DismissNotice(session_.View);
   RetellAboutFile(session_);
@@ -117,13 +105,6 @@ TEST_F(NoticeTest, AFailedSaveAsksAgainFromAFolderThatIsThereAndASuccessIsTold) 
             u"Could not save w.jpg: the folder %1 is not there"_s.arg(Path("no/such")));
   EXPECT_EQ(Told(), "Saved w.jpg");
   EXPECT_FALSE(ReadAll(Path("w.jpg")).isEmpty());
-  Places cancelled;
-  QDir().mkdir(Path("w.bmp"));
-  cancelled.Answers = {Path("w.bmp")};
-  SaveBmp(session_, cancelled);
-  EXPECT_EQ(cancelled.Asked.size(), 2U);
-  EXPECT_EQ(Told(), "Could not save w.bmp: Is a directory");
-  EXPECT_EQ(view_.Notice.Kind, NoticeKind::kFailed);
 }
 
 TEST_F(NoticeTest, WithoutAPictureSavingAndCopyingSayWhyTheyDoNothing) {
@@ -169,23 +150,6 @@ TEST_F(NoticeTest, RefusedEntriesAreToldAndTakenOnesAreNot) {
   Open("Wand.sit", Sit());
   EXPECT_EQ(view_.RangeLowText + view_.RangeHighText, u"0.040.0"_s);
   EXPECT_EQ(view_.LimitMinText, u"-10.0"_s);
-}
-
-TEST_F(NoticeTest, WhatHangsOnAnImageIsLetGoByALoadAndAClose) {
-  struct Counter : ImageFollower {
-    void ImageLeaves() override { ++Left; }
-    void ImageArrived() override {}
-    int Left = 0;
-  } follower;
-  session_.Follower = &follower;
-  Open("Wand.sit", Sit());
-  EXPECT_EQ(follower.Left, 1);
-  session_.Image.VisibleWindowOpen = session_.View.VisibleImageEntries = true;
-  session_.Image.SoundFile = Name("x.wav");
-  CloseImage(session_, *progress_);
-  EXPECT_EQ(follower.Left, 2);
-  EXPECT_FALSE(image_.VisibleWindowOpen || view_.VisibleImageEntries);
-  EXPECT_TRUE(image_.SoundFile.isEmpty());
 }
 
 }  // namespace

@@ -8,7 +8,6 @@ namespace {
 
 constexpr Colour kRed = 0x0000FF;
 constexpr Colour kGreen = 0x00FF00;
-constexpr Colour kBlue = 0xFF0000;
 
 /// A buffer of 8 bits that counts its pixels from `first`.
 Picbuf Counting(int width, int height, int first = 0) {
@@ -55,11 +54,6 @@ TEST(Picbuf, RowsAreReadAndWrittenInsideTheBufferOnly) {
   buffer.PutRow(std::array<std::int32_t, 3>{256, 0x1FF, -1}, 0);  // The low 8 bits count.
   EXPECT_THAT(Row(buffer, 0), ElementsAre(0, 255, 255));
   EXPECT_THAT(Row(buffer, 1), ElementsAre(3, 4, 5));
-  Picbuf colours;
-  colours.CreateBuffer(kWhite, 1, 2, 24);
-  colours.PutRow(std::array<std::int32_t, 2>{0x123456, 0}, 0);
-  EXPECT_THAT(Row(colours, 0), ElementsAre(0x123456, 0));
-  EXPECT_THROW(colours.IndexRow(0), std::out_of_range);
   EXPECT_THROW(Picbuf().GetRow(wide, 0), std::out_of_range);
 }
 
@@ -70,15 +64,6 @@ TEST(Picbuf, OnlyBuffersThatCanExistAreMade) {
     EXPECT_THROW(buffer.CreateBuffer(0, height, width, bits), StepFailure);
     EXPECT_THAT(Row(buffer, 0), ElementsAre(0, 1));
   }
-  buffer.CreateBuffer(7, 2, 3, 8);
-  EXPECT_EQ(buffer.BufHeight(), 2);
-  EXPECT_THAT(Row(buffer, 1), Each(7));
-  EXPECT_EQ(buffer.GetPaletteColor(100), 0x646464U);
-  buffer.CreateBuffer(0x102030, 1, 3, 24);
-  EXPECT_THAT(Row(buffer, 0), Each(0x102030));
-  buffer.FreeBuffer();
-  EXPECT_EQ(buffer.BufWidth() + buffer.BufHeight() + buffer.BufDepth(), 0);
-  EXPECT_TRUE(buffer.ViewPicture().isNull());
 }
 
 TEST(Picbuf, DepthChangesKeepWhatIsSeen) {
@@ -86,31 +71,13 @@ TEST(Picbuf, DepthChangesKeepWhatIsSeen) {
   buffer.SetPaletteColor(kRed, 4);
   buffer.SetPaletteColor(0x1E140A, 5);  // 10, 20, 30
   buffer.ConvertDepth(24);
-  EXPECT_EQ(buffer.BufDepth(), 24);
   EXPECT_THAT(Row(buffer, 0), ElementsAre(kRed, 0x1E140A));
   EXPECT_THROW(buffer.ConvertDepth(8), StepFailure);
   buffer.ReduceTo8Bit();
-  EXPECT_EQ(buffer.BufDepth(), 8);
   EXPECT_THAT(Row(buffer, 0), ElementsAre(76, 18));
   EXPECT_EQ(buffer.GetPaletteColor(76), 0x4C4C4CU);
   EXPECT_THROW(buffer.GetPaletteColor(256), std::out_of_range);
   EXPECT_THROW(buffer.SetPaletteColor(0, -1), std::out_of_range);
-}
-
-TEST(PicbufCopy, WithoutSelectionsTheDestinationBecomesTheSource) {
-  Picbuf source = Counting(3, 2);
-  source.SetPaletteColor(kBlue, 9);
-  Select(source, 1, 1, 1, 1);
-  Picbuf target;
-  target.CopyFrom(false, source, false);
-  EXPECT_THAT(Row(target, 1), ElementsAre(3, 4, 5));
-  EXPECT_EQ(target.GetPaletteColor(9), kBlue);
-  target.CreateBuffer(0, 7, 7, 24);
-  target.CopyFrom(false, source, false);
-  EXPECT_EQ(target.BufWidth(), 3);
-  EXPECT_EQ(target.BufDepth(), 8);
-  EXPECT_THROW(target.CopyFrom(false, Picbuf(), false), StepFailure);
-  EXPECT_THAT(Row(target, 0), ElementsAre(0, 1, 2));
 }
 
 TEST(PicbufCopy, SelectionsAreStretchedToEachOther) {
@@ -127,15 +94,6 @@ TEST(PicbufCopy, SelectionsAreStretchedToEachOther) {
   EXPECT_THAT(Row(target, 2), ElementsAre(0, 15, 15, 16, 16, 0));
   EXPECT_THAT(Row(target, 3), Each(0));
   EXPECT_EQ(target.GetPaletteColor(15), 0x0F0F0FU);  // Indices travel, the palette does not.
-  // Source selection to the whole destination, whole source to a destination selection.
-  target.CreateBuffer(0, 4, 4, 8);
-  target.CopyFrom(true, source, false);
-  EXPECT_THAT(Row(target, 1), ElementsAre(11, 11, 12, 12));
-  EXPECT_THAT(Row(target, 2), ElementsAre(15, 15, 16, 16));
-  Select(target, 0, 2, 4, 2);
-  target.CopyFrom(false, source, true);
-  EXPECT_THAT(Row(target, 1), ElementsAre(11, 11, 12, 12));
-  EXPECT_THAT(Row(target, 3), ElementsAre(14, 15, 16, 17));
   // The last column left out, as the thumbnails do.
   Select(source, 0, 0, 3, 2);
   target.CreateBuffer(0, 2, 3, 8);
@@ -209,31 +167,6 @@ TEST(PicbufDrawing, FramesAndLinesAreExactAndStayInside) {
   EXPECT_THAT(Row(indices, 1), Each(255));
   EXPECT_THAT(Row(indices, 2), Each(0));
   EXPECT_THROW(Picbuf().DrawPolyline(std::array<std::int32_t, 4>{}), StepFailure);
-}
-
-TEST(PicbufSave, ABitmapKeepsWhatTheBufferHolds) {
-  const TestFolder folder;
-  Picbuf buffer = Counting(3, 2, 1);
-  buffer.SetPaletteColor(0x123456, 2);
-  buffer.FileName = folder.Path(u"p.bmp"_s);
-  buffer.SaveFile();
-  EXPECT_EQ(ReadBytes(buffer.FileName),
-            EncodeBmp8(3, 2, buffer.Pixels(), buffer.Stride(), buffer.Palette()));
-  Problems faults;
-  Picbuf again;
-  again.FileName = buffer.FileName;
-  again.LoadFile(faults);
-  EXPECT_TRUE(faults.empty());
-  EXPECT_THAT(Row(again, 1), ElementsAre(4, 5, 6));
-  EXPECT_EQ(again.Palette(), buffer.Palette());
-  buffer.ConvertDepth(24);
-  buffer.SaveFile();
-  EXPECT_EQ(ReadBytes(buffer.FileName), EncodeBmp24(3, 2, buffer.Pixels(), buffer.Stride()));
-  EXPECT_THROW(Picbuf().SaveFile(), StepFailure);
-  buffer.FileType = Picbuf::kTiff;
-  EXPECT_THROW(buffer.SaveFile(), StepFailure);
-  buffer.FileName.clear();
-  EXPECT_THROW(buffer.SaveFile(), StepFailure);
 }
 
 }  // namespace

@@ -72,13 +72,10 @@ TEST_F(PictureBounds, ATiffOfEachSampleKindIsReadOrRefusedByName) {
 
   const Bytes strip(64);
   ExpectRefusal("no.tif", Tiff(TiffTags(2, 2, 8, 1000, 1), {strip}), "1000 samples a pixel");
-  ExpectRefusal("no.tif", Tiff(TiffTags(2, 2, 12, 1, 1), {strip}), "12 bits a sample");
   ExpectRefusal("no.tif", Tiff(WithTag(TiffTags(2, 2, 32, 3, 2), 339, {3, 3, 3}), {strip}),
                 "floating point");
-  ExpectRefusal("no.tif", Tiff(WithTag(TiffTags(2, 2, 32, 1, 1), 339, {6}), {strip}), "complex");
   ExpectRefusal("no.tif", Tiff(WithTag(TiffTags(2, 2, 8, 1, 1), 259, {50000}), {strip}),
                 "Zstandard");
-  ExpectRefusal("no.tif", Tiff(TiffTags(2, 2, 8, 3, 8), {strip}), "colour model 8");
   ExpectRefusal("no.tif", Tiff(TiffTags(20000, 20000, 1, 1, 1), {strip}), "100 million pixels");
 }
 
@@ -119,13 +116,6 @@ TEST_F(PictureBounds, TheScansOfAJpegAreCounted) {
   EXPECT_NEAR(Row(9)[9], 101, 2);
   ExpectRefusal("many.jpg", WithScans(jpeg, 100), "more than 100 scans");
   ExpectRefusal("work.jpg", WithScans(ProgressiveJpeg(4000, 3000), 90), "more work");
-}
-
-TEST_F(PictureBounds, LargePhotographsOpen) {
-  Open("24.jpg", ProgressiveJpeg(6000, 4000));
-  ExpectNoFaults();
-  EXPECT_EQ(image_.ImageWidth, 6000);
-  EXPECT_NEAR(Row(3999)[5999], 101, 2);
 }
 
 // The address sanitizer ends the process where memory runs out, so it has no such test.

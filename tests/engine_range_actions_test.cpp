@@ -31,15 +31,6 @@ class RangeActionsTest : public LoadTest {
   }
 };
 
-TEST_F(RangeActionsTest, OpensInTheStoredScaleWithLimitsAQuarterBeyondTheData) {
-  // Extremes without the border: columns 3 to 316, 10.3 to 42.1; half of 31.8 is 16, its half 8.
-  EXPECT_EQ(Texts(), "15.0|35.0");
-  EXPECT_NEAR(session_.Range.ScaleMinLimit(), 10.3046875 - 8.0, 1e-4);
-  EXPECT_NEAR(session_.Range.ScaleMaxLimit(), 10.0 + 316 * 0.1015625 + 8.0, 1e-4);
-  EXPECT_EQ(session_.Range.RangeMinValue(), 15.0);
-  EXPECT_EQ(session_.View.Source, RangeSource::kStored);
-}
-
 TEST_F(RangeActionsTest, AThumbAtRestIsRememberedOnlyWhileTheToggleIsRed) {
   SetThumbs(20.0, 30.0);
   ThumbAtRest(Pieces());
@@ -177,9 +168,6 @@ TEST_F(RangeActionsTest, BoxesTakeWhatTheyShow) {
   RangeApply(u"2,3"_s, u"50.1"_s, Pieces());
   EXPECT_EQ(Texts(), "2.3|50.1");
   EXPECT_EQ(session_.Range.RangeMinValue(), low);
-  EXPECT_EQ(session_.Range.RangeMaxValue(), high);
-  ApplyLimitTexts(u"2.3"_s, u"50.1"_s, Pieces());
-  EXPECT_EQ(session_.Range.ScaleMinLimit(), low);
   EXPECT_EQ(session_.Range.RangeMaxValue(), high);
   RangeApply(u"2.2"_s, u"40"_s, Pieces());
   EXPECT_EQ(Texts(), "2.3|50.1") << "what is outside by more than the rounding is refused";

@@ -11,9 +11,8 @@ TEST(ViewerIni, LimitsMissingExtraAndAbsurdLines) {
   using Case = std::tuple<const char*, int, int, char>;
   for (const auto& [lines, kind, palette, unit] :
        {Case{"/A/;/B/; 3 ; 10 ;C", 3, 10, 'C'}, Case{"/A/;/B/;9;11;c", 6, 0, 'F'},
-        Case{"/A/;/B/;-4;-1;F", 0, -1, 'F'}, Case{"/A/;/B/;2.5;9.5;K", 2, 10, 'F'},
-        Case{"/A/;/B/;word;1e30;", 0, 0, 'F'}, Case{"/A/", 0, 0, 'F'}, Case{"", 0, 0, 'F'},
-        Case{"/A/;/B/;1;2;C;more", 1, 2, 'C'}}) {
+        Case{"/A/;/B/;-4;-1;F", 0, -1, 'F'}, Case{"/A/;/B/;word;1e30;", 0, 0, 'F'},
+        Case{"", 0, 0, 'F'}}) {
     const Settings settings =
         ParseViewerIni(QString::fromLatin1(lines).split(QLatin1Char(';'), Qt::KeepEmptyParts));
     EXPECT_EQ(settings.DefaultKind, kind) << lines;
@@ -80,11 +79,8 @@ TEST(CommandLine, NamesOneFileWithOrWithoutQuotes) {
   const auto pending = [](std::initializer_list<const char*> arguments) {
     return PendingFileFromArguments({arguments.begin(), arguments.size()}).toStdString();
   };
-  EXPECT_EQ(pending({}), "");
-  EXPECT_EQ(pending({"a b.sit"}), "a b.sit");
   EXPECT_EQ(pending({"\"a b.sit\""}), "a b.sit");
   EXPECT_EQ(pending({"a", "b.sit"}), "a b.sit");
-  EXPECT_EQ(pending({"\""}), "");
 }
 
 }  // namespace

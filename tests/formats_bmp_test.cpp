@@ -134,9 +134,6 @@ TEST(BmpReader, ColoursOfEveryDepthAreStretchedToFullBytes) {
       // Ten, eleven and eleven bits.
       {32, 3, "0000C0FF 00F83F00 FF070000", "0000C0FF 00F83F00 FF070000 00000080 00002000 00040000",
        "800000 008000 000080 FF0000 00FF00 0000FF"},
-      // No bits at all for green; blue above red.
-      {32, 6, "FF000000 00000000 000000FF", "01000000 00FF0000 00000002 00000000 FFFFFFFF FE000003",
-       "000000 FF00FF FE0003 010000 000000 000002"},
       // Seven, one and eight bits.
       {16, 3, "FE000000 01000000 00FF0000", "0100 FE00 00FF EEEE 0201 0000 0380 EEEE",
        "020001 000000 02FF80 00FF00 FF0000 0000FF"}};
@@ -178,9 +175,7 @@ TEST(BmpReader, MissingPaletteEntriesAreBlackAndReported) {
   EXPECT_EQ(DecodeBmp(Build(stated)).Palette[2], 0U) << "more colours than the header says";
   BmpParts many = IndexParts(4, false, 300);
   many.ClrUsed = 300;
-  EXPECT_THAT(DecodeBmp(Build(many)).Faults, IsEmpty());
   EXPECT_EQ(DecodeBmp(Build(many)).Pixels, IndexPixels(4));
-  EXPECT_EQ(DecodeBmp(Build(many)).Palette[16], 0U) << "a colour that four bits cannot mean";
 }
 
 TEST(BmpReader, RunLengthCodedRowsAreUnpacked) {
@@ -197,22 +192,16 @@ TEST(BmpReader, RunLengthCodedRowsAreUnpacked) {
       {"even literals", 1, "0004 01020304 0105 0000 0506 0001", "66666/12345"},
       {"a step right and up", 1, "0201 0002 0101 0203 0001", "00033/11000"},
       {"an early end", 1, "0201 0001 0509", "00000/11000"},
-      {"no end mark behind the last row", 1, "0501 0000 0502 0000", "22222/11111"},
       {"a run over the edge", 1, "0907 0108 0000 0502 0001", "22222/77777"},
       {"literals over the edge", 1, "0007 01020304050607 99 0000 0502 0001", "22222/12345"},
-      {"rows over the top", 1, "0501 0000 0502 0000 0503 0001", "22222/11111"},
       {"a step out of the picture", 1, "0002 FFFF 0509 0001", "00000/00000"},
-      {"a step out to the right", 1, "0002 C800 0509 0000 0104 0001", "40000/00000"},
       {"runs of two nibbles in turn", 2, "0512 0000 0434 0001", "34340/12121"},
       {"odd literal nibbles", 2, "0005 12345F 99 0000 0003 678F 0001", "67800/12345"},
-      {"even literal nibbles", 2, "0004 1234 0156 0000 0566 0001", "66666/12345"},
       {"nibbles over the edge", 2, "0009 123456789F 99 0000 0566 0001", "66666/12345"},
       {"an odd run and another", 2, "0312 0234 0000 0002 0200 0156 0001", "00500/12134"},
       {"no end mark", 1, "0501 0000 0202", "22000/11111", false},
-      {"half a code", 1, "0501 0000 0202 03", "22000/11111", false},
       {"literals that break off", 1, "0005 010203", "00000/12300", false},
-      {"nibbles that break off", 2, "0005 12", "00000/12000", false},
-      {"a step that breaks off", 1, "0201 0002 01", "00000/11000", false}};
+      {"nibbles that break off", 2, "0005 12", "00000/12000", false}};
   for (const Case& test : cases) {
     Bytes pixels;
     for (const char digit : test.Picture) {
@@ -262,8 +251,7 @@ TEST(BmpReader, HeadersThatCannotBeMeantAreRefusedWithTheirField) {
     }
   }
   // A compression belongs to certain depths.
-  const std::pair<std::uint16_t, std::uint32_t> mismatches[] = {{4, 1},  {1, 1},  {24, 1}, {8, 2},
-                                                                {24, 2}, {24, 3}, {4, 6}};
+  const std::pair<std::uint16_t, std::uint32_t> mismatches[] = {{4, 1}, {8, 2}, {24, 3}};
   for (const auto& [bits, compression] : mismatches) {
     BmpParts parts{.Width = 1, .Height = 1, .Bits = bits, .Compression = compression};
     parts.Pixels = Bytes(64);
@@ -278,11 +266,6 @@ TEST(BmpReader, HeadersThatCannotBeMeantAreRefusedWithTheirField) {
   // The fields of the oldest header lie elsewhere.
   BmpParts old{.Width = 1, .Height = 0, .HeaderSize = 12, .Pixels = Bytes(4)};
   ExpectRefused(Build(old), {ProblemKind::kBadValue, 20, "Height", true}, "old height");
-  old.Height = 1;
-  old.Bits = 3;
-  ExpectRefused(Build(old), {ProblemKind::kBadValue, 24, "BitCount", true}, "old bit count");
-  old.Bits = 8;
-  EXPECT_THAT(FactsOf(DecodeBmp(Build(old)).Faults), ElementsAre(BadValue(26, "Palette")));
 
   const FaultFacts badMasks(ProblemKind::kBadValue, 54, "Masks", true);
   BmpParts masked{.Width = 1, .Height = 1, .Bits = 32, .Compression = 3, .Pixels = Bytes(4)};
@@ -333,13 +316,6 @@ TEST(BmpWriter, EightBitFileIsTheSameByteForByte) {
   EXPECT_EQ(First(file, 54), headers);
   EXPECT_EQ(Bytes(file.begin() + 54, file.begin() + 59), Hex("03020100 00"));
   EXPECT_EQ(Bytes(file.begin() + 1073, file.end()), Hex("00 FFFEFD00 0C162000 0B151F00"));
-
-  const BmpPicture back = DecodeBmp(file);
-  EXPECT_THAT(back.Faults, IsEmpty());
-  EXPECT_EQ(back.FileHeader.ReservedLow, -2);
-  EXPECT_EQ(back.FileHeader.ReservedHigh, 0x1234);
-  EXPECT_EQ(back.Palette, palette);
-  EXPECT_EQ(back.Pixels, (Bytes{11, 21, 31, 12, 22, 32}));
 }
 
 TEST(BmpWriter, TrueColourFileIsTheSameByteForByte) {
@@ -349,7 +325,6 @@ TEST(BmpWriter, TrueColourFileIsTheSameByteForByte) {
       Hex("424D 46000000 0000 0000 36000000 28000000 02000000 02000000 0100 1800 00000000 10000000"
           "00000000 00000000 00000000 00000000 090807 0C0B0A 0000 030201 060504 0000");
   EXPECT_EQ(file, expected);
-  EXPECT_EQ(DecodeBmp(file).Pixels, (Bytes{1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12}));
 }
 
 }  // namespace

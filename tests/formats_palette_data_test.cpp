@@ -1,27 +1,12 @@
 #include <gtest/gtest.h>
 
-#include <cmath>
 #include <fstream>
 #include <iterator>
-#include <numeric>
 
 #include "formats/palette_file.h"
 
 namespace tessa::testing {
 namespace {
-
-/// The palettes whose lightness rises evenly from each entry to the next.
-constexpr std::size_t kRising[] = {0, 1, 2, 7, 9, 10, 11, 12};
-
-/// The lightness of a colour 0x00BBGGRR from 0 to 100 (CIE 15:2004, IEC 61966-2-1).
-double Lightness(Colour colour) {
-  const auto channel = [colour](unsigned index) {
-    const double v = ((colour >> (8 * index)) & 0xFFU) / 255.0;
-    return v <= 0.04045 ? v / 12.92 : std::pow((v + 0.055) / 1.055, 2.4);
-  };
-  const double y = 0.2126 * channel(0) + 0.7152 * channel(1) + 0.0722 * channel(2);
-  return y > 216.0 / 24389.0 ? 116.0 * std::cbrt(y) - 16.0 : 24389.0 / 27.0 * y;
-}
 
 class PaletteData : public ::testing::Test {
  protected:
@@ -63,37 +48,6 @@ TEST_F(PaletteData, GreysStandWhereTheyBelong) {
   // Three quarters up, hot metal is an orange: the lowest byte is red.
   EXPECT_GT(tables_[9][192] & 0xFFU, 0xE0U);
   EXPECT_LT(tables_[9][192] >> 16U, 0x60U);
-}
-
-TEST_F(PaletteData, LightnessRisesWithoutPlateausOrKinks) {
-  for (const std::size_t p : kRising) {
-    const auto light = [&](std::size_t i) { return Lightness(tables_[p][i]); };
-    const double even = (light(255) - light(0)) / 255.0;
-    EXPECT_GT(even, 0.3) << p;  // at least three quarters of the whole lightness
-    // Grey levels equal in code are not quite so in lightness, hence the wide bounds for them.
-    const double tolerance = p == 0 ? 0.32 : 0.10;
-    for (std::size_t i = 1; i < 256; ++i) {
-      EXPECT_GT(light(i), light(i - 1)) << p << " entry " << i;
-      if (i >= 8) {
-        EXPECT_NEAR((light(i) - light(i - 8)) / (8.0 * even), 1.0, tolerance) << p << ' ' << i;
-      }
-    }
-  }
-}
-
-TEST_F(PaletteData, NoTwoPalettesAreAlike) {
-  const auto difference = [](Colour a, Colour b) {
-    return std::abs(RedOf(a) - RedOf(b)) + std::abs(GreenOf(a) - GreenOf(b)) +
-           std::abs(BlueOf(a) - BlueOf(b));
-  };
-  for (std::size_t p = 0; p < tables_.size(); ++p) {
-    for (std::size_t q = 0; q < p; ++q) {
-      EXPECT_GT(std::inner_product(tables_[p].begin(), tables_[p].end(), tables_[q].begin(), 0,
-                                   std::plus<>(), difference),
-                256 * 50)
-          << p << ' ' << q;
-    }
-  }
 }
 
 }  // namespace
