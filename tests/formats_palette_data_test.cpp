@@ -1,9 +1,8 @@
-#include <gtest/gtest.h>
-
 #include <fstream>
 #include <iterator>
 
 #include "formats/palette_file.h"
+#include "test_images.h"
 
 namespace tessa::testing {
 namespace {
@@ -48,6 +47,38 @@ TEST_F(PaletteData, GreysStandWhereTheyBelong) {
   // Three quarters up, hot metal is an orange: the lowest byte is red.
   EXPECT_GT(tables_[9][192] & 0xFFU, 0xE0U);
   EXPECT_LT(tables_[9][192] >> 16U, 0x60U);
+}
+
+/// Entry i of palette p is p in the red, i in the green and 7 in the blue byte.
+Bytes PaletteFile() {
+  Bytes file;
+  for (int palette = 0; palette < 18; ++palette) {
+    for (int i = 0; i < 256; ++i) {
+      file.insert(file.end(),
+                  {static_cast<std::uint8_t>(palette), static_cast<std::uint8_t>(i), 7, 0});
+    }
+  }
+  return file;
+}
+
+TEST(PaletteFile, ColoursBeyondAShortFileKeepTheirValue) {
+  const Bytes whole = PaletteFile();
+  for (const std::size_t length : std::initializer_list<std::size_t>{0, 5000, 18431, 18432}) {
+    std::array<ColourTable, 19> tables;
+    for (ColourTable& table : tables) {
+      table.fill(0xABCDEF);
+    }
+    Problems faults;
+    DecodePaletteFile(ByteSpan(whole).first(length), tables, faults);
+    for (std::size_t i = 0; i < 19 * 256; ++i) {
+      const Colour colour = tables[i / 256][i % 256];
+      ASSERT_EQ(colour, i < length / 4 ? 0x070000U + i % 256 * 256 + i / 256 : 0xABCDEFU)
+          << "colour " << i << " of a file of " << length << " bytes";
+    }
+    EXPECT_EQ(FactsOf(faults), length == 18432
+                                   ? std::vector<FaultFacts>()
+                                   : std::vector{Truncated(length, "palette.dta", false)});
+  }
 }
 
 }  // namespace
