@@ -4,6 +4,7 @@
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
+#include <initializer_list>
 #include <string>
 #include <string_view>
 
@@ -131,6 +132,19 @@ void WritePictureSeeds(const SeedFolder& folder, Bytes head) {
         tessa::EncodeJpeg(SmallPicture().convertToFormat(QImage::Format_Indexed8), 80));
 }
 
+/// The texts that a user or a file brings in.
+void WriteTextSeeds(const std::filesystem::path& folder) {
+  const auto write = [&](const char* entry, std::initializer_list<std::string_view> texts) {
+    const SeedFolder seeds(folder / entry);
+    int number = 0;
+    for (const std::string_view text : texts) {
+      seeds.Write(std::to_string(number++), Bytes(text.begin(), text.end()));
+    }
+  };
+  write("text", {"36.65 \xB0\x43", "-0.049999", "+1e15x", "999999999999999.95"});
+  write("arguments", {"1-10,15\nimage\n-40:120\nHOT IRON\n7", "1-1,32767\n20:10\nprefix-\n../up"});
+}
+
 /// The first byte of an input for the whole load is the number of the ending.
 void WriteLoadSeeds(const std::filesystem::path& folder, const Bytes& sit) {
   const Bytes tmp = tessa::EncodeTmp({});
@@ -183,6 +197,7 @@ void WriteAll(const std::filesystem::path& folder) {
                 2,   0,   1, 0, 1, 0, 1, 2, 3, 4, 5,  6, 64, 0, 0,  0, 128, 0, 0, 0};
   bmps.Write("core", core);
 
+  WriteTextSeeds(folder);
   WriteSequenceSeeds(folder);
   WriteLoadSeeds(folder, sit);
   const SeedFolder texts(folder / "text");
