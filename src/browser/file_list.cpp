@@ -133,6 +133,16 @@ int FileList::SelectedCount() const {
       std::count_if(items_.begin(), items_.end(), [](const Item& item) { return item.Selected; }));
 }
 
+QStringList FileList::SelectedNames() const {
+  QStringList names;
+  for (const Item& item : items_) {
+    if (item.Selected) {
+      names.append(item.Name);
+    }
+  }
+  return names;
+}
+
 int FileList::Find(const QString& name) const {
   const auto found = std::find_if(items_.begin(), items_.end(),
                                   [&](const Item& item) { return item.Name == name; });

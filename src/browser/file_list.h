@@ -51,6 +51,8 @@ class FileList {
   void SelectAll(bool selected);
   bool HasSelection() const { return SelectedCount() > 0; }
   int SelectedCount() const;
+  /// In the order of the list.
+  QStringList SelectedNames() const;
   /// Position of a name; -1: not in the list.
   int Find(const QString& name) const;
 

@@ -5,25 +5,18 @@
 #include <array>
 
 #include "browser/contact_sheet.h"
+#include "browser/tile.h"
+#include "browser/tile_picture.h"
 #include "browser/transfer_sounds.h"
 #include "core/file_access.h"
 #include "core/path_bytes.h"
 #include "core/plain_line.h"
 #include "core/platform_failure.h"
 #include "core/steps.h"
-#include "export/image_export.h"
 #include "tool/streams.h"
 
 namespace tessa {
 namespace {
-
-/// The picture of an image as an export would give it. Throws StepFailure.
-QImage PictureOf(const QString& path, const ExportOptions& options, const Palettes& palettes) {
-  Session session(OwnFolder());
-  PrepareForExport(options, palettes, session);
-  LoadForExport(path, options, session);
-  return session.Buffers.Picbuf1.ViewPicture();
-}
 
 /// Hands the document to the system's printing, which knows the printer. Throws StepFailure.
 void Print(const QByteArray& pdf, const std::string& printer) {
@@ -61,9 +54,8 @@ std::optional<int> SheetCommand::Run() const {
 
 int SheetCommand::WriteSheets() const {
   const QString target = FromArgument(out_);
-  ExportOptions options;
-  options.Palette = FindPalette(FromArgument(palette_));
-  if (options.Palette < 0) {
+  const int palette = FindPalette(FromArgument(palette_));
+  if (palette < 0) {
     PrintError("there is no palette \"" + palette_ + "\"; see export --palette");
     return kToolWrongCall;
   }
@@ -83,6 +75,7 @@ int SheetCommand::WriteSheets() const {
   if (!palettes) {
     return kToolFailed;
   }
+  const ColourTable& colours = palettes->PaletteTable.at(static_cast<std::size_t>(palette));
   // Texts are drawn with the fonts of a GUI application, which needs no display for it.
   qputenv("QT_QPA_PLATFORM", "offscreen");
   int argumentCount = 1;
@@ -114,7 +107,7 @@ int SheetCommand::WriteSheets() const {
         throw StepFailure("the sheet would overwrite an image");
       }
       try {
-        sheet.Tiles.push_back({FileNameOf(path), PictureOf(path, options, *palettes)});
+        sheet.Tiles.push_back({FileNameOf(path), PaletteImage(TilePicture(path), colours)});
       } catch (const StepFailure& failure) {
         line.Clear();
         PrintError(path, failure.what());

@@ -16,18 +16,6 @@ namespace {
 
 constexpr int kLargestSize = 4096;
 
-/// The picture of the file, or the reason why there is none.
-LoadedPicture PictureOf(const QString& path) {
-  Tile tile = DecodeTile(path, EmptySound::kLeave);
-  if (tile.Picture.Width > 0) {
-    return std::move(tile.Picture);
-  }
-  const Problem* const reason = FindNoImage(tile.Faults);
-  throw StepFailure(reason != nullptr         ? reason->Text
-                    : tile.SequenceFrames > 0 ? "sequences have no small picture"
-                                              : "the file shows no picture");
-}
-
 }  // namespace
 
 ThumbnailCommand::ThumbnailCommand(CLI::App& tool)
@@ -59,7 +47,7 @@ std::optional<int> ThumbnailCommand::Run() const {
     if (IsSameFile(path, target)) {
       throw StepFailure("the picture would overwrite the image itself");
     }
-    LoadedPicture picture = PictureOf(path);
+    const LoadedPicture picture = TilePicture(path);
     const ColourTable& colours = palettes->PaletteTable.at(static_cast<std::size_t>(palette));
     const QImage image =
         size_ == 0 ? PaletteImage(picture, colours) : FittedImage(picture, colours, {size_, size_});

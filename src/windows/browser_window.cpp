@@ -136,8 +136,7 @@ void BrowserWindow::ChangeFolder(const QString& folder) {
   }
   BringIntoLine();
   if (!isRead) {
-    Say(session_.Words.LangString(474, "The folder %1 cannot be read.")
-            .arg(OneLine(ShownPath(folder))));
+    SayUnreadable(folder);
   }
 }
 
@@ -159,13 +158,21 @@ void BrowserWindow::ChangePalette() {
 
 void BrowserWindow::ReadAgain() {
   loadingClock_.start();
-  pages_.ReadAgain();
+  const bool isRead = pages_.ReadAgain();
   BringIntoLine();
+  if (!isRead) {
+    SayUnreadable(pages_.SourceFolder);
+  }
+}
+
+void BrowserWindow::SayUnreadable(const QString& folder) {
+  Say(session_.Words.LangString(474, "The folder %1 cannot be read.")
+          .arg(OneLine(ShownPath(folder))));
 }
 
 /// Something came to or went from the folder on show.
 void BrowserWindow::FolderStirred() {
-  const bool isBusy = !pages_.BrowserReady || !isActiveWindow();
+  const bool isBusy = !pages_.BrowserReady || running_ || !isActiveWindow();
   if (isBusy) {
     stirred_.start();
   } else {
@@ -201,6 +208,7 @@ void BrowserWindow::BringIntoLine() {
   status_->hide();
   gauge_->hide();
   gauge_->setValue(0);
+  fileText_->hide();
   counts_->show();
   load_->setEnabled(true);
   ShowPageList();
@@ -283,6 +291,7 @@ void BrowserWindow::ShowSelection() {
           .arg(pages_.Files.SelectedCount()));
   selectAll_->setEnabled(pages_.Files.Count() > 0);
   resetAll_->setEnabled(pages_.Files.Count() > 0);
+  ShowTransferButtons();
 }
 
 void BrowserWindow::Say(const QString& text) {

@@ -56,6 +56,7 @@ void BrowserWindow::CreateTargetFolder() {
   target_->SetFolder(path);
   pages_.TargetFolder = path;
   pages_.CheckTransfer();
+  ShowTransferButtons();
 }
 
 void BrowserWindow::Inform(int textId, const char* defaultText) {
@@ -97,6 +98,7 @@ void BrowserWindow::RenameTargetFolder() {
     ChangeFolder(path + pages_.SourceFolder.mid(former.size()));
   }
   pages_.CheckTransfer();
+  ShowTransferButtons();
 }
 
 }  // namespace tessa

@@ -128,6 +128,13 @@ void FolderPanel::CurrentChanged(const QModelIndex& index) {
   }
 }
 
+void FolderPanel::Settle() {
+  if (rest_.isActive()) {
+    rest_.stop();
+    TakeCurrent();
+  }
+}
+
 void FolderPanel::TakeCurrent() {
   const QString path = model_.filePath(tree_->currentIndex());
   if (path != folder_ && !path.isEmpty()) {

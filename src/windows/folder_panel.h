@@ -26,6 +26,8 @@ class FolderPanel : public QWidget {
   void SetAccessibleNames(const QString& places, const QString& tree);
   /// Shows a folder as the chosen one, without a signal.
   void SetFolder(const QString& path);
+  /// Takes at once what keys or clicks have just come to.
+  void Settle();
   /// The chosen folder.
   const QString& Folder() const { return folder_; }
   QTreeView& Tree() { return *tree_; }
