@@ -4,10 +4,10 @@
 #include <QProcess>
 
 #include "browser/contact_sheet.h"
-#include "browser/sheet_printer.h"
-#include "core/program_library.h"
+#include "core/steps.h"
 #include "test_files.h"
 #include "test_main_window.h"
+#include "windows/system_printer.h"
 
 namespace tessa::testing {
 namespace {
@@ -116,23 +116,21 @@ class PrintQueue : public ::testing::Test {
     if (!server->IsRunning) {
       GTEST_SKIP() << "no print server with a PDF printer can be started here";
     }
-    printers_.reset(reinterpret_cast<MakeSheetPrinter>(
-        LoadProgramFunction(kSheetPrinterLibrary, kMakeSheetPrinter))());
   }
-  std::unique_ptr<SheetPrinter> printers_;
+  SystemPrinter printers_;
 };
 
 TEST_F(PrintQueue, APageComesOutOfThePrinterAndARefusalIsTold) {
-  EXPECT_EQ(printers_->Names(), QStringList(kQueue));
-  EXPECT_EQ(printers_->DefaultName(), kQueue);
+  EXPECT_EQ(printers_.Names(), QStringList(kQueue));
+  EXPECT_EQ(printers_.DefaultName(), kQueue);
   QImage red(32, 24, QImage::Format_RGB32);
   red.fill(Qt::red);
   const Sheet sheet{QStringLiteral("Heading"),
                     std::vector<SheetTile>(kTilesOnSheet, {QStringLiteral("name"), red})};
   const auto print = [&](const QString& printer) {
     return printers_
-        ->Print(printer, QStringLiteral("a page"),
-                [&](QPaintDevice& device) { PrintSheet(sheet, device); })
+        .Print(printer, QStringLiteral("a page"),
+               [&](QPaintDevice& device) { PrintSheet(sheet, device); })
         .toStdString();
   };
   EXPECT_EQ(print(kQueue), "");
@@ -145,7 +143,7 @@ TEST_F(PrintQueue, APageComesOutOfThePrinterAndARefusalIsTold) {
   EXPECT_NE(print(kQueue), "");
   ASSERT_EQ(Call(QStringLiteral("cupsaccept"), {kQueue}), 0);
   EXPECT_EQ(
-      printers_->Print(kQueue, QString(), [](QPaintDevice&) { throw StepFailure("too small"); }),
+      printers_.Print(kQueue, QString(), [](QPaintDevice&) { throw StepFailure("too small"); }),
       QStringLiteral("too small"));
 }
 

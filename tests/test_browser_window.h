@@ -11,6 +11,27 @@
 
 namespace tessa::testing {
 
+/// Answers with one letter a message (y, n, c) and with one path for a file.
+class Script : public ScriptedDialogs {
+ public:
+  Script() : ScriptedDialogs(QString()) {}
+  Answer ShowMessage(const Message& message) override {
+    Told.push_back((message.Title + QLatin1Char('|') + message.Text).toStdString());
+    Asked(message);
+    const std::size_t at = Told.size() - 1;
+    const char answer = at < Answers.size() ? Answers[at] : 'y';
+    return answer == 'y' ? Answer::kYes : answer == 'n' ? Answer::kNo : Answer::kCancel;
+  }
+  std::optional<QString> AskSaveFile(const SaveFileQuestion& question) override {
+    AskedSave = question.Suggestion;
+    return SaveTo;
+  }
+  std::string Answers;
+  std::optional<QString> SaveTo;
+  std::vector<std::string> Told;
+  std::function<void(const Message&)> Asked = [](const Message&) {};
+};
+
 /// Opens the browser from the main window on a folder of its own.
 class BrowserTest : public MainWindowTest {
  protected:
@@ -35,6 +56,16 @@ class BrowserTest : public MainWindowTest {
     });
     Trigger("mnuLoadThumb");
     EXPECT_TRUE(ran);
+  }
+  static Script& Answering(BrowserWindow& browser, const char* answers) {
+    auto script = std::make_unique<Script>();
+    Script& kept = *script;
+    kept.Answers = answers;
+    browser.SetDialogs(std::move(script));
+    return kept;
+  }
+  static void Click(BrowserWindow& browser, const char* button) {
+    In<QPushButton>(browser, button).click();
   }
   template <typename Widget>
   static Widget& In(QWidget& window, const char* name) {

@@ -1,13 +1,9 @@
 #include <gmock/gmock.h>
 
 #include <QCheckBox>
-#include <QImage>
-#include <QListWidget>
-#include <QPainter>
 
 #include "formats/if_sound.h"
 #include "test_browser_window.h"
-#include "windows/printer_dialog.h"
 
 namespace tessa::testing {
 namespace {
@@ -17,48 +13,6 @@ using ::testing::HasSubstr;
 using ::testing::StartsWith;
 
 const Bytes kOther = {1, 2, 3};
-
-/// Answers with one letter a message (y, n, c) and with one path for a file.
-class Script : public ScriptedDialogs {
- public:
-  Script() : ScriptedDialogs(QString()) {}
-  Answer ShowMessage(const Message& message) override {
-    Told.push_back((message.Title + QLatin1Char('|') + message.Text).toStdString());
-    Asked(message);
-    const QChar answer = Told.size() <= static_cast<std::size_t>(Answers.size())
-                             ? Answers[static_cast<qsizetype>(Told.size()) - 1]
-                             : QLatin1Char('y');
-    return answer == QLatin1Char('y')   ? Answer::kYes
-           : answer == QLatin1Char('n') ? Answer::kNo
-                                        : Answer::kCancel;
-  }
-  std::optional<QString> AskSaveFile(const SaveFileQuestion& question) override {
-    AskedSave = question.Suggestion;
-    return SaveTo;
-  }
-  QString Answers;
-  std::optional<QString> SaveTo;
-  std::vector<std::string> Told;
-  std::function<void(const Message&)> Asked = [](const Message&) {};
-};
-
-/// Prints pages on a picture.
-class PaperPrinter : public SheetPrinter {
- public:
-  explicit PaperPrinter(QImage& paper) : paper_(paper) {}
-  QStringList Names() const override { return {QStringLiteral("Laser"), QStringLiteral("Ink")}; }
-  QString DefaultName() const override { return QStringLiteral("Ink"); }
-  QString Print(const QString& name, const QString& title,
-                const std::function<void(QPaintDevice&)>& paint) override {
-    paper_.fill(Qt::white);
-    paper_.setText(QStringLiteral("job"), name + QLatin1Char('|') + title);
-    paint(paper_);
-    return name == QLatin1String("Laser") ? QStringLiteral("out of <toner>") : QString();
-  }
-
- private:
-  QImage& paper_;
-};
 
 /// Images 1 to 12, each naming one note, and a target that has the first two names already.
 class TransferWindow : public BrowserTest {
@@ -87,20 +41,10 @@ class TransferWindow : public BrowserTest {
   QByteArray AtTarget(const char* name) const {
     return ReadAll(Target() + QLatin1Char('/') + QLatin1String(name));
   }
-  static Script& Answering(BrowserWindow& browser, const char* answers) {
-    auto script = std::make_unique<Script>();
-    Script& kept = *script;
-    kept.Answers = QString::fromLatin1(answers);
-    browser.SetDialogs(std::move(script));
-    return kept;
-  }
   static void Pick(BrowserWindow& browser, std::initializer_list<int> tiles) {
     for (const int tile : tiles) {
       QTest::mouseClick(&Grid(browser).Tile(tile), Qt::LeftButton, {}, QPoint(8, 8));
     }
-  }
-  static void Click(BrowserWindow& browser, const char* button) {
-    In<QPushButton>(browser, button).click();
   }
   static bool IsOn(BrowserWindow& browser, const char* button) {
     return In<QPushButton>(browser, button).isEnabled();
@@ -191,44 +135,6 @@ TEST_F(TransferWindow, EscapeAndQuittingStopARunBetweenTwoFiles) {
     EXPECT_EQ(quit.Told.size(), 1u) << "nobody is there to read results";
   });
   EXPECT_EQ(NamesIn(Target()), "f1.sit f2.sit SND1.AIF");
-}
-
-TEST_F(TransferWindow, PagesGoToTheChosenPrinterOrIntoAFile) {
-  Browse([&](BrowserWindow& browser) {
-    QImage paper(1650, 1200, QImage::Format_RGB32);
-    paper.setDotsPerMeterX(5906);
-    paper.setDotsPerMeterY(5906);
-    browser.SetPrinters(std::make_unique<PaperPrinter>(paper));
-    Script& script = Answering(browser, "");
-    const auto print = [&](int row, const char* button, const char* preselected) {
-      QTimer::singleShot(0, &browser, [&, row, button, preselected] {
-        auto* const dialog = qobject_cast<PrinterDialog*>(QApplication::activeModalWidget());
-        ASSERT_NE(dialog, nullptr);
-        auto& list = In<QListWidget>(*dialog, "List1");
-        EXPECT_EQ(list.currentItem()->text().toStdString(), preselected);
-        list.setCurrentRow(row);
-        In<QPushButton>(*dialog, button).click();
-      });
-      Click(browser, "Command7");
-    };
-    print(0, "Command2", "Ink");
-    EXPECT_EQ(paper.text(QStringLiteral("job")), QString());
-    print(1, "Command1", "Ink");
-    EXPECT_EQ(paper.text(QStringLiteral("job")), QStringLiteral("Ink|") + Images());
-    EXPECT_NE(paper.pixel(200, 400), qRgb(255, 255, 255));
-    EXPECT_EQ(script.Told.size(), 0u);
-    print(0, "Command1", "Ink");
-    EXPECT_THAT(script.Told, ElementsAre("Print|Could not print: out of <toner>"));
-    script.SaveTo = Target() + QStringLiteral("/page.pdf");
-    print(2, "Command1", "Laser");
-    EXPECT_EQ(script.AskedSave, Target() + QStringLiteral("/images.pdf"));
-    EXPECT_TRUE(AtTarget("page.pdf").startsWith("%PDF-"));
-    EXPECT_THAT(In<QLabel>(browser, "Counts").text().toStdString(), HasSubstr("page.pdf"));
-    script.SaveTo = Target() + QStringLiteral("/none/page.pdf");
-    print(2, "Command1", "PDF file");
-    EXPECT_THAT(script.Told.back(), HasSubstr("No such file"));
-    EXPECT_FALSE(In<QLabel>(browser, "SSPanel5").isVisible());
-  });
 }
 
 }  // namespace

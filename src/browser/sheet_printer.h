@@ -8,8 +8,7 @@ class QPaintDevice;
 
 namespace tessa {
 
-/// The system's printers. The real one stands in a library of its own, since loading the platform's
-/// printing would make every start wait; it is loaded when a page is to be printed.
+/// The system's printers. The real one stands in the windows, tests bring their own.
 class SheetPrinter {
  public:
   SheetPrinter() = default;
@@ -27,11 +26,5 @@ class SheetPrinter {
   virtual QString Print(const QString& name, const QString& title,
                         const std::function<void(QPaintDevice&)>& paint) = 0;
 };
-
-/// The library's one function, under this name; the caller owns what it makes.
-using MakeSheetPrinter = SheetPrinter* (*)();
-inline constexpr const char* kMakeSheetPrinter = "TessaMakeSheetPrinter";
-/// The library's name without the ending.
-inline constexpr const char* kSheetPrinterLibrary = "tessaview-print";
 
 }  // namespace tessa

@@ -16,6 +16,7 @@
 #include "widgets/plain_text.h"
 #include "windows/ask_dialogs.h"
 #include "windows/folder_panel.h"
+#include "windows/system_printer.h"
 #include "windows/tile_grid.h"
 
 namespace tessa {
@@ -46,6 +47,7 @@ BrowserWindow::BrowserWindow(Session& session, BrowserMemory& memory, UserSettin
       user_(user),
       player_(player),
       dialogs_(std::make_unique<WindowDialogs>(this, session.Words)),
+      printers_(std::make_unique<SystemPrinter>()),
       pages_(memory, [this](const QString& text) {
         return static_cast<double>(fontMetrics().horizontalAdvance(text));
       }) {

@@ -136,6 +136,7 @@ class BrowserWindow : public QDialog {
   NotePlayer* player_;
   std::function<void()> formerChanged_;  // Of the player, put back at the end.
   std::unique_ptr<Dialogs> dialogs_;
+  std::unique_ptr<SheetPrinter> printers_;
   ThumbnailPages pages_;
   std::optional<ChosenImage> chosen_;
   QFileSystemModel folders_;
@@ -143,8 +144,7 @@ class BrowserWindow : public QDialog {
   QTimer stirred_;  // Until the folder on show has come to rest.
   QElapsedTimer loadingClock_;
   bool shown_ = false;
-  bool running_ = false;                    // Files are being copied, moved or deleted.
-  std::unique_ptr<SheetPrinter> printers_;  // From the first print on.
+  bool running_ = false;  // Files are being copied, moved or deleted.
   bool formLoading_ = true;
 
   FolderPanel* source_ = nullptr;  // Drive1, Dir1

@@ -6,8 +6,6 @@
 
 #include "browser/tile_picture.h"
 #include "core/path_bytes.h"
-#include "core/program_library.h"
-#include "core/steps.h"
 #include "core/write_file.h"
 #include "widgets/plain_text.h"
 #include "windows/browser_window.h"
@@ -28,23 +26,13 @@ void WritePdf(const Sheet& sheet, const QString& path) {
 
 }  // namespace
 
-/// The printer's name, PrinterDialog::PdfFile(), or nothing. Without the system's printing there is
-/// still the file.
+/// The printer's name, PrinterDialog::PdfFile(), or nothing.
 QString BrowserWindow::AskPrinter() {
-  if (printers_ == nullptr) {
-    try {
-      printers_.reset(reinterpret_cast<MakeSheetPrinter>(
-          LoadProgramFunction(kSheetPrinterLibrary, kMakeSheetPrinter))());
-    } catch (const StepFailure& reason) {
-      TellPrintFailure(QString::fromStdString(reason.what()));
-    }
-  }
-  const QStringList names = printers_ == nullptr ? QStringList() : printers_->Names();
   QString& current = pages_.Memory().CurrentPrinter;
-  if (current.isEmpty() && printers_ != nullptr) {
+  if (current.isEmpty()) {
     current = printers_->DefaultName();
   }
-  PrinterDialog dialog(names, current, session_.Words, this);
+  PrinterDialog dialog(printers_->Names(), current, session_.Words, this);
   dialog.exec();
   return dialog.ChosenPrinter();
 }

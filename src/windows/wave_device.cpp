@@ -1,7 +1,9 @@
 #include "windows/wave_device.h"
 
+#include <QCoreApplication>
+#include <QLibrary>
+
 #include "core/file_access.h"
-#include "core/program_library.h"
 #include "core/steps.h"
 #include "formats/wave.h"
 #include "sound/sound_note.h"
@@ -9,9 +11,21 @@
 namespace tessa {
 namespace {
 
+/// Loads the library that plays: beside the program as it is built, or where it is installed.
 std::unique_ptr<WaveOutput> LoadWaveOutput() {
-  const auto make =
-      reinterpret_cast<MakeWaveOutput>(LoadProgramFunction(kWaveOutputLibrary, kMakeWaveOutput));
+  const QString program = QCoreApplication::applicationDirPath() + QLatin1Char('/');
+  const QString name = QLatin1String(kWaveOutputLibrary) + QLatin1String(".so");
+  QString file = program + name;
+  if (!PathExists(file)) {
+    file = program + QStringLiteral(TESSA_LIBRARY_FOLDER "/") + name;
+  }
+  QLibrary library(file);
+  library.setLoadHints(QLibrary::PreventUnloadHint);  // What it made may outlive all else.
+  const auto make = reinterpret_cast<MakeWaveOutput>(library.resolve(kMakeWaveOutput));
+  if (make == nullptr) {
+    throw StepFailure("the program's sound library cannot be loaded: " +
+                      library.errorString().toStdString());
+  }
   return std::unique_ptr<WaveOutput>(make());
 }
 
