@@ -54,6 +54,7 @@ BrowserWindow::BrowserWindow(Session& session, BrowserMemory& memory, UserSettin
   setObjectName(QStringLiteral("LoadIMG"));
   setWindowFlag(Qt::WindowMaximizeButtonHint);
   setSizeGripEnabled(true);
+  folders_.setIconProvider(&folderIcons_);
   folders_.setFilter(QDir::Dirs | QDir::NoDotAndDotDot);
   folders_.setReadOnly(true);
   folders_.setRootPath(QDir::rootPath());

@@ -15,6 +15,7 @@
 #include "core/dialogs.h"
 #include "core/user_settings.h"
 #include "open/session.h"
+#include "windows/folder_icons.h"
 
 class QCheckBox;
 class QComboBox;
@@ -139,6 +140,7 @@ class BrowserWindow : public QDialog {
   std::unique_ptr<SheetPrinter> printers_;
   ThumbnailPages pages_;
   std::optional<ChosenImage> chosen_;
+  FolderIcons folderIcons_;
   QFileSystemModel folders_;
   QFileSystemWatcher watcher_;
   QTimer stirred_;  // Until the folder on show has come to rest.

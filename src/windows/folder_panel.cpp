@@ -5,6 +5,7 @@
 #include <QFileInfo>
 #include <QFileSystemModel>
 #include <QHeaderView>
+#include <QScrollBar>
 #include <QStorageInfo>
 #include <QTreeView>
 #include <QVBoxLayout>
@@ -16,7 +17,8 @@ namespace tessa {
 namespace {
 
 constexpr int kRestMilliseconds = 150;
-constexpr int kSettleMilliseconds = 1500;
+constexpr int kScrollMilliseconds = 30;
+constexpr int kSettleMilliseconds = 3000;
 constexpr int kSmallestTree = 110;
 
 /// Where memory cards and sticks are mounted.
@@ -55,15 +57,22 @@ FolderPanel::FolderPanel(const char* places, const char* tree, QFileSystemModel&
   connect(tree_, &QTreeView::customContextMenuRequested, this,
           [this](QPoint position) { Q_EMIT MenuAsked(tree_->viewport()->mapToGlobal(position)); });
   connect(&rest_, &QTimer::timeout, this, &FolderPanel::TakeCurrent);
-  // Once the rows of what was read have their places.
-  connect(
-      &model_, &QFileSystemModel::directoryLoaded, this,
-      [this] {
-        if (sinceSet_.isValid() && sinceSet_.elapsed() < kSettleMilliseconds) {
-          tree_->scrollTo(tree_->currentIndex());
-        }
-      },
-      Qt::QueuedConnection);
+  // Rows that are read or sorted in after a folder was chosen move it out of sight.
+  scroll_.setSingleShot(true);
+  scroll_.setInterval(kScrollMilliseconds);
+  connect(&scroll_, &QTimer::timeout, this, [this] { tree_->scrollTo(tree_->currentIndex()); });
+  const auto rowsMoved = [this] {
+    if (sinceSet_.isValid() && sinceSet_.elapsed() < kSettleMilliseconds) {
+      scroll_.start();
+    }
+  };
+  connect(&model_, &QFileSystemModel::directoryLoaded, this, rowsMoved);
+  connect(&model_, &QFileSystemModel::rowsInserted, this, rowsMoved);
+  connect(&model_, &QFileSystemModel::layoutChanged, this, rowsMoved);
+  connect(tree_->verticalScrollBar(), &QScrollBar::actionTriggered, this, [this] {
+    scroll_.stop();
+    sinceSet_.invalidate();  // The user looks elsewhere.
+  });
 }
 
 void FolderPanel::SetPlaces(const QStringList& recentFolders, const Strings& words) {

@@ -46,7 +46,8 @@ class FolderPanel : public QWidget {
   QFileSystemModel& model_;
   QComboBox* places_;
   QTreeView* tree_;
-  QElapsedTimer sinceSet_;  // Folders that are read soon after move the chosen one out of sight.
+  QElapsedTimer sinceSet_;  // A folder was chosen; invalid once the user has scrolled away.
+  QTimer scroll_;           // Until rows have come to rest.
   QTimer rest_;             // Keys run past folders that nobody wants to see.
   QString folder_;
 };
