@@ -1,6 +1,7 @@
 #include <QComboBox>
 #include <QLabel>
 #include <QMenu>
+#include <QPlainTextEdit>
 
 #include "test_browser_window.h"
 #include "windows/folder_panel.h"
@@ -158,6 +159,69 @@ TEST_F(BrowserWindowTest, TheInformationSaysWhatEachKindHas) {
   window_->OpenFile(Images() + QStringLiteral("/f13.rti"));
   const ImageInfo sequence = InfoOfOpenImage(session_);
   EXPECT_EQ(sequence.Frames + sequence.Memo, QStringLiteral("3None"));
+}
+
+/// Types into the information dialog that `open` shows and clicks its hidden "Save".
+void SaveHidden(const QString& comment, const QString& memo, const std::function<void()>& open) {
+  QTimer waiting;
+  QObject::connect(&waiting, &QTimer::timeout, qApp, [&] {
+    auto* const dialog = qobject_cast<ImageInfoDialog*>(QApplication::activeModalWidget());
+    if (dialog == nullptr) {
+      return;
+    }
+    waiting.stop();
+    auto* const save = dialog->findChild<QPushButton*>(QStringLiteral("Command2"));
+    auto* const text = dialog->findChild<QPlainTextEdit*>(QStringLiteral("txtComment"));
+    text->setPlainText(QStringLiteral("typed"));
+    EXPECT_FALSE(save->isVisible() || save->isEnabled());
+    save->show();
+    text->setPlainText(comment);
+    dialog->findChild<QPlainTextEdit*>(QStringLiteral("txtMemo"))->setPlainText(memo);
+    save->click();
+  });
+  waiting.start(5);
+  open();
+}
+
+TEST_F(BrowserWindowTest, TheHiddenSaveWritesTheFieldsOfTheRecordThatTheTypeTextNames) {
+  const QString first = Images() + QStringLiteral("/f1.sit");
+  const QString old = Images() + QStringLiteral("/f15.tmp");
+  const QByteArray zeros(1000, '\0');
+  window_->OpenFile(first);
+  QFile::setPermissions(first, QFile::ReadOwner | QFile::ReadUser);
+  Browse([&](BrowserWindow& browser) {
+    const auto save = [&](int tile, const QString& comment, const QString& memo) {
+      SaveHidden(comment, memo, [&] {
+        QTimer::singleShot(0, &browser, [&] {
+          auto* const menu = browser.findChild<QMenu*>(QStringLiteral("mnuPopUp"));
+          menu->setActiveAction(menu->findChild<QAction*>(QStringLiteral("mnuPUInfo")));
+          QTest::keyClick(menu, Qt::Key_Return);
+        });
+        Q_EMIT Grid(browser).Tile(tile).MenuAsked(true, QPoint(10, 10));
+      });
+    };
+    QByteArray expected = ReadAll(first);
+    save(0, QStringLiteral(" W\u00E4rme "), QStringLiteral("nONE"));
+    expected.replace(214, 638, QByteArray("W\xE4rme") + zeros.left(633));
+    expected.replace(982, 20, zeros.left(20));
+    EXPECT_EQ(ReadAll(first), expected);
+    EXPECT_TRUE(QFile::permissions(first).testFlag(QFile::WriteOwner));
+    EXPECT_EQ(InfoOfTile(browser.Pages(), 0, session_.Words).Memo, QStringLiteral("None"));
+    EXPECT_EQ(session_.View.Comment, QStringLiteral("W\u00E4rme")) << "the same file is open";
+    browser.Pages().ShowLast();
+    expected = ReadAll(old);
+    save(4, QString(), QStringLiteral("north"));
+    expected.replace(128, 832, zeros.left(832)).replace(960, 5, "north");
+    EXPECT_EQ(ReadAll(old), expected);
+    session_.Words.SetLanguage(1);  // The type is told by the English words alone.
+    save(4, QStringLiteral("x"), QString());
+    expected.replace(214, 768, 'x' + zeros.left(767)).replace(982, 20, zeros.left(20));
+    EXPECT_EQ(ReadAll(old), expected);
+    session_.Words.SetLanguage(0);
+  });
+  SaveHidden(QString(700, QLatin1Char('y')), QString(), [&] { Trigger("SSCommand10"); });
+  EXPECT_EQ(ReadAll(first).mid(214, 640), QByteArray(638, 'y') + ReadAll(first).mid(852, 2));
+  EXPECT_EQ(session_.View.Memo, QStringLiteral("None"));
 }
 
 }  // namespace
