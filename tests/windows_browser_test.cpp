@@ -1,8 +1,13 @@
+#include <sys/stat.h>
+#include <unistd.h>
+
 #include <QComboBox>
 #include <QLabel>
 #include <QMenu>
 #include <QPlainTextEdit>
 
+#include "core/path_bytes.h"
+#include "formats/if_sound.h"
 #include "test_browser_window.h"
 #include "windows/folder_panel.h"
 #include "windows/image_info_dialog.h"
@@ -159,6 +164,63 @@ TEST_F(BrowserWindowTest, TheInformationSaysWhatEachKindHas) {
   window_->OpenFile(Images() + QStringLiteral("/f13.rti"));
   const ImageInfo sequence = InfoOfOpenImage(session_);
   EXPECT_EQ(sequence.Frames + sequence.Memo, QStringLiteral("3None"));
+}
+
+TEST_F(BrowserWindowTest, FoldersWithNamesThatAreNoTextAreAmongThePlaces) {
+  const QString odd = PathFromBytes(QFile::encodeName(Images()) + "/caf\xE9");
+  ASSERT_EQ(::mkdir(PathToBytes(odd).constData(), 0755), 0);
+  WriteWholeFile(JoinPath(odd, QStringLiteral("a.sit")), EncodedScene(), Overwrite::kRefuse);
+  Browse([&](BrowserWindow& browser) {
+    auto& places = In<QComboBox>(browser, "Drive1");
+    const int at = places.findText(QStringLiteral("caf\uFFFD"));
+    ASSERT_GE(at, 0);
+    places.setCurrentIndex(at);
+    Q_EMIT places.activated(at);
+    EXPECT_EQ(browser.Pages().SourceFolder, odd);
+    EXPECT_TRUE(Grid(browser).Tile(0).isVisible());
+    EXPECT_EQ(places.currentText(), QStringLiteral("caf\uFFFD"));
+    Q_EMIT Grid(browser).DoubleClicked(0);
+  });
+  EXPECT_EQ(session_.Image.CurrentFilePath, JoinPath(odd, QStringLiteral("a.sit")));
+  ::unlink(PathToBytes(JoinPath(odd, QStringLiteral("a.sit"))).constData());
+  ::rmdir(PathToBytes(odd).constData());
+}
+
+TEST_F(BrowserWindowTest, AFileThatWasWrittenMeanwhileIsReadAgainWhenTheUserComesBack) {
+  Browse([&](BrowserWindow& browser) {
+    const auto comeBack = [&] {
+      QEvent event(QEvent::WindowActivate);
+      QApplication::sendEvent(&browser, &event);
+      return browser.Pages().Places[0].Content.Picture.Pixels.empty();
+    };
+    EXPECT_FALSE(comeBack());
+    folder_.Write(QStringLiteral("images/f1.sit"), {});
+    EXPECT_TRUE(comeBack());
+  });
+}
+
+TEST_F(BrowserWindowTest, AClickOnTheSoundMarkOpensTheMenuInsteadOfSelecting) {
+  SitFields fields = SceneFields();
+  fields.Signature = "SIT V2.9A ";
+  fields.SoundName = "SND1    ";
+  fields.SoundExt = "AIF";
+  folder_.Write(QStringLiteral("images/f1.sit"), EncodeSit(fields));
+  folder_.Write(QStringLiteral("images/SND1.AIF"),
+                EncodeIfSound(8000, std::vector<std::uint16_t>(300, 700)));
+  Browse([&](BrowserWindow& browser) {
+    EXPECT_FALSE(In<TilePart>(browser, "Image1_1").isVisible());
+    const auto& mark = In<TilePart>(browser, "Image1_0");
+    bool hadMenu = false;
+    QTimer::singleShot(0, &browser, [&] {
+      if (auto* const menu = browser.findChild<QMenu*>(QStringLiteral("mnuPopUp"))) {
+        hadMenu = true;
+        menu->close();
+      }
+    });
+    QTest::mouseClick(&Grid(browser).Tile(0), Qt::LeftButton, {}, mark.geometry().center());
+    EXPECT_TRUE(hadMenu);
+    EXPECT_EQ(browser.Pages().Files.SelectedCount(), 0);
+  });
 }
 
 /// Types into the information dialog that `open` shows and clicks its hidden "Save".

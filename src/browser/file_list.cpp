@@ -10,6 +10,7 @@
 #include <memory>
 #include <optional>
 
+#include "core/file_access.h"
 #include "core/path_bytes.h"
 
 namespace tessa {
@@ -90,6 +91,20 @@ std::vector<FileList::Item> Sorted(const QStringList& names) {
 }
 
 }  // namespace
+
+QStringList FoldersWithOddNames(const QString& path) {
+  const std::unique_ptr<DIR, CloseFolder> folder(::opendir(PathToBytes(path).constData()));
+  QStringList found;
+  while (const dirent* const entry = folder ? ::readdir(folder.get()) : nullptr) {
+    const QString name = PathFromBytes(entry->d_name);
+    if (!name.startsWith(QLatin1Char('.')) && ShownPath(name) != name &&
+        IsFolder(JoinPath(path, name))) {
+      found.append(JoinPath(path, name));
+    }
+  }
+  found.sort();
+  return found;
+}
 
 QString PatternOfFilter(int index) {
   const bool isInTable = index >= 0 && index < static_cast<int>(kImageFilters.size());

@@ -94,6 +94,12 @@ bool ThumbnailPages::ReadAfterTransfer(int page) {
   return isRead;
 }
 
+bool ThumbnailPages::IsPageStale() const {
+  return std::any_of(Places.begin(), Places.end(), [](const Place& place) {
+    return place.Visible && StampOf(place.Path) != place.Stamp;
+  });
+}
+
 void ThumbnailPages::ShowListing(int page) {
   BrowserReady = false;
   const int last = std::max(0, (Files.Count() - 1) / kTiles);
@@ -140,6 +146,7 @@ void ThumbnailPages::FillPlace(int tile) {
   place.Path = JoinPath(SourceFolder, exact);
   place.Hint = UpperPath(place.Path);
   place.Caption = FitName(name, TileTextLimit, measure_);
+  place.Stamp = StampOf(place.Path);
   place.Content = DecodeTile(place.Path, EmptySound::kRemove);
   ShrinkPicture(LargestSide, place.Content.Picture);
 }

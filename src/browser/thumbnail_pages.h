@@ -7,6 +7,7 @@
 
 #include "browser/file_list.h"
 #include "browser/tile.h"
+#include "core/file_access.h"
 
 namespace tessa {
 
@@ -50,6 +51,7 @@ class ThumbnailPages {
     QString Hint;         // The full path, upper case.
     QString Path;         // The same as on disk.
     Tile Content;
+    std::optional<FileStamp> Stamp;  // Of the file as it was read.
   };
 
   /// `memory` outlives the pages.
@@ -69,6 +71,8 @@ class ThumbnailPages {
   /// The same after files were taken out of the folder on purpose: the selection ends, and `page`,
   /// or the last one where there are no longer so many, comes on show.
   bool ReadAfterTransfer(int page);
+  /// True when a file of the page on show is no longer what was read.
+  bool IsPageStale() const;
   /// The pages of the present list, and the tiles of the page on show.
   void LoadThumbNail();
   /// Reads the files of a page, from 1, into the tiles.

@@ -32,6 +32,8 @@ struct FileStamp {
 
 /// The stamp of an open plain file; nothing for what is none.
 std::optional<FileStamp> StampOf(int descriptor);
+/// The same by its path, without opening it.
+std::optional<FileStamp> StampOf(const QString& path);
 
 /// Reads the first `limit` bytes of a regular file. A missing, unreadable or irregular file (a
 /// folder, a pipe) gives nothing and a fault that says why.
@@ -60,6 +62,9 @@ class RandomFile {
 
 /// True when something stands at `path`; a link counts by what it leads to.
 bool PathExists(const QString& path);
+
+/// True when `path` is a folder, or a link to one.
+bool IsFolder(const QString& path);
 
 /// True when this user may write the existing file or folder.
 bool IsWritable(const QString& path);

@@ -2,13 +2,13 @@
 
 #include <QComboBox>
 #include <QDir>
-#include <QFileInfo>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QProgressBar>
 #include <QPushButton>
 #include <QStandardPaths>
 
+#include "core/file_access.h"
 #include "core/path_bytes.h"
 #include "open/no_picture.h"
 #include "sound/note_player.h"
@@ -31,7 +31,7 @@ const QSize kFirstSize(1000, 700);
 QString ExistingFolder(const QString& wished) {
   const QString pictures = QStandardPaths::writableLocation(QStandardPaths::PicturesLocation);
   for (const QString& folder : {wished, pictures}) {
-    if (!folder.trimmed().isEmpty() && QFileInfo(folder).isDir()) {
+    if (!folder.trimmed().isEmpty() && IsFolder(folder)) {
       return QDir::cleanPath(folder);
     }
   }
@@ -105,6 +105,15 @@ void BrowserWindow::showEvent(QShowEvent* event) {
     shown_ = true;
     Activated();
   }
+}
+
+/// Files that another program wrote meanwhile are read again when the user comes back.
+bool BrowserWindow::event(QEvent* event) {
+  const bool comesBack = event->type() == QEvent::WindowActivate && shown_ && !running_;
+  if (comesBack && pages_.BrowserReady && pages_.IsPageStale()) {
+    ReadAgain();
+  }
+  return QDialog::event(event);
 }
 
 /// The first showing: both folders as the settings have them.

@@ -2,7 +2,6 @@
 
 #include <QComboBox>
 #include <QDir>
-#include <QFileInfo>
 #include <QFileSystemModel>
 #include <QHeaderView>
 #include <QScrollBar>
@@ -10,6 +9,8 @@
 #include <QTreeView>
 #include <QVBoxLayout>
 
+#include "browser/file_list.h"
+#include "core/file_access.h"
 #include "core/path_bytes.h"
 #include "widgets/plain_text.h"
 
@@ -79,13 +80,13 @@ void FolderPanel::SetPlaces(const QStringList& recentFolders, const Strings& wor
   const QSignalBlocker blocker(places_);
   places_->clear();
   const auto add = [this](const QString& text, const QString& path) {
-    if (places_->findData(path) < 0 && QFileInfo(path).isDir()) {
-      places_->addItem(OneLine(text), path);
+    if (places_->findData(path) < 0 && IsFolder(path)) {
+      places_->addItem(OneLine(ShownPath(text)), path);
     }
   };
   add(words.LangString(472, "Home"), QDir::homePath());
   for (const QString& folder : recentFolders) {
-    add(QFileInfo(folder).fileName(), folder);
+    add(folder.section(QLatin1Char('/'), -1), folder);
   }
   for (const QStorageInfo& volume : QStorageInfo::mountedVolumes()) {
     if (volume.isValid() && volume.isReady() && IsCard(volume.rootPath())) {
@@ -93,6 +94,7 @@ void FolderPanel::SetPlaces(const QStringList& recentFolders, const Strings& wor
     }
   }
   add(words.LangString(481, "Computer"), QDir::rootPath());
+  fixedPlaces_ = places_->count();
   ShowPlace();
 }
 
@@ -102,8 +104,22 @@ void FolderPanel::SetAccessibleNames(const QString& places, const QString& tree)
   tree_->setAccessibleName(tree);
 }
 
-/// The place that the folder is, if any.
+/// The place that the folder is, if any. Folders that the tree cannot show are places while their
+/// parent, or they themselves, are chosen.
 void FolderPanel::ShowPlace() {
+  const QSignalBlocker blocker(places_);
+  while (places_->count() > fixedPlaces_) {
+    places_->removeItem(fixedPlaces_);
+  }
+  QStringList further = FoldersWithOddNames(folder_);
+  if (!model_.index(folder_).isValid() && IsFolder(folder_)) {
+    further.prepend(folder_);
+  }
+  for (const QString& path : further) {
+    if (places_->findData(path) < 0) {
+      places_->addItem(OneLine(ShownPath(path.section(QLatin1Char('/'), -1))), path);
+    }
+  }
   places_->setCurrentIndex(places_->findData(folder_));
 }
 

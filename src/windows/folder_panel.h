@@ -50,6 +50,7 @@ class FolderPanel : public QWidget {
   QTimer scroll_;           // Until rows have come to rest.
   QTimer rest_;             // Keys run past folders that nobody wants to see.
   QString folder_;
+  int fixedPlaces_ = 0;  // Those behind them change with the folder.
 };
 
 }  // namespace tessa
