@@ -51,7 +51,8 @@ std::optional<int> ThumbnailCommand::Run() const {
     const ColourTable& colours = palettes->PaletteTable.at(static_cast<std::size_t>(palette));
     const QImage image =
         size_ == 0 ? PaletteImage(picture, colours) : FittedImage(picture, colours, {size_, size_});
-    WriteWholeFile(target, EncodePng(image), force_ ? Overwrite::kReplace : Overwrite::kRefuse);
+    WriteWholeFile(target, EncodePng(image, PngEffort::kQuick),
+                   force_ ? Overwrite::kReplace : Overwrite::kRefuse);
     return kToolDone;
   } catch (const std::exception& failure) {
     PrintError(path, failure.what());

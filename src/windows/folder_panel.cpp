@@ -101,6 +101,7 @@ void FolderPanel::SetPlaces(const QStringList& recentFolders, const Strings& wor
 void FolderPanel::SetAccessibleNames(const QString& places, const QString& tree) {
   places_->setAccessibleName(places);
   places_->setToolTip(places);
+  places_->setPlaceholderText(places);
   tree_->setAccessibleName(tree);
 }
 
