@@ -9,10 +9,8 @@
 #include "tool/frames_command.h"
 #include "view/palettes.h"
 
-using tessa::fuzz::Require;
-
 /// The lines of the input are arguments; each goes to every reader of one.
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+FUZZ_ENTRY {
   constexpr int kMostFrames = 32767;
   const QStringList arguments =
       QString::fromUtf8(reinterpret_cast<const char*>(data), static_cast<qsizetype>(size))
@@ -25,20 +23,19 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   for (const QByteArray& text : texts) {
     pointers.push_back(text.constData());
   }
-  const QString file = tessa::PendingFileFromArguments(pointers);
+  const QString file = PendingFileFromArguments(pointers);
   Require(file.size() <= 3 * static_cast<qsizetype>(size), "its name comes from the arguments");
   for (const QString& argument : arguments) {
-    const int palette = tessa::FindPalette(argument);
-    Require(palette >= -1 && palette < tessa::kPaletteCount, "a palette of the list or none");
-    tessa::ParseExportRange(argument);
-    Require(!tessa::IsUsablePrefix(argument) || !argument.contains(QLatin1Char('/')),
+    const int palette = FindPalette(argument);
+    Require(palette >= -1 && palette < kPaletteCount, "a palette of the list or none");
+    ParseExportRange(argument);
+    Require(!IsUsablePrefix(argument) || !argument.contains(QLatin1Char('/')),
             "a prefix names files of one folder");
-    if (const auto frames = tessa::ParseFrames(argument, kMostFrames)) {
+    if (const auto frames = ParseFrames(argument, kMostFrames)) {
       Require(std::is_sorted(frames->begin(), frames->end()) && frames->size() <= kMostFrames,
               "frames stand in order and none twice");
       Require(frames->empty() || (frames->front() >= 1 && frames->back() <= kMostFrames),
               "frames are those that there are");
     }
   }
-  return 0;
 }

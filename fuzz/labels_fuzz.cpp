@@ -3,16 +3,14 @@
 
 #include "session_input.h"
 
-using tessa::fuzz::Require;
-
 /// The input is a text in UTF-8. It is drawn into part of a picture as the texts of a saved picture
 /// are and stays in that part, whatever it says.
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+FUZZ_ENTRY {
   constexpr int kWidth = 160;
   constexpr int kHeight = 40;
   constexpr std::size_t kLongest = 4096;
-  tessa::fuzz::MakeApplication();
-  tessa::Picbuf picture;
+  MakeApplication();
+  Picbuf picture;
   picture.CreateBuffer(0xFFFFFF, kHeight, kWidth, size % 2 == 0 ? 8 : 24);
   picture.SelTop = kHeight / 2;
   picture.SelWidth = kWidth;
@@ -25,5 +23,4 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   picture.DrawSelText();
   Require(std::equal(above.begin(), above.end(), picture.Pixels().begin()),
           "nothing is drawn outside the selection");
-  return 0;
 }

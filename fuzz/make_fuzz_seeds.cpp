@@ -1,6 +1,5 @@
 // Writes small valid inputs for every fuzz entry into FOLDER/NAME, for the fuzzer to start from.
 
-#include <QBuffer>
 #include <QImage>
 #include <cstdio>
 #include <filesystem>
@@ -9,20 +8,15 @@
 #include <string>
 #include <string_view>
 
-#include "formats/bmp.h"
+#include "../tests/builders.h"
 #include "formats/bmp_trailer.h"
-#include "formats/frame_array.h"
-#include "formats/if_sound.h"
 #include "formats/palette_file.h"
-#include "formats/sequence.h"
-#include "formats/sit.h"
-#include "formats/tmp_image.h"
-#include "formats/wave.h"
 #include "view/jpeg_picture.h"
 
 namespace {
 
 using tessa::Bytes;
+using namespace tessa::testing;
 
 class SeedFolder {
  public:
@@ -43,7 +37,7 @@ class SeedFolder {
 };
 
 Bytes Start(const Bytes& bytes, std::size_t size) {
-  return {bytes.begin(), bytes.begin() + static_cast<std::ptrdiff_t>(std::min(size, bytes.size()))};
+  return First(bytes, std::min(size, bytes.size()));
 }
 
 QImage SmallPicture() {
@@ -53,21 +47,12 @@ QImage SmallPicture() {
   return picture;
 }
 
-Bytes SmallTiff(QImage::Format format) {
-  QBuffer buffer;
-  SmallPicture().convertToFormat(format).save(&buffer, "TIFF");
-  return {buffer.data().begin(), buffer.data().end()};
-}
-
 /// `attachment` and the code that says what is in it: 1 sound, 2 photograph, 3 both; 0: an image of
 /// version 3 without.
 Bytes SmallSit(const Bytes& attachment, char code) {
-  tessa::SitFields fields;
-  fields.Signature = code == 0 ? "SIT 3.5J  " : "SIT 4.00  ";
+  tessa::SitFields fields = SoundSit(code == 0 ? "SIT 3.5J  " : "SIT 4.00  ", "", "", attachment);
   fields.SoundExt = code == 0 ? std::string("WA\x03") : std::string{'\0', '\0', code};
   fields.Comment = "a comment";
-  fields.Counts.assign(std::size_t{320} * 240, 2000);
-  fields.Attachment = attachment;
   return tessa::EncodeSit(fields);
 }
 
@@ -96,11 +81,6 @@ Bytes SmallBmp(std::uint16_t bits, std::uint32_t compression, std::int32_t heigh
   return writer.Take();
 }
 
-Bytes Joined(Bytes first, const Bytes& second) {
-  first.insert(first.end(), second.begin(), second.end());
-  return first;
-}
-
 /// Two frames of 3 x 2 pixels: a snapshot of the given version, or a container.
 Bytes SmallSequence(float version) {
   const std::int16_t pixels[] = {2932, 2933, 2900, 3000, 2999, 2910};
@@ -110,9 +90,10 @@ Bytes SmallSequence(float version) {
     const Bytes both = tessa::EncodeContainerFrame({stamp, 253.2F, 393.2F, 283.2F, 308.7F}, frame);
     return Joined(tessa::EncodeContainerHeader({version, 2, 16, 3, 2, 0.5F}), Joined(both, both));
   }
-  tessa::SnapshotFields fields;
-  fields.Header = {version, 38024.25, 2, 3, 2, -10.0F, 320.0F, 10.0F, 35.5F, 0.75F, "a comment"};
-  fields.Frames = {frame, frame};
+  const std::vector<std::int16_t> tenths(std::begin(pixels), std::end(pixels));
+  tessa::SnapshotFields fields = SnapshotOf(3, 2, {tenths, tenths}, version);
+  fields.Header.ScaleMax = 35.5F;
+  fields.Header.Comment = "a comment";
   fields.Stamps = {stamp, stamp};
   return tessa::EncodeSnapshot(fields);
 }
@@ -149,9 +130,9 @@ void WritePictureSeeds(const SeedFolder& folder, Bytes head) {
   photograph.U32Be(0);
   photograph.Append(jpeg);
   write("photograph", 4, SmallSit(photograph.Take(), 2));
-  write("tiff", 6, SmallTiff(QImage::Format_RGB888));
-  write("grey_tiff", 6, SmallTiff(QImage::Format_Grayscale8));
-  write("bilevel_tiff", 6, SmallTiff(QImage::Format_Mono));
+  write("tiff", 6, Tiff(TiffTags(8, 4, 8, 3, 2), {Bytes(96, 90)}));
+  write("grey_tiff", 6, Tiff(TiffTags(8, 4, 8, 1, 1), {Bytes(32, 90)}));
+  write("bilevel_tiff", 6, Tiff(TiffTags(8, 4, 1, 1, 0), {Bytes(4, 90)}));
   write("jpeg", 7, jpeg);
   write("grey_jpeg", 7,
         tessa::EncodeJpeg(SmallPicture().convertToFormat(QImage::Format_Indexed8), 80));
@@ -169,6 +150,10 @@ void WriteTextSeeds(const std::filesystem::path& folder) {
   write("text", {"36.65 \xB0\x43", "-0.049999", "+1e15x", " \t.5", "9.96", "\xE2\x82\xAC\xC3\xA4",
                  "999999999999999.95"});
   write("settings", {"/data/images\n/data/reports\n 3 \n 10 \nC\n", "\n\n-1\n99\nF", "a\r\nb\r\n"});
+  write("download_ini",
+        {"/data/images\r\n 3 \r\n 1 \r\n 0 \r\n 1 \r\n95\r\n 2 \r\n 1 \r\n-5.5\r\n10\r\n 1 \r\n 0 "
+         "\r\n 1 \r\n 1 \r\n 0 \r\n 1 \r\n 1 \r\n",
+         "\"/with, comma\"\n-1\n2\n7\n99999\n\"\"\n", "/a,7\n\"x\n1e400", "\""});
   write("arguments", {"1-10,15\nimage\n-40:120\nHOT IRON\n7", "\"/data/an image.sit\"",
                       "1-1,32767\n20:10\nprefix-\n../up"});
   write("labels", {"36.6 \xC2\xB0\x43", "<img src=/dev/zero><h1>A</h1>", "a\n\tb &amp; c",
@@ -205,6 +190,12 @@ void WriteLoadSeeds(const std::filesystem::path& folder, const Bytes& sit) {
   exports.Write("with_bar", Joined({1, 1}, Joined(bitmap, trailer)));
   exports.Write("txi", Joined({2, 8}, tessa::EncodeBmp8(4, 4, indices, 4, {}, -200, 1000)));
   WritePictureSeeds(exports, {0, 2});
+
+  const SeedFolder cards(folder / "card_picture");
+  const Bytes photograph = Joined(Bytes(8), tessa::EncodeJpeg(SmallPicture(), 90));
+  cards.Write("plain", Joined({0, 0}, sit));
+  cards.Write("photograph", Joined({0x02, 0x3F}, SmallSit(photograph, 2)));
+  cards.Write("limits", Joined({0x0B, 0x1F}, Start(sit, 3000)));
 }
 
 void WriteAll(const std::filesystem::path& folder) {

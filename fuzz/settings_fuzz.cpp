@@ -1,24 +1,21 @@
 #include "core/viewer_ini.h"
 #include "require.h"
 
-using tessa::fuzz::Require;
-
 /// The input is the text of Viewer2.ini.
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+FUZZ_ENTRY {
   const auto parse = [](const QString& text) {
-    return tessa::ParseViewerIni(text.split(QLatin1Char('\n')));
+    return ParseViewerIni(text.split(QLatin1Char('\n')));
   };
   const QString text =
       QString::fromUtf8(reinterpret_cast<const char*>(data), static_cast<qsizetype>(size));
-  const tessa::Settings settings = parse(text);
+  const Settings settings = parse(text);
   Require(settings.DefaultKind >= 0 && settings.DefaultKind <= 6, "the kind is one of seven");
   Require(settings.DefaultPalette <= 10, "the palette is one of the first eleven or none");
   Require(settings.DefaultUnits == 'C' || settings.DefaultUnits == 'F', "the unit is C or F");
-  const tessa::Settings again = parse(tessa::ViewerIniText(settings));
+  const Settings again = parse(ViewerIniText(settings));
   Require(again.LastFolder == settings.LastFolder && again.TargetFolder == settings.TargetFolder &&
               again.DefaultKind == settings.DefaultKind &&
               again.DefaultPalette == settings.DefaultPalette &&
               again.DefaultUnits == settings.DefaultUnits,
           "settings survive a round trip");
-  return 0;
 }

@@ -7,12 +7,8 @@
 #include "formats/number_text.h"
 #include "require.h"
 
-using tessa::fuzz::Require;
-
-namespace {
-
-void TryFormats(double value, int decimals) {
-  const std::string text = tessa::FormatFixed(value, decimals);
+static void TryFormats(double value, int decimals) {
+  const std::string text = FormatFixed(value, decimals);
   const std::size_t point = text.find('.');
   Require(decimals == 0 ? point == std::string::npos
                         : point + 1 + static_cast<std::size_t>(decimals) == text.size(),
@@ -25,25 +21,22 @@ void TryFormats(double value, int decimals) {
   // Half a step, and what the 16th digit and reading back may add.
   const double expected = std::isfinite(value) ? value : 0.0;
   const double slack = 0.5 * std::pow(10.0, -decimals) + std::fabs(expected) * 1e-14;
-  Require(std::fabs(tessa::ParseLeadingNumber(text) - expected) <= slack, "the value is kept");
+  Require(std::fabs(ParseLeadingNumber(text) - expected) <= slack, "the value is kept");
 }
 
-}  // namespace
-
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+FUZZ_ENTRY {
   const std::string text(reinterpret_cast<const char*>(data), size);
-  Require(tessa::Utf8ToAnsi(tessa::AnsiToUtf8(text)) == text, "every byte survives");
-  Require(tessa::Utf8ToAnsi(text).size() <= text.size(), "a character is at most one byte");
-  Require(tessa::WithoutZeroBytes(text).find('\0') == std::string::npos, "no zero is left");
+  Require(Utf8ToAnsi(AnsiToUtf8(text)) == text, "every byte survives");
+  Require(Utf8ToAnsi(text).size() <= text.size(), "a character is at most one byte");
+  Require(WithoutZeroBytes(text).find('\0') == std::string::npos, "no zero is left");
 
-  const double parsed = tessa::ParseLeadingNumber(text);
+  const double parsed = ParseLeadingNumber(text);
   Require(std::isfinite(parsed), "a parsed number is finite");
   TryFormats(parsed, static_cast<int>(size % 8));
   std::uint64_t bits = 0;
   std::memcpy(&bits, data, std::min(size, sizeof bits));
   TryFormats(std::bit_cast<double>(bits), static_cast<int>(size % 8));
   const auto single = std::bit_cast<float>(static_cast<std::uint32_t>(bits));
-  const float back = std::strtof(tessa::FormatShortest(single).c_str(), nullptr);
+  const float back = std::strtof(FormatShortest(single).c_str(), nullptr);
   Require(back == single || std::isnan(single), "the shortest digits give the value back");
-  return 0;
 }

@@ -1,11 +1,5 @@
-#include <QDir>
-#include <QFileInfo>
-
 #include "browser/thumbnail_pages.h"
 #include "browser/tile.h"
-#include "formats/frame_array.h"
-#include "formats/sequence.h"
-#include "formats/tmp_image.h"
 #include "test_files.h"
 
 namespace tessa::testing {
@@ -14,36 +8,24 @@ namespace {
 /// A SIT image whose column c has c degrees, shown from `center` - 4 to `center` + 4 steps of 8.
 Bytes Sit(const char* signature = "SIT V3.0A ", const char* name = "", const char* extension = "",
           const Bytes& attachment = {}) {
-  SitFields fields;
-  fields.Signature = signature;
-  fields.SoundName = name;
-  fields.SoundExt = extension;
-  fields.Attachment = attachment;
+  SitFields fields = SoundSit(signature, name, extension, attachment);
   fields.Offset = 0.0;
   fields.Gain = 1.0;
   fields.ScaleCenter = 100.0;
   fields.ScaleStep = 12.5;  // 50 to 150
   fields.Comment = "a comment";
-  for (int i = 0; i < kSitWidth * kSitHeight; ++i) {
-    fields.Counts.push_back(static_cast<std::int16_t>(i % kSitWidth));
-  }
+  fields.Counts = Raster(kSitWidth, kSitHeight, [](int column, int) { return column; });
   return EncodeSit(fields);
 }
 
 Bytes Snapshot(float version, int width, int height, const char* comment = "") {
-  SnapshotFields fields;
-  fields.Header.Version = version;
-  fields.Header.Taken = 44197.75;  // 2021-01-01 18:00
-  fields.Header.Frames = 1;
-  fields.Header.Width = width;
-  fields.Header.Height = height;
-  fields.Header.ScaleMin = 0.0F;
-  fields.Header.ScaleMax = 25.5F;
-  fields.Header.Emissivity = 0.9F;
-  fields.Header.Comment = comment;
   std::vector<std::int16_t> tenths(static_cast<std::size_t>(width * height), 2732 + 100);
   tenths[1] = 2732;
-  fields.Frames = {EncodeFrameArray(width, height, tenths)};
+  SnapshotFields fields = SnapshotOf(width, height, {tenths}, version);
+  fields.Header.Taken = 44197.75;  // 2021-01-01 18:00
+  fields.Header.ScaleMin = 0.0F;
+  fields.Header.ScaleMax = 25.5F;
+  fields.Header.Comment = comment;
   fields.Stamps = {"1234567890 12:34:56 AM"};
   return EncodeSnapshot(fields);
 }
@@ -70,19 +52,18 @@ TEST_F(BrowserTiles, AStillIsShownOnTheScaleOfItsHeaderAlone) {
   EXPECT_EQ(At(sit, 51, 239), 3);  // 2.55
   EXPECT_EQ(At(sit, 101, 5), 130);
   EXPECT_EQ(At(sit, 200, 5), 255);
-  EXPECT_EQ(sit.Comment, QStringLiteral("a comment"));
-  EXPECT_EQ(MemoTag(sit, Strings()), QStringLiteral("None"));
+  EXPECT_EQ(sit.Comment, u"a comment"_s);
+  EXPECT_EQ(MemoTag(sit, Strings()), u"None"_s);
 
-  LegacyFields old;
+  LegacyFields old = PlainLegacy(128);
   old.OffsetText = "  20.0";
   old.GainCode = '6';
-  old.Values.assign(std::size_t{255} * 207, 128);
   const Tile legacy = Decode("old.tmp", EncodeLegacyTmp(old));
   EXPECT_EQ(legacy.Picture.Width, 255);
   EXPECT_EQ(legacy.Picture.Height, 207);
   EXPECT_EQ(At(legacy, 0, 0), 128);
-  EXPECT_EQ(legacy.Emissivity, QStringLiteral("0.95"));
-  EXPECT_EQ(legacy.Date + legacy.Time, QStringLiteral("4/12/199610:15:30 AM"));
+  EXPECT_EQ(legacy.Emissivity, u"0.95"_s);
+  EXPECT_EQ(legacy.Date + legacy.Time, u"4/12/199610:15:30 AM"_s);
 
   TmpFields flat;
   flat.ScaleStep = 0.0;  // Equal limits.
@@ -98,10 +79,10 @@ TEST_F(BrowserTiles, ATileTellsWhichNoteTheImageHas) {
   EXPECT_EQ(gone.Sound, SoundKind::kNone);
   EXPECT_FALSE(gone.IsBlueCaption);
   EXPECT_EQ(Decode("empty.sit", Sit("SIT V2.9A ", "SND1    ", "AIF")).Sound, SoundKind::kNone);
-  EXPECT_FALSE(folder_.Names().contains(QStringLiteral("SND1.AIF")));
+  EXPECT_FALSE(folder_.Names().contains(u"SND1.AIF"_s));
   const Tile wave = Decode("wave.sit", Sit("SIT V3.0A ", "156161  ", "WAV", Bytes(100)));
   EXPECT_EQ(wave.Sound, SoundKind::kEmbeddedWave);
-  EXPECT_EQ(wave.SoundReference.trimmed(), QStringLiteral("156161"));
+  EXPECT_EQ(wave.SoundReference.trimmed(), u"156161"_s);
   EXPECT_TRUE(wave.IsBlueCaption);
   const Tile photograph = Decode("p.sit", Sit("SIT V4.0A ", "", "  \x02", Bytes(50)));
   EXPECT_EQ(photograph.Sound, SoundKind::kNone);
@@ -115,8 +96,8 @@ TEST_F(BrowserTiles, SnapshotsShowTheirFirstFrameAndSequencesNone) {
     ASSERT_EQ(tile.Picture.Height, 6);
     EXPECT_EQ(At(tile, 1, 0), 0);
     EXPECT_EQ(At(tile, 7, 5), 100);
-    EXPECT_EQ(tile.Comment, QStringLiteral("hot spot"));
-    EXPECT_EQ(tile.Date + tile.Time, QStringLiteral("01/01/2106:00:00 PM"));
+    EXPECT_EQ(tile.Comment, u"hot spot"_s);
+    EXPECT_EQ(tile.Date + tile.Time, u"01/01/2106:00:00 PM"_s);
   }
   EXPECT_EQ(Decode("big.rti", Snapshot(1.0F, 801, 601)).Picture.Width, 0);
   EXPECT_EQ(Decode("wide.rti", Snapshot(1.0F, 801, 600)).Picture.Width, 801);
@@ -167,7 +148,7 @@ TEST(BrowserNames, ANameIsCutUntilItFitsWithItsDots) {
   EXPECT_EQ(fit("123456789"), "12345...");
   EXPECT_EQ(fit("1234\U0001F525\U0001F525"), "1234\U0001F525\U0001F525");
   EXPECT_EQ(fit("1234\U0001F525\U0001F525x"), "1234...");
-  EXPECT_EQ(FitName(QStringLiteral("ab"), 1.0, Characters), QStringLiteral("..."));
+  EXPECT_EQ(FitName(u"ab"_s, 1.0, Characters), u"..."_s);
 }
 
 class BrowserPages : public BrowserTiles {
@@ -177,11 +158,8 @@ class BrowserPages : public BrowserTiles {
     const QString path = folder_.Path(QString::fromLatin1(name));
     QDir().mkpath(path);
     for (int i = 1; i <= count; ++i) {
-      folder_.Write(QStringLiteral("%1/f%2%3")
-                        .arg(QString::fromLatin1(name))
-                        .arg(i)
-                        .arg(QString::fromLatin1(ending)),
-                    {});
+      folder_.Write(
+          u"%1/f%2%3"_s.arg(QString::fromLatin1(name)).arg(i).arg(QString::fromLatin1(ending)), {});
     }
     return path;
   }
@@ -189,9 +167,7 @@ class BrowserPages : public BrowserTiles {
     return static_cast<int>(std::count_if(pages_.Places.begin(), pages_.Places.end(),
                                           [](const auto& place) { return place.Visible; }));
   }
-  QString Buttons() const {
-    return QStringLiteral("%1%2").arg(pages_.BackEnabled).arg(pages_.ForwardEnabled);
-  }
+  QString Buttons() const { return u"%1%2"_s.arg(pages_.BackEnabled).arg(pages_.ForwardEnabled); }
   BrowserMemory memory_;
   ThumbnailPages pages_{memory_, Characters};
 };
@@ -209,12 +185,12 @@ TEST_F(BrowserPages, TenFilesAreOnePageAndElevenAreTwo) {
     EXPECT_EQ(VisibleTiles(), std::min(c.Files, 10));
   }
   pages_.ShowLast();
-  EXPECT_EQ(Buttons(), QStringLiteral("10"));
+  EXPECT_EQ(Buttons(), u"10"_s);
   EXPECT_EQ(VisibleTiles(), 1);
-  EXPECT_EQ(pages_.Places[0].Caption, QStringLiteral("F11.SIT"));  // Numbers by their value.
+  EXPECT_EQ(pages_.Places[0].Caption, u"F11.SIT"_s);  // Numbers by their value.
   pages_.ShowNext();
   EXPECT_EQ(pages_.CurrentPage, 2);
-  EXPECT_FALSE(pages_.ChangeFolder(folder_.Path(QStringLiteral("gone"))));
+  EXPECT_FALSE(pages_.ChangeFolder(folder_.Path(u"gone"_s)));
   EXPECT_EQ(pages_.Files.Count(), 11);
 }
 
@@ -223,12 +199,12 @@ TEST_F(BrowserPages, AFilterLeavesItsKindInAnyLetterCase) {
   Folder("mixed", 2, ".jpg");
   Folder("mixed", 1, ".text");
   Folder("mixed/folder.sit", 0);
-  folder_.Write(QStringLiteral("mixed/.hidden.sit"), {});
-  folder_.Write(QStringLiteral("mixed/F1.SIT"), {});
+  folder_.Write(u"mixed/.hidden.sit"_s, {});
+  folder_.Write(u"mixed/F1.SIT"_s, {});
   memory_.DefaultImageTypeIndex = 8;
   ThumbnailPages pages(memory_, Characters);
   EXPECT_EQ(memory_.DefaultImageTypeIndex, 0);
-  pages.ChangeFolder(folder_.Path(QStringLiteral("mixed")));
+  pages.ChangeFolder(folder_.Path(u"mixed"_s));
   EXPECT_EQ(pages.Files.Count(), 6);
   pages.ChangeFilter(4);
   ASSERT_EQ(pages.Files.Count(), 4);  // Names that differ in case alone are two images.
@@ -241,7 +217,7 @@ TEST_F(BrowserPages, AFilterLeavesItsKindInAnyLetterCase) {
 TEST_F(BrowserPages, TheSelectionReachesOverPagesAndEndsWithTheFolder) {
   const QString folder = Folder("a", 25);
   pages_.ChangeFolder(folder);
-  pages_.TargetFolder = folder + QStringLiteral("/");
+  pages_.TargetFolder = folder + u"/"_s;
   pages_.Pick(3);
   EXPECT_TRUE(pages_.Places[3].Marked && pages_.DeleteEnabled && !pages_.TransferEnabled);
   pages_.ShowNext();
@@ -254,8 +230,8 @@ TEST_F(BrowserPages, TheSelectionReachesOverPagesAndEndsWithTheFolder) {
   pages_.ShowFirst();
   EXPECT_TRUE(pages_.Places[3].Marked);
   // Unselecting leaves what was picked last.
-  EXPECT_EQ(memory_.SelectedPath, folder + QStringLiteral("/f11.sit"));
-  QFile::remove(folder + QStringLiteral("/f1.sit"));
+  EXPECT_EQ(memory_.SelectedPath, folder + u"/f11.sit"_s);
+  QFile::remove(folder + u"/f1.sit"_s);
   pages_.ReadAgain();
   EXPECT_TRUE(pages_.Places[2].Marked);
   pages_.ChangeFolder(folder);
@@ -268,16 +244,16 @@ TEST_F(BrowserPages, SelectAllTakesEveryFileAndForgetsThePath) {
   EXPECT_FALSE(pages_.ChooseSelected());
   pages_.SelectAll(true);
   EXPECT_EQ(pages_.Files.SelectedCount(), 12);
-  EXPECT_EQ(pages_.ChooseSelected()->Path, QStringLiteral("F10.SIT"));
-  EXPECT_EQ(pages_.ChooseTile(0)->Path, folder + QStringLiteral("/f1.sit"));
+  EXPECT_EQ(pages_.ChooseSelected()->Path, u"F10.SIT"_s);
+  EXPECT_EQ(pages_.ChooseTile(0)->Path, folder + u"/f1.sit"_s);
 }
 
 TEST_F(BrowserPages, TheTilesMenuTakesTheNameOfItsFormerTargetFromAPicture) {
   pages_.ChangeFolder(Folder("a", 12));
   pages_.PopupTile = 4;  // The right click on the picture sets no more.
   const auto chosen = pages_.ChoosePopup();
-  EXPECT_EQ(QFileInfo(chosen->Path).fileName(), QStringLiteral("f5.sit"));
-  EXPECT_EQ(chosen->Name, QStringLiteral("F1.SIT"));
+  EXPECT_EQ(QFileInfo(chosen->Path).fileName(), u"f5.sit"_s);
+  EXPECT_EQ(chosen->Name, u"F1.SIT"_s);
 }
 
 TEST_F(BrowserPages, OnlyANarrowedFilterComesBackToItsPage) {
@@ -292,7 +268,7 @@ TEST_F(BrowserPages, OnlyANarrowedFilterComesBackToItsPage) {
     EXPECT_EQ(next.CurrentPage, page) << filter;
   }
   for (int i = 10; i <= 25; ++i) {
-    QFile::remove(folder + QStringLiteral("/f%1.sit").arg(i));
+    QFile::remove(folder + u"/f%1.sit"_s.arg(i));
   }
   ThumbnailPages shorter(memory_, Characters);
   shorter.ChangeFolder(folder);

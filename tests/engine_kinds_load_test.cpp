@@ -1,18 +1,13 @@
-#include <gmock/gmock.h>
-
 #include <cmath>
+#include <ranges>
+#include <thread>
 
 #include "formats/bin_raster.h"
-#include "formats/tmp_image.h"
+#include "open/still.h"
 #include "test_files.h"
 
 namespace tessa::testing {
 namespace {
-
-using ::testing::DoubleNear;
-using ::testing::Each;
-using ::testing::ElementsAre;
-using ::testing::Pointwise;
 
 using Indices = std::vector<std::uint8_t>;
 
@@ -30,9 +25,7 @@ TmpFields Tmp() {
   fields.TimeText = "070809";
   fields.Comment = std::string("PUMP\0 \xB0", 7);
   fields.Memo = "EAST";
-  for (int i = 0; i < 255 * 223; ++i) {
-    fields.Counts.push_back(static_cast<std::int16_t>(640 + i % 255 + 7 * (i / 255)));
-  }
+  fields.Counts = Raster(255, 223, [](int column, int row) { return 640 + column + 7 * row; });
   fields.Counts[50 * 255 + 100] = 5120;
   return fields;
 }
@@ -46,19 +39,14 @@ LegacyFields Legacy() {
   fields.StampText = "950630235901";
   fields.Comment = "OLD";
   fields.Memo = "M";
-  for (int i = 0; i < 255 * 207; ++i) {
-    fields.Values.push_back(static_cast<std::uint8_t>(3 * (i % 255) + 7 * (i / 255)));
-  }
+  fields.Values =
+      Raster<std::uint8_t>(255, 207, [](int column, int row) { return 3 * column + 7 * row; });
   return fields;
 }
 
 /// A tenth of a degree for each column, less one for each row, around 0.
 Bytes Bin() {
-  std::vector<std::int16_t> tenths;
-  for (int i = 0; i < 320 * 240; ++i) {
-    tenths.push_back(static_cast<std::int16_t>(2732 + i % 320 - i / 320));
-  }
-  return EncodeBin(tenths);
+  return EncodeBin(Raster(320, 240, [](int column, int row) { return 2732 + column - row; }));
 }
 
 /// 4 x 3 indices.
@@ -147,35 +135,28 @@ class KindsLoad : public LoadTest {
 TEST_F(KindsLoad, ATmpImageShows255OfItsColumnsInTheStoredScale) {
   Bytes file = EncodeTmp(Tmp());
   file[1024 + 255 * 2] = 0x7F;  // The dropped column is no hot spot.
-  for (const bool fahrenheit : {false, true}) {
-    session_.Image.DisplayUnits = fahrenheit ? 'F' : 'C';
-    Open("pump.tmp", file);
-    ExpectNoFaults();
-    ExpectSize(255, 223);
-    const auto degrees = [](int column, int row) {
-      const bool isHot = column == 100 && row == 50;
-      return isHot ? 60.0F : -10.0F + static_cast<float>(column + 7 * row) / 64.0F;
-    };
-    ExpectCells(degrees, 10.0, 100.0);
-    EXPECT_EQ(Row(0)[16], 2);  // 2.5
-    // Neither border nor calibrated range count for the extremes here.
-    ExpectReport(R"({"Kind": "TMP", "PreviousKindIndex": 6, "HasTemperature": true,
-        "IsLegacy8Bit": false, "PixelGain": 0.015625, "PixelOffset": -20, "CalRangeMax": 50,
-        "TempMin": -10, "TempMax": 60, "ScaleMin": -10, "ScaleMax": 15.5, "Emissivity": 0.87,
-        "ImageDate": "12/07/1998", "ImageTime": "7:08:09 AM", "Comment": "PUMP \u00B0",
-        "Memo": "EAST", "LoadButtonTip": "Load Image TMP Images", "RangeToggleVisible": true})");
-    // Half the span is 35, half of that truncated 17.
-    ExpectRange(-27.0, 77.0, -10.0, 60.0, -10.0, 15.5);
-    if (fahrenheit) {
-      ExpectScaleTexts("14.0", "59.9", "-16.6", "170.6");
-    } else {
-      ExpectScaleTexts("-10.0", "15.5", "-27.0", "77.0");
-    }
-    EXPECT_EQ(view_.StatusPanel[4].toStdString(), "Emissivity: 0.87");
-    EXPECT_EQ(view_.StatusPanel[5].toStdString(),
-              fahrenheit ? "Range: -40.0 to 122.0" : "Range: -40.0 to 50.0");
-    ExpectRangeControls();
-  }
+  session_.Image.DisplayUnits = 'F';
+  Open("pump.tmp", file);
+  ExpectNoFaults();
+  ExpectSize(255, 223);
+  const auto degrees = [](int column, int row) {
+    const bool isHot = column == 100 && row == 50;
+    return isHot ? 60.0F : -10.0F + static_cast<float>(column + 7 * row) / 64.0F;
+  };
+  ExpectCells(degrees, 10.0, 100.0);
+  EXPECT_EQ(Row(0)[16], 2);  // 2.5
+  // Neither border nor calibrated range count for the extremes here.
+  ExpectReport(R"({"Kind": "TMP", "PreviousKindIndex": 6, "HasTemperature": true,
+      "IsLegacy8Bit": false, "PixelGain": 0.015625, "PixelOffset": -20, "CalRangeMax": 50,
+      "TempMin": -10, "TempMax": 60, "ScaleMin": -10, "ScaleMax": 15.5, "Emissivity": 0.87,
+      "ImageDate": "12/07/1998", "ImageTime": "7:08:09 AM", "Comment": "PUMP \u00B0",
+      "Memo": "EAST", "LoadButtonTip": "Load Image TMP Images", "RangeToggleVisible": true})");
+  // Half the span is 35, half of that truncated 17.
+  ExpectRange(-27.0, 77.0, -10.0, 60.0, -10.0, 15.5);
+  ExpectScaleTexts("14.0", "59.9", "-16.6", "170.6");
+  EXPECT_EQ(view_.StatusPanel[4].toStdString(), "Emissivity: 0.87");
+  EXPECT_EQ(view_.StatusPanel[5].toStdString(), "Range: -40.0 to 122.0");
+  ExpectRangeControls();
 }
 
 TEST_F(KindsLoad, AnEightBitTmpImageIsMeasuredFromItsTexts) {
@@ -190,7 +171,7 @@ TEST_F(KindsLoad, AnEightBitTmpImageIsMeasuredFromItsTexts) {
       "TempMax": 53.25, "ScaleMin": 13.5, "ScaleMax": 29.5, "ImageDate": "6/30/1995",
       "ImageTime": "11:59:01 PM", "Comment": "OLD", "Memo": "M",
       "Status": ["", "", "", "Emissivity: 0.83", "Range: -40.0 to 120.0", ")" +
-               folder_.Path(Name("old.tmp")).toUpper().toUtf8() + R"("]})");
+               Path("old.tmp").toUpper().toUtf8() + R"("]})");
   ExpectRange(-26.5, 69.25, -10.5, 53.25, 13.5, 29.5);
   ExpectScaleTexts("13.5", "29.5", "-26.5", "69.3");
 
@@ -237,7 +218,7 @@ TEST_F(KindsLoad, ABinRasterIsOpenedLikeASitImageUnderATextWithTwoDots) {
   Open("before.tmp", EncodeTmp(Tmp()));
   Open("Plain.bin", Bin());
   ExpectNoFaults();
-  const QString path = folder_.Path(Name("Plain.bin"));
+  const QString path = Path("Plain.bin");
   EXPECT_EQ(image_.CurrentFilePath, path);
   EXPECT_EQ(image_.CurrentFile, path.toUpper().chopped(3) + Name(".SIT"));
   // The plain fields are the former image's.
@@ -249,11 +230,9 @@ TEST_F(KindsLoad, ABinRasterIsOpenedLikeASitImageUnderATextWithTwoDots) {
       "Status": ["", "", "", "", "", ")" +
                path.toUpper().toUtf8() + R"("]})");
   ExpectSize(320, 240);
-  for (int row = 0; row < 240; ++row) {
-    for (int column = 0; column < 320; ++column) {
-      ASSERT_NEAR(image_.TempGrid.At(column, row), (column - row) / 10.0, 1e-5);
-    }
-  }
+  const auto degrees = Raster<float>(
+      320, 240, [](int column, int row) { return static_cast<float>(column - row) / 10.0F; });
+  EXPECT_THAT(image_.TempGrid.Cells(), Pointwise(::testing::FloatNear(1e-5F), degrees));
   // 255 / 55.8 indices a degree over all columns.
   EXPECT_EQ(Row(239)[0], 0);
   EXPECT_EQ(Row(0)[319], 255);
@@ -266,34 +245,33 @@ TEST_F(KindsLoad, ABinRasterIsOpenedLikeASitImageUnderATextWithTwoDots) {
 }
 
 TEST_F(KindsLoad, ATrailerTurnsTheIndicesOfABitmapIntoDegrees) {
-  for (const bool fahrenheit : {false, true}) {
-    session_.Image.DisplayUnits = fahrenheit ? 'F' : 'C';
-    for (const bool reversed : {false, true}) {
-      // Drawn from its temperatures at the end, the picture has the file's indices either way.
-      Open("m.bmp", Measured(18, kTrailer, reversed));
-      ExpectNoFaults();
-      EXPECT_EQ(image_.PaletteReversed, reversed);
-      ExpectReport(R"({"Kind": "BMP", "HasTemperature": true, "RangeToggleVisible": true,
-          "PaletteIndexLow": 30, "PaletteIndexHigh": 230, "PaletteTempLow": 20, "PaletteTempHigh": 40,
-          "PaletteTempAt0": 17, "PaletteTempAt255": 42.5, "ScaleMax": 42.5, "TempMin": 17,
-          "TempMax": 42.5, "Comment": "", "ImageDate": ""})");
-      ExpectSize(4, 3);
-      for (int i = 0; i < 12; ++i) {
-        const int index = kPicture[static_cast<std::size_t>(i)];
-        EXPECT_FLOAT_EQ(image_.TempGrid.At(i % 4, i / 4), 17.0F + static_cast<float>(index) / 10);
-        EXPECT_EQ(Row(i / 4)[static_cast<std::size_t>(i % 4)], index);
-      }
-      // Half of 25.5 rounded is 13, half of that truncated 6.
-      ExpectRange(11.0, 48.5, 17.0, 42.5, 17.0, 42.5);
-      if (fahrenheit) {
-        ExpectScaleTexts("62.6", "108.5", "51.8", "119.3");
-      } else {
-        ExpectScaleTexts("17.0", "42.5", "11.0", "48.5");
-      }
-      ExpectRangeControls();
-      EXPECT_TRUE(view_.StatusPanel[5].isEmpty());
+  for (const bool reversed : {false, true}) {
+    // Drawn from its temperatures at the end, the picture has the file's indices either way.
+    Open("m.bmp", Measured(18, kTrailer, reversed));
+    ExpectNoFaults();
+    EXPECT_EQ(image_.PaletteReversed, reversed);
+    ExpectReport(R"({"Kind": "BMP", "HasTemperature": true, "RangeToggleVisible": true,
+        "PaletteIndexLow": 30, "PaletteIndexHigh": 230, "PaletteTempLow": 20, "PaletteTempHigh": 40,
+        "PaletteTempAt0": 17, "PaletteTempAt255": 42.5, "ScaleMax": 42.5, "TempMin": 17,
+        "TempMax": 42.5, "Comment": "", "ImageDate": ""})");
+    ExpectSize(4, 3);
+    for (int i = 0; i < 12; ++i) {
+      const int index = kPicture[static_cast<std::size_t>(i)];
+      EXPECT_FLOAT_EQ(image_.TempGrid.At(i % 4, i / 4), 17.0F + static_cast<float>(index) / 10);
+      EXPECT_EQ(Row(i / 4)[static_cast<std::size_t>(i % 4)], index);
     }
+    // Half of 25.5 rounded is 13, half of that truncated 6.
+    ExpectRange(11.0, 48.5, 17.0, 42.5, 17.0, 42.5);
+    ExpectScaleTexts("17.0", "42.5", "11.0", "48.5");
+    ExpectRangeControls();
+    EXPECT_TRUE(view_.StatusPanel[5].isEmpty());
   }
+  // A picture wholly below zero: from -88.8 to -63.3.
+  Bytes cold = kTrailer;
+  std::copy_n("\x08\x1A\x07\x52", 4, cold.begin() + 14);
+  Open("cold.bmp", Measured(18, cold));
+  EXPECT_FLOAT_EQ(image_.TempMin, -88.8F);
+  EXPECT_FLOAT_EQ(image_.TempMax, -63.3F);
   // A trailer lies where the header says, and its words are unsigned.
   Bytes behind = kTrailer;
   behind[14] = behind[15] = 0xFF;
@@ -311,8 +289,8 @@ TEST_F(KindsLoad, TheRangeControlGrowsWithEveryRowOfARadiometricBitmap) {
   Open("m.bmp", Measured());
   // At the start of the second and the third row: 27 to 29 degrees, then 17 to 29.
   ASSERT_EQ(watch_.Marks.size(), 3U);
-  EXPECT_THAT((std::vector{watch_.Marks[1].first, watch_.Marks[1].second, watch_.Marks[2].first,
-                           watch_.Marks[2].second}),
+  const auto& [second, third] = std::pair(watch_.Marks[1], watch_.Marks[2]);
+  EXPECT_THAT((std::vector{second.first, second.second, third.first, third.second}),
               Pointwise(DoubleNear(1e-4), std::vector{27.0, 29.0, 17.0, 29.0}));
 }
 
@@ -339,31 +317,20 @@ TEST_F(KindsLoad, ATrailerWithoutALineLeavesTheFormerOneAndTheGridAtZero) {
 }
 
 TEST_F(KindsLoad, ATxiImageIsLinearBetweenTheLimitsInItsHeader) {
-  Open("before.tmp", EncodeTmp(Tmp()));
-  for (const bool fahrenheit : {false, true}) {
-    session_.Image.DisplayUnits = fahrenheit ? 'F' : 'C';
-    Open("a.txi", Bitmap(-200, 1000));
-    ExpectNoFaults();
-    ExpectReport(R"({"Kind": "TXI", "PreviousKindIndex": 5, "HasTemperature": true,
-        "RangeToggleVisible": false, "TempMin": -20, "ScaleMin": -20, "TempMax": 100,
-        "ScaleMax": 100, "Comment": "", "ImageDate": "", "LoadButtonTip": "Load Image TXI Images"})");
-    ExpectSize(4, 3);
-    EXPECT_EQ(image_.TempGrid.At(0, 1), -20.0F);
-    EXPECT_EQ(image_.TempGrid.At(1, 1), 4.0F);
-    EXPECT_EQ(image_.TempGrid.At(2, 1), 20.0F);
-    EXPECT_EQ(image_.TempGrid.At(3, 1), 28.0F);
-    EXPECT_EQ(image_.TempGrid.At(0, 2), 100.0F);
-    EXPECT_FLOAT_EQ(image_.TempGrid.At(3, 2), 120.0F / 255.0F - 20.0F);
-    EXPECT_THAT(Row(1), ElementsAre(0, 51, 85, 102));
-    ExpectRange(-50.0, 130.0, -20.0, 100.0, -20.0, 100.0);
-    if (fahrenheit) {
-      ExpectScaleTexts("-4.0", "212.0", "-58.0", "266.0");
-    } else {
-      ExpectScaleTexts("-20.0", "100.0", "-50.0", "130.0");
-    }
-    ExpectRangeControls();
-    EXPECT_TRUE(view_.StatusPanel[4].isEmpty() && view_.StatusPanel[5].isEmpty());
-  }
+  Open("a.txi", Bitmap(-200, 1000));
+  ExpectNoFaults();
+  ExpectReport(R"({"Kind": "TXI", "PreviousKindIndex": 5, "HasTemperature": true,
+      "RangeToggleVisible": false, "TempMin": -20, "ScaleMin": -20, "TempMax": 100,
+      "ScaleMax": 100, "Comment": "", "ImageDate": "", "LoadButtonTip": "Load Image TXI Images"})");
+  ExpectSize(4, 3);
+  EXPECT_THAT(image_.TempGrid.Row(1), ElementsAre(-20.0F, 4.0F, 20.0F, 28.0F));
+  EXPECT_EQ(image_.TempGrid.At(0, 2), 100.0F);
+  EXPECT_FLOAT_EQ(image_.TempGrid.At(3, 2), 120.0F / 255.0F - 20.0F);
+  EXPECT_THAT(Row(1), ElementsAre(0, 51, 85, 102));
+  ExpectRange(-50.0, 130.0, -20.0, 100.0, -20.0, 100.0);
+  ExpectScaleTexts("-20.0", "100.0", "-50.0", "130.0");
+  ExpectRangeControls();
+  EXPECT_TRUE(view_.StatusPanel[4].isEmpty() && view_.StatusPanel[5].isEmpty());
 }
 
 TEST_F(KindsLoad, ATxiImageIsMeasuredBeforeItsReversedPaletteIsUndoneAndUnfoldsItsLimits) {
@@ -415,20 +382,39 @@ TEST_F(KindsLoad, ProgressEndsAtAHundredAndNeverFalls) {
   }
 }
 
-TEST_F(KindsLoad, WhatCannotBeReadLeavesNothingOfTheFormerImage) {
-  for (const char* name : {"none.tmp", "none.bin"}) {
-    Open("before.tmp", EncodeTmp(Tmp()));
-    OpenAt(folder_.Path(Name(name)));
-    ASSERT_NE(FindNoImage(session_.Faults), nullptr) << name;
-    EXPECT_EQ(session_.Faults[0].Kind, ProblemKind::kUnreadable);
+TEST_F(KindsLoad, AStillIsReadAsItOpensWithoutASessionAndInSeveralThreads) {
+  const std::vector<QString> paths = {
+      Write("a.SIT", EncodeSit(PlainSit())), Write("b.tmp", EncodeTmp(Tmp())),
+      Write("c.Tmp", EncodeLegacyTmp(Legacy())), Write("d.bin", Bin())};
+  std::vector<Still> stills(paths.size());
+  {
+    std::vector<std::jthread> threads;
+    for (std::size_t i = 0; i < paths.size(); ++i) {
+      threads.emplace_back([&, i] { stills[i] = ReadStill(paths[i]); });
+    }
   }
-  Open("empty.tmp", {});
-  EXPECT_NE(FindNoImage(session_.Faults), nullptr);
-  Open("before.txi", Bitmap(-200, 1000));
-  Bytes cut = Bitmap(0, 500);
-  cut.resize(60);
-  Open("cut.txi", cut);
-  EXPECT_NE(FindNoImage(session_.Faults), nullptr);
+  for (std::size_t i = 0; i < paths.size(); ++i) {
+    SCOPED_TRACE(paths[i].toStdString());
+    const Still& still = stills[i];
+    EXPECT_TRUE(still.Faults.empty());
+    OpenAt(paths[i]);
+    EXPECT_TRUE(std::ranges::equal(still.Grid.Cells(), image_.TempGrid.Cells()));
+    EXPECT_EQ(still.Kind, image_.ImageKind);
+    EXPECT_EQ(still.IsLegacy8Bit, i == 2);
+    EXPECT_EQ(still.Comment, view_.Comment);
+  }
+  for (const char* name : {"a.bmp", "missing.sit", ""}) {
+    EXPECT_NE(FindNoImage(ReadStill(folder_.Path(Name(name))).Faults), nullptr) << name;
+  }
+}
+
+TEST_F(KindsLoad, WhatCannotBeReadLeavesNothingOfTheFormerImage) {
+  for (const auto& [name, file] : std::initializer_list<std::pair<const char*, Bytes>>{
+           {"empty.tmp", {}}, {"empty.bin", {}}, {"cut.txi", First(Bitmap(0, 500), 60)}}) {
+    Open("before.tmp", EncodeTmp(Tmp()));
+    Open(name, file);
+    EXPECT_NE(FindNoImage(session_.Faults), nullptr) << name;
+  }
   ExpectNextFileOpensNormally();
 }
 

@@ -1,10 +1,7 @@
-#include <gmock/gmock.h>
-
 #include <new>
 
 #include "core/tell.h"
 #include "export/save_image.h"
-#include "formats/sit.h"
 #include "open/attachments.h"
 #include "open/no_picture.h"
 #include "test_files.h"
@@ -13,22 +10,19 @@
 namespace tessa::testing {
 namespace {
 
+/// 0 to 39.875 degrees in a scale from 0 to 40.
 Bytes Sit() {
   SitFields fields;
   fields.Gain = 0.125;
   fields.ScaleCenter = 20.0;
-  fields.ScaleStep = 5.0;  // 0 to 40
-  fields.Comment = "BOILER";
-  for (int i = 0; i < kSitWidth * kSitHeight; ++i) {
-    fields.Counts.push_back(static_cast<std::int16_t>(i % kSitWidth));  // 0 to 39.875
-  }
+  fields.ScaleStep = 5.0;
+  fields.Counts = Raster(kSitWidth, kSitHeight, [](int column, int) { return column; });
   return EncodeSit(fields);
 }
 
 /// Answers with the given paths in turn, then cancels.
-class Places : public Dialogs {
+class Places : public NoDialogs {
  public:
-  std::optional<QString> AskOpenFile(const OpenFileQuestion& /*question*/) override { return {}; }
   std::optional<QString> AskSaveFile(const SaveFileQuestion& question) override {
     Asked.push_back(question);
     return Asked.size() <= static_cast<std::size_t>(Answers.size())
@@ -39,7 +33,6 @@ class Places : public Dialogs {
     ++Questions;
     return Answer::kNo;
   }
-  std::optional<QString> AskText(const QString& /*prompt*/) override { return {}; }
 
   QStringList Answers;
   std::vector<SaveFileQuestion> Asked;
@@ -48,9 +41,7 @@ class Places : public Dialogs {
 
 class NoticeTest : public LoadTest {
  protected:
-  void SetUp() override {
-    session_.Words.ReadTable(ReadAll(QStringLiteral(TESSA_SOURCE_FOLDER "/resources/strings.tsv")));
-  }
+  void SetUp() override { session_.Words.ReadTable(WordTable()); }
   std::string Told() const { return view_.Notice.Text.toStdString(); }
 };
 
@@ -65,17 +56,17 @@ TEST_F(NoticeTest, EveryKindOfUselessFileSaysWhatItIsInTheUsersLanguage) {
     EXPECT_EQ(view_.NoPicture.Folder, QFileInfo(path).absolutePath());
     EXPECT_EQ(Told(), "");
   };
-  QDir().mkdir(folder_.Path(Name("Ordner.sit")));
-  expect(folder_.Path(Name("Weg.sit")), "The file is not there.", "");
-  expect(folder_.Path(Name("Ordner.sit")), "This is a folder, no image.", "");
-  expect(folder_.Write(Name("Leer.tmp"), {}), "The file is empty.", "");
-  expect(folder_.Write(Name("Fremd.xyz"), Sit()), "This is no image that the program reads.",
+  QDir().mkdir(Path("Ordner.sit"));
+  expect(Path("Weg.sit"), "The file is not there.", "");
+  expect(Path("Ordner.sit"), "This is a folder, no image.", "");
+  expect(Write("Leer.tmp", {}), "The file is empty.", "");
+  expect(Write("Fremd.xyz", Sit()), "This is no image that the program reads.",
          "The file's ending");
-  expect(folder_.Write(Name("Kurz.sit"), First(Sit(), 900)), "The file is incomplete.", "The ");
+  expect(Write("Kurz.sit", First(Sit(), 900)), "The file is incomplete.", "The ");
   session_.Words.SetLanguage(1);
   RetellAboutFile(session_);
-  EXPECT_EQ(view_.NoPicture.Reason, QStringLiteral("Die Datei ist unvollständig."));
-  EXPECT_EQ(view_.NoPicture.FileName, QStringLiteral("Kurz.sit")) << "in its own case";
+  EXPECT_EQ(view_.NoPicture.Reason, u"Die Datei ist unvollständig."_s);
+  EXPECT_EQ(view_.NoPicture.FileName, u"Kurz.sit"_s) << "in its own case";
 }
 
 TEST_F(NoticeTest, WhatBreaksALoadIsAProblemOfTheFileAndNoFormerPictureStays) {
@@ -92,7 +83,7 @@ TEST_F(NoticeTest, WhatBreaksALoadIsAProblemOfTheFileAndNoFormerPictureStays) {
   });
   TellAboutFile(session_);
   ExpectNothingOfAnImage();
-  EXPECT_EQ(view_.NoPicture.Detail, QStringLiteral("No room."));
+  EXPECT_EQ(view_.NoPicture.Detail, u"No room."_s);
 }
 
 TEST_F(NoticeTest, AFaultyPictureIsShownWithAQuietNoticeThatTheNextLoadTakesAway) {
@@ -105,7 +96,7 @@ TEST_F(NoticeTest, AFaultyPictureIsShownWithAQuietNoticeThatTheNextLoadTakesAway
   EXPECT_THAT(Told(), ::testing::StartsWith("El archivo está incompleto. The"));
   session_.Faults.push_back(session_.Faults.front());
   RetellAboutFile(session_);
-  EXPECT_EQ(FurtherText(view_.Notice, session_.Words), QStringLiteral("y 1 más"));
+  EXPECT_EQ(FurtherText(view_.Notice, session_.Words), u"y 1 más"_s);
   session_.View.Notice.AboutFile = false;
   DismissNotice(session_.View);
   RetellAboutFile(session_);
@@ -118,18 +109,17 @@ TEST_F(NoticeTest, AFaultyPictureIsShownWithAQuietNoticeThatTheNextLoadTakesAway
 TEST_F(NoticeTest, AFailedSaveAsksAgainFromAFolderThatIsThereAndASuccessIsTold) {
   Open("Wand.sit", Sit());
   Places places;
-  places.Answers = {folder_.Path(Name("no/such/w.jpg")), folder_.Path(Name("w.jpg"))};
+  places.Answers = {Path("no/such/w.jpg"), Path("w.jpg")};
   SaveJpeg(session_, places);
   ASSERT_EQ(places.Asked.size(), 2U);
-  EXPECT_EQ(places.Asked[1].Suggestion, folder_.Path(Name("w.jpg")));
+  EXPECT_EQ(places.Asked[1].Suggestion, Path("w.jpg"));
   EXPECT_EQ(places.Asked[1].Refusal,
-            QStringLiteral("Could not save w.jpg: the folder %1 is not there")
-                .arg(folder_.Path(Name("no/such"))));
+            u"Could not save w.jpg: the folder %1 is not there"_s.arg(Path("no/such")));
   EXPECT_EQ(Told(), "Saved w.jpg");
-  EXPECT_FALSE(ReadAll(folder_.Path(Name("w.jpg"))).isEmpty());
+  EXPECT_FALSE(ReadAll(Path("w.jpg")).isEmpty());
   Places cancelled;
-  QDir().mkdir(folder_.Path(Name("w.bmp")));
-  cancelled.Answers = {folder_.Path(Name("w.bmp"))};
+  QDir().mkdir(Path("w.bmp"));
+  cancelled.Answers = {Path("w.bmp")};
   SaveBmp(session_, cancelled);
   EXPECT_EQ(cancelled.Asked.size(), 2U);
   EXPECT_EQ(Told(), "Could not save w.bmp: Is a directory");
@@ -141,7 +131,7 @@ TEST_F(NoticeTest, WithoutAPictureSavingAndCopyingSayWhyTheyDoNothing) {
   Places places;
   SaveTxi(session_, places);
   EXPECT_THAT(Told(), ::testing::EndsWith("can be saved as TXI."));
-  OpenAt(folder_.Path(Name("weg.sit")));
+  OpenAt(Path("weg.sit"));
   for (const auto save : {SaveBmp, SaveJpeg, SaveTxi, SaveCompositeBmp, SaveCompositeJpeg}) {
     DismissNotice(session_.View);
     save(session_, places);
@@ -164,7 +154,7 @@ TEST_F(NoticeTest, RefusedEntriesAreToldAndTakenOnesAreNot) {
   EXPECT_EQ(Told(),
             "A range from 10.0 to 500.0 \u00B0C cannot be set between the limits -10.0 and "
             "50.0 \u00B0C.");
-  EXPECT_EQ(view_.RangeHighText, QStringLiteral("40.0")) << "the range in force comes back";
+  EXPECT_EQ(view_.RangeHighText, u"40.0"_s) << "the range in force comes back";
   EnterRangeTexts(Name("10"), Name("30"), session_.View);
   ApplyEnteredRange(pieces);
   EXPECT_EQ(Told(), "");
@@ -172,13 +162,13 @@ TEST_F(NoticeTest, RefusedEntriesAreToldAndTakenOnesAreNot) {
   EnterLimitTexts(Name("60"), Name("90"), session_.View);
   ApplyEnteredLimits(pieces);
   EXPECT_THAT(Told(), ::testing::StartsWith("Limits from 60.0 to 90.0 \u00B0C cannot be set"));
-  EXPECT_EQ(view_.LimitMinText, QStringLiteral("-10.0"));
+  EXPECT_EQ(view_.LimitMinText, u"-10.0"_s);
   // What is typed and not entered does not survive the next load, even into the same range.
   EnterRangeTexts(Name("1"), Name("2"), session_.View);
   EnterLimitTexts(Name("3"), Name("4"), session_.View);
   Open("Wand.sit", Sit());
-  EXPECT_EQ(view_.RangeLowText + view_.RangeHighText, QStringLiteral("0.040.0"));
-  EXPECT_EQ(view_.LimitMinText, QStringLiteral("-10.0"));
+  EXPECT_EQ(view_.RangeLowText + view_.RangeHighText, u"0.040.0"_s);
+  EXPECT_EQ(view_.LimitMinText, u"-10.0"_s);
 }
 
 TEST_F(NoticeTest, WhatHangsOnAnImageIsLetGoByALoadAndAClose) {

@@ -1,5 +1,3 @@
-#include <gmock/gmock.h>
-
 #include "test_files.h"
 #include "view/palettes.h"
 
@@ -20,7 +18,7 @@ Bytes PaletteFile() {
 class PaletteTables : public ::testing::Test {
  protected:
   PaletteTables() {
-    folder_.Write(QStringLiteral("palette.dta"), PaletteFile());
+    folder_.Write(u"palette.dta"_s, PaletteFile());
     Load();
   }
   void Load() {
@@ -30,7 +28,7 @@ class PaletteTables : public ::testing::Test {
   void OpenImageFile() {
     SitFields fields;
     fields.Counts.assign(76800, 2000);
-    OpenPath(folder_.Write(QStringLiteral("p.sit"), EncodeSit(fields)), session_, progress_);
+    OpenPath(folder_.Write(u"p.sit"_s, EncodeSit(fields)), session_, progress_);
   }
   void Select(int position) {
     SelectPalette(position, session_.Image, view_, palettes_, session_.Buffers);
@@ -47,7 +45,7 @@ class PaletteTables : public ::testing::Test {
   }
 
   TestFolder folder_;
-  Session session_{ApplicationFolder(folder_.Path({}), QStringLiteral("/nowhere"))};
+  Session session_{ApplicationFolder(folder_.Path({}), u"/nowhere"_s)};
   Progress progress_;
   Palettes& palettes_ = session_.Palettes;
   ViewState& view_ = session_.View;
@@ -64,8 +62,8 @@ TEST_F(PaletteTables, TheListOffersEighteenNamesAndKeepsItsSelection) {
   FillPaletteList(view_);
   EXPECT_EQ(view_.PaletteSelection, 5);
   EXPECT_EQ(view_.PaletteList.size(), 18);
-  EXPECT_EQ(FindPalette(QStringLiteral("hot iron 2")), 11);
-  EXPECT_EQ(FindPalette(QStringLiteral("17")), 17);
+  EXPECT_EQ(FindPalette(u"hot iron 2"_s), 11);
+  EXPECT_EQ(FindPalette(u"17"_s), 17);
   for (const char* name : {"18", "-1", "ISOTHERM", "HOT", ""}) {
     EXPECT_EQ(FindPalette(QString::fromLatin1(name)), -1) << name;
   }
@@ -75,7 +73,7 @@ TEST_F(PaletteTables, AMissingFileLeavesTheTableAsItWas) {
   EXPECT_TRUE(faults_.empty());
   EXPECT_EQ(palettes_.PaletteTable[17][3], 17003U);
   EXPECT_EQ(palettes_.PaletteTable[18], palettes_.PaletteTable[0]);
-  ASSERT_TRUE(QFile::remove(folder_.Path(QStringLiteral("palette.dta"))));
+  ASSERT_TRUE(QFile::remove(folder_.Path(u"palette.dta"_s)));
   Load();
   EXPECT_EQ(faults_.at(0).Kind, ProblemKind::kUnreadable);
   EXPECT_EQ(palettes_.PaletteTable[17][0], 17000U);

@@ -1,6 +1,3 @@
-#include <gmock/gmock.h>
-
-#include <QBuffer>
 #include <array>
 
 #include "test_files.h"
@@ -8,63 +5,28 @@
 namespace tessa::testing {
 namespace {
 
-using ::testing::ElementsAre;
-using ::testing::ElementsAreArray;
-
 using Pixels = std::vector<std::uint8_t>;
 
 Bytes Bitmap8(int width, int height, const Pixels& indices, const ColourTable& palette) {
   return EncodeBmp8(width, height, indices, static_cast<std::size_t>(width), palette);
 }
 
-/// An uncompressed one-strip TIFF of 8-bit samples. `photometric`: 0 white is zero, 1 black is
-/// zero, 2 red, green, blue.
-Bytes Tiff(int width, int height, std::uint16_t photometric, const Pixels& samples) {
-  const std::uint32_t channels = photometric == 2 ? 3 : 1;
-  const auto columns = static_cast<std::uint32_t>(width);
-  const auto rows = static_cast<std::uint32_t>(height);
-  ByteWriter writer;
-  writer.Text("II*", 4);
-  writer.U32Le(8);
-  writer.U16Le(9);
-  for (const auto& [tag, count, value] : std::initializer_list<std::array<std::uint32_t, 3>>{
-           {256, 1, columns},
-           {257, 1, rows},
-           {258, channels, channels == 3 ? 128U : 8U},
-           {259, 1, 1},
-           {262, 1, photometric},
-           {273, 1, 136},
-           {277, 1, channels},
-           {278, 1, rows},
-           {279, 1, columns * rows * channels}}) {
-    writer.U16Le(static_cast<std::uint16_t>(tag));
-    writer.U16Le(3);
-    writer.U32Le(count);
-    writer.U32Le(value);
-  }
-  writer.PadTo(128);
-  for (int i = 0; i < 3; ++i) {
-    writer.U16Le(8);
-  }
-  writer.PadTo(136);
-  writer.Append(samples);
-  return writer.Take();
+/// A one-strip TIFF of 8-bit samples. `photometric`: 0 white is zero, 1 black is zero, 2 red,
+/// green, blue.
+Bytes Tiff8(std::uint32_t width, std::uint32_t height, std::uint32_t photometric,
+            const Pixels& samples) {
+  return Tiff(TiffTags(width, height, 8, photometric == 2 ? 3 : 1, photometric), {samples});
 }
 
 Bytes Jpeg(const QImage& picture) {
-  QByteArray bytes;
-  QBuffer buffer(&bytes);
-  buffer.open(QIODevice::WriteOnly);
-  EXPECT_TRUE(picture.save(&buffer, "JPEG", 100));
-  return {bytes.begin(), bytes.end()};
+  return EncodedJpeg(picture, 100);
 }
 
 class PictureLoad : public LoadTest {
  protected:
   void OpenSit() {
-    SitFields fields;
+    SitFields fields = PlainSit();
     fields.Comment = "OLD";
-    fields.Counts.assign(76800, 2000);
     Open("before.sit", EncodeSit(fields));
   }
 };
@@ -105,14 +67,14 @@ TEST_F(PictureLoad, AReversedPaletteTurnsTheValuesRound) {
   Open("light.bmp", Bitmap8(2, 1, {3, 4}, Ramp(false)));
   EXPECT_FALSE(image_.PaletteReversed);
   EXPECT_THAT(Row(0), ElementsAre(3, 4));
-  Open("white.tif", Tiff(2, 1, 0, {10, 255}));
+  Open("white.tif", Tiff8(2, 1, 0, {10, 255}));
   EXPECT_EQ(image_.ImageKind, KindTiff);
   EXPECT_THAT(Row(0), ElementsAre(245, 0));
 }
 
 TEST_F(PictureLoad, ColoursBecomeTheirLuminance) {
   // (299 R + 587 G + 114 B + 500) / 1000
-  Open("colours.tif", Tiff(5, 1, 2, {255, 0, 0, 0, 255, 0, 0, 0, 255, 10, 20, 30, 2, 0, 0}));
+  Open("colours.tif", Tiff8(5, 1, 2, {255, 0, 0, 0, 255, 0, 0, 0, 255, 10, 20, 30, 2, 0, 0}));
   EXPECT_THAT(Row(0), ElementsAre(76, 150, 29, 18, 1));
   EXPECT_FALSE(image_.PaletteReversed);
   Bytes bytes = Bitmap8(3, 1, {0, 0, 0}, {});
@@ -127,7 +89,7 @@ TEST_F(PictureLoad, ColoursBecomeTheirLuminance) {
 }
 
 TEST_F(PictureLoad, GreyPicturesKeepTheirLevels) {
-  Open("grey.tif", Tiff(3, 2, 1, {0, 100, 255, 5, 6, 7}));
+  Open("grey.tif", Tiff8(3, 2, 1, {0, 100, 255, 5, 6, 7}));
   EXPECT_THAT(Row(0), ElementsAre(0, 100, 255));
   EXPECT_THAT(Row(1), ElementsAre(5, 6, 7));
   QImage grey(16, 8, QImage::Format_Grayscale8);
@@ -148,7 +110,7 @@ TEST_F(PictureLoad, APlainPictureHasAScaleOfPaletteEntriesInEitherUnit) {
     session_.Image.DisplayUnits = unit;
     for (const auto& [name, content] :
          {std::pair{"p.bmp", Bitmap8(2, 1, {1, 2}, Ramp(false))},
-          std::pair{"p.tif", Tiff(2, 1, 1, {1, 2})},
+          std::pair{"p.tif", Tiff8(2, 1, 1, {1, 2})},
           std::pair{"p.jpg", Jpeg(QImage(8, 8, QImage::Format_Grayscale8))}}) {
       OpenSit();
       ASSERT_EQ(view_.RangeHighText.toStdString(), unit == 'F' ? "104.0" : "40.0");
@@ -166,10 +128,8 @@ TEST_F(PictureLoad, APlainPictureHasAScaleOfPaletteEntriesInEitherUnit) {
 }
 
 TEST_F(PictureLoad, AWidePictureIsMeasuredToItsLastColumn) {
-  Pixels wide(3204);
-  for (std::size_t i = 0; i < wide.size(); ++i) {
-    wide[i] = static_cast<std::uint8_t>(i % 251);
-  }
+  const auto wide = Raster<std::uint8_t>(
+      1602, 2, [](int column, int row) { return (1602 * row + column) % 251; });
   Open("wide.bmp", Bitmap8(1602, 2, wide, Ramp(false)));
   ExpectNoFaults();
   EXPECT_THAT(Row(1), ElementsAreArray(std::span(wide).subspan(1602)));
@@ -186,7 +146,7 @@ TEST_F(PictureLoad, AWidePictureIsMeasuredToItsLastColumn) {
 TEST_F(PictureLoad, OnlyTheLastThreeCharactersDecideAndTheirCaseDoesNotMatter) {
   for (const char* name : {"a.bmp", "A.BMP", "a.Bmp", "abmp", "a.png", "a.bmp2", "a.peg", "bm"}) {
     const bool isBitmap = QString::fromLatin1(name).toLower().endsWith(Name("bmp"));
-    Open("before.tif", Tiff(2, 1, 1, {11, 12}));
+    Open("before.tif", Tiff8(2, 1, 1, {11, 12}));
     Open(name, Bitmap8(3, 1, {1, 2, 3}, Ramp(false)));
     EXPECT_EQ(image_.ImageKind, isBitmap ? KindBmp : KindTiff) << name;
     EXPECT_EQ(FactsOf(session_.Faults).empty(), isBitmap) << name;
@@ -201,56 +161,42 @@ TEST_F(PictureLoad, OnlyTheLastThreeCharactersDecideAndTheirCaseDoesNotMatter) {
 }
 
 TEST_F(PictureLoad, ZoomStartsByWidth) {
-  struct Case {
-    int Width, Level;
-    float Factor;
-    double Scale;
-  };
-  for (const Case& c : {Case{320, 2, 1.0F, 2.0}, Case{321, 2, 0.5F, 1.0}, Case{640, 2, 0.5F, 1.0},
-                        Case{641, 1, 0.5F, 0.5}}) {
+  using Case = std::tuple<int, int, float, double>;
+  for (const auto& [width, level, factor, scale] :
+       {Case{320, 2, 1.0F, 2.0}, Case{321, 2, 0.5F, 1.0}, Case{640, 2, 0.5F, 1.0},
+        Case{641, 1, 0.5F, 0.5}}) {
     picture_.ScrollView(5, 6);
-    Open("w.bmp", Bitmap8(c.Width, 1, Pixels(static_cast<std::size_t>(c.Width)), Ramp(false)));
-    EXPECT_EQ(view_.Zoom.ZoomLevel, c.Level) << c.Width;
-    EXPECT_EQ(view_.Zoom.ZoomFactor, c.Factor) << c.Width;
+    Open("w.bmp", Bitmap8(width, 1, Pixels(static_cast<std::size_t>(width)), Ramp(false)));
+    EXPECT_EQ(view_.Zoom.ZoomLevel, level) << width;
+    EXPECT_EQ(view_.Zoom.ZoomFactor, factor) << width;
     EXPECT_EQ(view_.Zoom.ZoomMin, 1);
     EXPECT_EQ(view_.Zoom.ZoomMax, 15);
-    EXPECT_EQ(picture_.ZoomNumerator / picture_.ZoomDenominator, c.Scale) << c.Width;
+    EXPECT_EQ(picture_.ZoomNumerator / picture_.ZoomDenominator, scale) << width;
     EXPECT_EQ(picture_.Xpan + picture_.Ypan, 0);
   }
 }
 
 TEST_F(PictureLoad, AFailingLoadLeavesNoPictureAndKeepsTheKindItReached) {
   const Bytes bitmap = Bitmap8(4, 3, Pixels(12, 50), Ramp(false));
-  const auto expectNone = [&](std::int16_t kind, const std::string& what) {
-    SCOPED_TRACE(what);
+  Bytes huge = bitmap;
+  std::fill(huge.begin() + 18, huge.begin() + 26, std::uint8_t{0x7F});
+  using Case = std::tuple<const char*, Bytes, std::int16_t>;
+  // A bitmap that does not begin as one keeps even the kind.
+  for (const auto& [name, file, kind] :
+       {Case{"cut.bmp", First(bitmap, 1), KindTiff}, Case{"cut.bmp", First(bitmap, 53), KindBmp},
+        Case{"cut.bmp", First(bitmap, 1085), KindBmp}, Case{"huge.bmp", huge, KindBmp},
+        Case{"other.bmp", Jpeg(QImage(8, 8, QImage::Format_Grayscale8)), KindTiff},
+        Case{"broken.jpg", bitmap, KindJpeg}, Case{"broken.tif", Bytes(300, 0xFF), KindTiff},
+        Case{"empty.jpg", {}, KindJpeg}}) {
+    SCOPED_TRACE(name + std::to_string(file.size()));
+    Open("good.tif", Tiff8(2, 2, 1, {11, 12, 21, 22}));
+    Open(name, file);
     EXPECT_EQ(image_.ImageKind, kind);
     EXPECT_FALSE(image_.PaletteReversed);
     EXPECT_NE(FindNoImage(session_.Faults), nullptr);
-  };
-  Open("good.tif", Tiff(2, 2, 1, {11, 12, 21, 22}));
-  for (std::size_t length = 1; length < bitmap.size(); length += length < 60 ? 1 : 7) {
-    Open("cut.bmp", First(bitmap, length));
-    expectNone(length == 1 ? KindTiff : KindBmp, "bitmap of " + std::to_string(length));
   }
-  // A bitmap that does not begin as one keeps even the kind.
-  Open("good.tif", Tiff(2, 2, 1, {11, 12, 21, 22}));
-  Open("other.bmp", Jpeg(QImage(8, 8, QImage::Format_Grayscale8)));
-  expectNone(KindTiff, "foreign bitmap");
-  Open("broken.jpg", bitmap);
-  expectNone(KindJpeg, "foreign JPEG");
-  Open("broken.tif", Bytes(300, 0xFF));
-  expectNone(KindTiff, "broken TIFF");
-  Open("empty.jpg", {});
-  expectNone(KindJpeg, "empty");
-  QDir().mkdir(folder_.Path(QStringLiteral("folder.bmp")));
-  OpenAt(folder_.Path(Name("folder.bmp")));
-  EXPECT_NE(FindNoImage(session_.Faults), nullptr);
-  Bytes huge = bitmap;
-  std::fill(huge.begin() + 18, huge.begin() + 26, std::uint8_t{0x7F});
-  Open("huge.bmp", huge);
-  expectNone(KindBmp, "huge");
   Open("good.bmp", bitmap);
-  EXPECT_TRUE(session_.Faults.empty() && session_.Steps.Failures().empty());
+  ExpectNoFaults();
   EXPECT_THAT(Row(2), ElementsAre(50, 50, 50, 50));
 }
 
@@ -260,11 +206,12 @@ TEST_F(PictureLoad, CodedPicturesCutAnywhereDoNoHarm) {
     picture.setPixel(i % 40, i / 40, qRgb(i % 256, i * 7 % 256, i * 13 % 256));
   }
   for (const auto& [name, whole] : {std::pair{"cut.jpg", Jpeg(picture)},
-                                    std::pair{"cut.tif", Tiff(40, 24, 2, Pixels(2880, 77))}}) {
-    for (std::size_t length = 0; length < whole.size(); length += length < 160 ? 1 : 61) {
-      Open(name, First(whole, length));
-      ASSERT_EQ(image_.RowBuffers.Rows(), picture_.BufHeight());
-    }
+                                    std::pair{"cut.tif", Tiff8(40, 24, 2, Pixels(2880, 77))}}) {
+    const auto open = [&, file = name](const Bytes& cut) {
+      Open(file, cut);
+      EXPECT_EQ(image_.RowBuffers.Rows(), picture_.BufHeight());
+    };
+    AtEveryCut(whole, open, 160, 61);
     Open(name, whole);
     EXPECT_TRUE(session_.Faults.empty()) << name;
     EXPECT_EQ(image_.ImageWidth, 40);

@@ -2,7 +2,6 @@
 #include <unistd.h>
 
 #include "core/private_folder.h"
-#include "core/steps.h"
 #include "test_files.h"
 
 namespace tessa::testing {
@@ -51,7 +50,7 @@ TEST_F(PrivateFolderTest, IsForThisUserAloneAndGoesWithWhatTheProgramMade) {
     EXPECT_TRUE(file.open(QIODevice::WriteOnly));
   }
   const auto second = Make();  // Clears up, but not where somebody lives.
-  EXPECT_TRUE(QFile::exists(path + QStringLiteral("/BOILER.WAV")));
+  EXPECT_TRUE(QFile::exists(path + u"/BOILER.WAV"_s));
   made.reset();
   EXPECT_FALSE(QFile::exists(path));
   EXPECT_TRUE(QFile::exists(QString::fromUtf8(second->Path())));
@@ -115,7 +114,7 @@ TEST_F(PrivateFolderTest, AHomeThatOthersCouldTamperWithIsPassedOver) {
   ASSERT_EQ(::chmod(Bytes("base").constData(), 0777), 0);
   expectShared("in a folder that others can write to");
   EXPECT_EQ(QDir(Path("shared")).entryList(QDir::AllEntries | QDir::NoDotAndDotDot),
-            QStringList(QStringLiteral("tmp-2024-invoices")));
+            QStringList(u"tmp-2024-invoices"_s));
   EXPECT_TRUE(Exists("shared/tmp-2024-invoices/2024.pdf"));
   EXPECT_TRUE(QDir(Path("elsewhere")).isEmpty());
   EXPECT_THROW(PrivateFolder::Make({}, Bytes("missing")), StepFailure);

@@ -1,35 +1,27 @@
-#include <gtest/gtest.h>
-
 #include "core/units.h"
-#include "open/load_image.h"
 #include "test_files.h"
 #include "view/range_actions.h"
+#include "view/render.h"
 #include "view/switch_units.h"
 
 namespace tessa::testing {
 namespace {
 
 /// A SIT image from 10 to 41.9 degrees whose stored scale is 15 to 35, open in a session.
-class RangeActionsTest : public ::testing::Test {
+class RangeActionsTest : public LoadTest {
  protected:
-  RangeActionsTest() : session_(BuiltProgramFolder()) {
+  RangeActionsTest() {
     SitFields fields;
     fields.Offset = 10.0;
     fields.Gain = 0.1015625;  // 6656 / 65536: exact.
     fields.ScaleCenter = 25.0;
     fields.ScaleStep = 2.5;
-    for (int i = 0; i < kSitWidth * kSitHeight; ++i) {
-      fields.Counts.push_back(static_cast<std::int16_t>(i % kSitWidth));
-    }
-    session_.View.PaletteSelection = 0;
-    FillPaletteList(session_.View);
-    OpenPath(folder_.Write(QStringLiteral("range.sit"), EncodeSit(fields)), session_, progress_);
+    fields.Counts = Raster(kSitWidth, kSitHeight, [](int column, int) { return column; });
+    Open("range.sit", EncodeSit(fields));
   }
 
-  RenderPieces Pieces() { return PiecesForRendering(session_, progress_); }
-  int IndexAt(int column) {
-    return session_.Buffers.Picbuf1.Pixels()[static_cast<std::size_t>(100 * kSitWidth + column)];
-  }
+  RenderPieces Pieces() { return PiecesForRendering(session_, plain_); }
+  int IndexAt(std::size_t column) { return Row(100)[column]; }
   std::string Texts() const {
     return (session_.Image.ScaleLowText + QLatin1Char('|') + session_.Image.ScaleHighText)
         .toStdString();
@@ -37,10 +29,6 @@ class RangeActionsTest : public ::testing::Test {
   void SetThumbs(double low, double high) {
     ASSERT_TRUE(session_.Range.SetRangeValues(true, high, low));
   }
-
-  TestFolder folder_;
-  Session session_;
-  Progress progress_;
 };
 
 TEST_F(RangeActionsTest, OpensInTheStoredScaleWithLimitsAQuarterBeyondTheData) {
@@ -77,9 +65,57 @@ TEST_F(RangeActionsTest, EqualThumbsAreSpreadUpwardsOrBelowTheTopOfTheScale) {
   EXPECT_EQ(Texts(), "25.0|25.1");
   EXPECT_NEAR(session_.Range.RangeMaxValue(), 25.1, 1e-5);
   const double top = session_.Range.ScaleMaxLimit();
-  SetThumbs(top, top);
-  ThumbAtRest(Pieces());
-  EXPECT_NEAR(session_.Range.RangeMinValue(), top - 0.1, 1e-4);
+  for (const double end : {top, top - 0.05}) {
+    SetThumbs(end, end);
+    ThumbAtRest(Pieces());
+    EXPECT_NEAR(session_.Range.RangeMinValue(), top - 0.1, 1e-4);
+    EXPECT_NEAR(session_.Range.RangeMaxValue(), top, 1e-4);
+  }
+}
+
+TEST_F(RangeActionsTest, TheFlipAtALoadGoesToTheExtremesAndBackAndLeavesTheThumbs) {
+  ToggleRangeSource(Pieces());
+  EXPECT_EQ(session_.View.Source, RangeSource::kImage);
+  EXPECT_EQ(Texts(), "10.3|42.1");
+  EXPECT_EQ(session_.Range.RangeMinValue(), 15.0);
+  ToggleRangeSource(Pieces());
+  EXPECT_EQ(session_.View.Source, RangeSource::kStored);
+  EXPECT_EQ(Texts(), "15.0|35.0");
+  EXPECT_EQ(IndexAt(148), 128);  // 25.03 degrees: 127.9 of 255
+}
+
+TEST_F(RangeActionsTest, EachKindFlipsBetweenItsOwnPairs) {
+  session_.Image.TempMin = 11.0F;
+  session_.Image.TempMax = 30.0F;
+  session_.Image.ScaleMin = 12.0F;
+  session_.Image.ScaleMax = 29.0F;
+  constexpr const char* kPlain = "11.0|30.0 12.0|29.0";
+  constexpr const char* kOfSit = "10.3|42.1 15.0|35.0";
+  using Kind = std::tuple<const char*, std::int16_t, bool, const char*, const char*>;
+  // Sequences fall to the other pair at a load, not at a click.
+  for (const auto& [file, kind, measured, atLoad, atClick] :
+       {Kind{"/x.SIT", KindSit, true, kOfSit, kOfSit},
+        Kind{"/x.TMP", KindTmp, true, kPlain, kPlain},
+        Kind{"/x.RTI", KindRti, true, kOfSit, kPlain},
+        Kind{"/x.BMP", KindBmp, true, kPlain, kPlain},
+        Kind{"/x.TIF", KindTiff, true, kPlain, kPlain}}) {
+    SCOPED_TRACE(file);
+    SetCurrentFile(session_.Image, QString::fromLatin1(file));
+    session_.Image.ImageKind = kind;
+    session_.Image.HasTemperature = measured;
+    for (const bool byClick : {false, true}) {
+      std::string shown;
+      for (const char* blank : {" ", ""}) {
+        byClick ? ToggleRangeByButton(Pieces()) : ToggleRangeSource(Pieces());
+        shown += Texts() + blank;
+      }
+      EXPECT_EQ(shown, byClick ? atClick : atLoad);
+    }
+  }
+  SetCurrentFile(session_.Image, u"/x.TXI"_s);
+  session_.Image.ImageKind = KindTxi;
+  RangeApply(u"16"_s, u"20"_s, Pieces());
+  EXPECT_EQ(Texts(), "16.0|20.0");
 }
 
 TEST_F(RangeActionsTest, AMovingThumbTouchesThePictureOnlyWithAutoUpdate) {
@@ -96,13 +132,13 @@ TEST_F(RangeActionsTest, AMovingThumbTouchesThePictureOnlyWithAutoUpdate) {
 TEST_F(RangeActionsTest, AnEnteredRangeIsInTheUnitOfDisplayAndFallsBackWhenRefused) {
   SwitchToFahrenheit(session_.Image, session_.View, session_.Range, session_.Words);
   EXPECT_EQ(Texts(), "59.0|95.0");
-  RangeApply(QStringLiteral("68 \u00B0F"), QStringLiteral("86"), Pieces());
+  RangeApply(u"68 \u00B0F"_s, u"86"_s, Pieces());
   EXPECT_NEAR(session_.Range.RangeMinValue(), 20.0, 1e-9);
   EXPECT_NEAR(session_.Image.SitScaleMax, 30.0F, 1e-5);
   EXPECT_EQ(Texts(), "68.0|86.0");
-  RangeApply(QStringLiteral("500"), QStringLiteral("600"), Pieces());  // Beyond the limits.
+  RangeApply(u"500"_s, u"600"_s, Pieces());  // Beyond the limits.
   EXPECT_EQ(Texts(), "68.0|86.0");
-  RangeApply(QStringLiteral("80"), QStringLiteral("70"), Pieces());  // Upside down.
+  RangeApply(u"80"_s, u"70"_s, Pieces());  // Upside down.
   EXPECT_EQ(Texts(), "68.0|86.0");
 }
 
@@ -118,15 +154,15 @@ TEST_F(RangeActionsTest, ResetShowsTheToggleRangeWithoutMovingThumbs) {
 }
 
 TEST_F(RangeActionsTest, LimitBoxesMoveTheScaleAndKeepTheOldOneWhenRefused) {
-  ApplyLimitTexts(QStringLiteral("0"), QStringLiteral("50"), Pieces());
+  ApplyLimitTexts(u"0"_s, u"50"_s, Pieces());
   EXPECT_EQ(session_.Range.ScaleMaxLimit(), 50.0);
-  EXPECT_EQ(session_.View.LimitMinText, QStringLiteral("0.0"));
-  ApplyLimitTexts(QStringLiteral("60"), QStringLiteral("50"), Pieces());
+  EXPECT_EQ(session_.View.LimitMinText, u"0.0"_s);
+  ApplyLimitTexts(u"60"_s, u"50"_s, Pieces());
   EXPECT_EQ(session_.Range.ScaleMinLimit(), 0.0);
-  EXPECT_EQ(session_.View.LimitMinText, QStringLiteral("0.0"));
-  EXPECT_EQ(session_.View.LimitMaxText, QStringLiteral("50.0"));
+  EXPECT_EQ(session_.View.LimitMinText, u"0.0"_s);
+  EXPECT_EQ(session_.View.LimitMaxText, u"50.0"_s);
   // A limit inside the thumbs pushes them along.
-  ApplyLimitTexts(QStringLiteral("20"), QStringLiteral("30"), Pieces());
+  ApplyLimitTexts(u"20"_s, u"30"_s, Pieces());
   EXPECT_EQ(session_.Range.RangeMinValue(), 20.0);
   EXPECT_EQ(Texts(), "20.0|30.0");
 }
@@ -138,23 +174,23 @@ TEST_F(RangeActionsTest, BoxesTakeWhatTheyShow) {
       "2.3|50.1");
   const double low = session_.Range.ScaleMinLimit();
   const double high = session_.Range.ScaleMaxLimit();
-  RangeApply(QStringLiteral("2,3"), QStringLiteral("50.1"), Pieces());
+  RangeApply(u"2,3"_s, u"50.1"_s, Pieces());
   EXPECT_EQ(Texts(), "2.3|50.1");
   EXPECT_EQ(session_.Range.RangeMinValue(), low);
   EXPECT_EQ(session_.Range.RangeMaxValue(), high);
-  ApplyLimitTexts(QStringLiteral("2.3"), QStringLiteral("50.1"), Pieces());
+  ApplyLimitTexts(u"2.3"_s, u"50.1"_s, Pieces());
   EXPECT_EQ(session_.Range.ScaleMinLimit(), low);
   EXPECT_EQ(session_.Range.RangeMaxValue(), high);
-  RangeApply(QStringLiteral("2.2"), QStringLiteral("40"), Pieces());
+  RangeApply(u"2.2"_s, u"40"_s, Pieces());
   EXPECT_EQ(Texts(), "2.3|50.1") << "what is outside by more than the rounding is refused";
 }
 
 TEST_F(RangeActionsTest, TheToggleShowsWhatNarrowerLimitsLeaveOfTheExtremes) {
-  ApplyLimitTexts(QStringLiteral("12"), QStringLiteral("50.1"), Pieces());
+  ApplyLimitTexts(u"12"_s, u"50.1"_s, Pieces());
   ToggleRangeByButton(Pieces());
   EXPECT_EQ(session_.View.Source, RangeSource::kImage);
   EXPECT_EQ(Texts(), "12.0|42.1");
-  ApplyLimitTexts(QStringLiteral("12"), QStringLiteral("40"), Pieces());
+  ApplyLimitTexts(u"12"_s, u"40"_s, Pieces());
   EXPECT_EQ(Texts(), "12.0|40.0");
 }
 

@@ -1,11 +1,8 @@
-#include <gmock/gmock.h>
-
 #include <limits>
 
 #include "core/units.h"
 #include "test_files.h"
 #include "view/range_control.h"
-#include "view/render.h"
 
 namespace tessa::testing {
 namespace {
@@ -14,11 +11,8 @@ constexpr double kNotANumber = std::numeric_limits<double>::quiet_NaN();
 constexpr double kInfinity = std::numeric_limits<double>::infinity();
 
 TEST(RangeControl, LimitsLieAWholeNumberOfDegreesBeyondTheData) {
-  struct Case {
-    TemperaturePair Extremes, Range;
-    double Low, High;
-  };
-  for (const Case& c : {
+  using Case = std::tuple<TemperaturePair, TemperaturePair, double, double>;
+  for (const auto& [extremes, stored, low, high] : {
            Case{{20, 40}, {25, 30}, 15, 45}, Case{{25, 30}, {20, 40}, 15, 45},
            Case{{10, 30}, {20, 40}, 3, 47},        // 15, halved and truncated 7.
            Case{{20, 25}, {20, 25}, 19, 26},       // 2.5 rounds to 2.
@@ -30,13 +24,13 @@ TEST(RangeControl, LimitsLieAWholeNumberOfDegreesBeyondTheData) {
        }) {
     RangeSlider slider;
     ViewState view;
-    InitRangeControl(c.Extremes, c.Range, 'C', slider, view);
-    EXPECT_EQ(slider.ScaleMinLimit(), c.Low) << c.Extremes.Maximum;
-    EXPECT_EQ(slider.ScaleMaxLimit(), c.High) << c.Extremes.Maximum;
-    EXPECT_EQ(slider.MarkMinimum(), c.Extremes.Minimum);
-    EXPECT_EQ(slider.MarkMaximum(), c.Extremes.Maximum);
-    EXPECT_EQ(slider.RangeMinValue(), c.Range.Minimum);
-    EXPECT_EQ(slider.RangeMaxValue(), c.Range.Maximum);
+    InitRangeControl(extremes, stored, 'C', slider, view);
+    EXPECT_EQ(slider.ScaleMinLimit(), low) << extremes.Maximum;
+    EXPECT_EQ(slider.ScaleMaxLimit(), high) << extremes.Maximum;
+    EXPECT_EQ(slider.MarkMinimum(), extremes.Minimum);
+    EXPECT_EQ(slider.MarkMaximum(), extremes.Maximum);
+    EXPECT_EQ(slider.RangeMinValue(), stored.Minimum);
+    EXPECT_EQ(slider.RangeMaxValue(), stored.Maximum);
     EXPECT_TRUE(view.RangeSliderVisible && view.AutoUpdateVisible && view.LimitBoxesVisible);
   }
   RangeSlider slider;
@@ -103,12 +97,8 @@ class RangeDisplay : public ::testing::Test {
 };
 
 TEST_F(RangeDisplay, MarkersStandAtTheImagesExtremes) {
-  struct Case {
-    float Minimum, Maximum;
-    int Top, Foot;                     // Of the line.
-    int MaximumStroke, MinimumStroke;  // 0: hidden.
-  };
-  for (const Case& c : {
+  using Case = std::tuple<float, float, int, int, int, int>;
+  for (const auto& [lowest, highest, top, foot, maximumStroke, minimumStroke] : {
            Case{25, 35, 1151, 3064, 1136, 3079},  // 1151.25 and 3063.75
            Case{20, 40, 195, 4020, 195, 4020},    // At the very ends.
            Case{15, 45, 195, 4020, 0, 0},         // Beyond both.
@@ -117,13 +107,13 @@ TEST_F(RangeDisplay, MarkersStandAtTheImagesExtremes) {
            Case{40, 50, 195, 195, 0, 210},              // Touches the range from above.
            Case{10, 20, 4020, 4020, 4005, 0},           // And from below.
        }) {
-    SCOPED_TRACE(c.Minimum);
-    UpdateFor(c.Minimum, c.Maximum);
+    SCOPED_TRACE(lowest);
+    UpdateFor(lowest, highest);
     EXPECT_TRUE(view_.ExtremesLine.Visible);
-    EXPECT_EQ(view_.ExtremesLine.Y1, c.Top);
-    EXPECT_EQ(view_.ExtremesLine.Y2, c.Foot);
-    for (const auto& [stroke, y] : {std::pair{&view_.MaximumStroke, c.MaximumStroke},
-                                    std::pair{&view_.MinimumStroke, c.MinimumStroke}}) {
+    EXPECT_EQ(view_.ExtremesLine.Y1, top);
+    EXPECT_EQ(view_.ExtremesLine.Y2, foot);
+    for (const auto& [stroke, y] : {std::pair{&view_.MaximumStroke, maximumStroke},
+                                    std::pair{&view_.MinimumStroke, minimumStroke}}) {
       EXPECT_EQ(stroke->Visible, y != 0);
       if (y != 0) {
         EXPECT_EQ(stroke->Y1, y);
@@ -146,21 +136,17 @@ TEST_F(RangeDisplay, EachKindHasItsOwnPairOfExtremes) {
   image_.TempMax = 24;
   image_.ScaleMin = 28;
   image_.ScaleMax = 28;
-  struct Case {
-    std::int16_t Kind;
-    bool HasTemperature;
-    int Position;  // 191.25 twips a degree; 0: hidden.
-  };
-  for (const Case& c :
+  using Case = std::tuple<std::int16_t, bool, int>;
+  for (const auto& [kind, hasTemperature, position] :
        {Case{KindSit, true, 3829}, Case{KindTmp, true, 3255}, Case{KindRti, true, 3255},
         Case{KindBmp, true, 3255}, Case{KindTxi, true, 2490}, Case{KindBmp, false, 0},
         Case{KindTiff, false, 0}, Case{KindJpeg, false, 0}}) {
-    image_.ImageKind = c.Kind;
-    image_.HasTemperature = c.HasTemperature;
+    image_.ImageKind = kind;
+    image_.HasTemperature = hasTemperature;
     Update();
-    EXPECT_EQ(view_.ExtremesLine.Visible, c.Position != 0) << c.Kind;
-    if (c.Position != 0) {
-      EXPECT_EQ(view_.ExtremesLine.Y1, c.Position) << c.Kind;
+    EXPECT_EQ(view_.ExtremesLine.Visible, position != 0) << kind;
+    if (position != 0) {
+      EXPECT_EQ(view_.ExtremesLine.Y1, position) << kind;
     }
   }
 }
@@ -176,7 +162,7 @@ TEST_F(RangeDisplay, LabelsDivideTheScaleInTheDisplayUnit) {
   SetRangeAsShown(68.0, 104.0, image_);
   image_.CalRangeMin = -40;
   image_.CalRangeMax = 120;
-  view_.StatusPanel[5] = QStringLiteral("x");
+  view_.StatusPanel[5] = u"x"_s;
   Update();
   EXPECT_EQ(Labels(), "68.0 86.0 104.0 89.6 93.2 96.8 100.4 71.6 75.2 78.8 82.4");
   EXPECT_EQ(view_.ExtremesLine.Y1, 1151);
@@ -201,75 +187,6 @@ TEST_F(RangeDisplay, EqualEndsKeepAScaleForTemperaturesOnly) {
   Update();
   EXPECT_FALSE(view_.ScaleStrokesVisible);
   EXPECT_EQ(Labels(), std::string(10, ' '));
-}
-
-class RangeOfAnOpenImage : public LoadTest {
- protected:
-  RangeOfAnOpenImage() {
-    SitFields fields;  // A hundredth of a degree a count, scale 20 to 60.
-    fields.Gain = 0.0078125;
-    fields.ScaleCenter = 40.0;
-    fields.Counts.assign(76800, 30 * 128);
-    fields.Counts[3200 + 10] = 10 * 128;
-    fields.Counts[3200 + 20] = 50 * 128;
-    Open("r.sit", EncodeSit(fields));
-  }
-  RenderPieces Pieces() { return PiecesForRendering(session_, *progress_); }
-  int IndexOf30() const { return session_.Image.RowBuffers.Row(0)[0]; }
-};
-
-TEST_F(RangeOfAnOpenImage, ToggleFlipsBetweenStoredScaleAndExtremesAndBack) {
-  EXPECT_EQ(session_.View.Source, RangeSource::kStored);
-  EXPECT_EQ(IndexOf30(), 64);  // 10 / 40 of 255 is 63.75.
-  ToggleRangeSource(Pieces());
-  EXPECT_EQ(session_.View.Source, RangeSource::kImage);
-  EXPECT_EQ(session_.View.RangeLowText.toStdString(), "10.0");
-  EXPECT_EQ(session_.View.RangeHighText.toStdString(), "50.0");
-  EXPECT_EQ(IndexOf30(), 128);                      // 127.5
-  EXPECT_EQ(session_.Range.RangeMinValue(), 20.0);  // The thumbs are left alone.
-  ToggleRangeSource(Pieces());
-  EXPECT_EQ(session_.View.Source, RangeSource::kStored);
-  EXPECT_EQ(session_.View.RangeHighText.toStdString(), "60.0");
-  EXPECT_EQ(IndexOf30(), 64);
-  EXPECT_EQ(session_.Image.SitScaleMax, 60.0F);
-}
-
-TEST_F(RangeOfAnOpenImage, ToggleOfOtherKindsUsesThePlainPair) {
-  SetCurrentFile(session_.Image, QStringLiteral("/x/y.tmp"));
-  session_.Image.ImageKind = KindTmp;
-  session_.Image.TempMin = 0.0F;
-  session_.Image.TempMax = 60.0F;
-  session_.Image.ScaleMin = 25.0F;
-  session_.Image.ScaleMax = 35.0F;
-  ToggleRangeSource(Pieces());
-  EXPECT_EQ(session_.Image.ScaleHighText.toStdString(), "60.0");
-  EXPECT_EQ(session_.Image.ScaleLowText.toStdString(), "0.0");
-  ToggleRangeSource(Pieces());
-  EXPECT_EQ(session_.Image.ScaleLowText.toStdString(), "25.0");
-  // Snapshots fall to the other pair.
-  SetCurrentFile(session_.Image, QStringLiteral("/x/y.rti"));
-  ToggleRangeSource(Pieces());
-  EXPECT_EQ(session_.Image.ScaleHighText.toStdString(), "50.0");
-}
-
-TEST_F(RangeOfAnOpenImage, EqualEndsAreSpreadUpwardsAndAtTheTopOfTheScaleDownwards) {
-  // Limits: 10 to 60 and 25 / 2 = 12 beyond.
-  ASSERT_EQ(session_.Range.ScaleMaxLimit(), 72.0);
-  float lo = 30.0F;
-  float hi = 30.0F;
-  RenderRowsSit(lo, hi, Pieces());
-  EXPECT_EQ(lo, 30.0F);
-  EXPECT_EQ(hi, 30.1F);
-  EXPECT_EQ(session_.Image.ScaleHighText.toStdString(), "30.1");
-  EXPECT_EQ(IndexOf30(), 0);
-  for (const float end : {72.0F, 71.95F}) {
-    lo = hi = end;
-    RenderRowsSit(lo, hi, Pieces());
-    EXPECT_EQ(hi, 72.0F);
-    EXPECT_EQ(lo, 71.9F);
-    EXPECT_EQ(session_.Image.ScaleLowText.toStdString(), "71.9");
-  }
-  EXPECT_EQ(session_.Image.SitScaleMin, 20.0F);
 }
 
 }  // namespace

@@ -1,5 +1,3 @@
-#include <gmock/gmock.h>
-
 #include <algorithm>
 #include <cmath>
 #include <limits>
@@ -12,10 +10,6 @@
 
 namespace tessa::testing {
 namespace {
-
-using ::testing::Each;
-using ::testing::ElementsAre;
-using ::testing::ElementsAreArray;
 
 constexpr float kNotANumber = std::numeric_limits<float>::quiet_NaN();
 constexpr float kInfinity = std::numeric_limits<float>::infinity();
@@ -164,7 +158,7 @@ TEST(RenderMapping, WhatFitsNoIntegerKeepsTheValueBefore) {
     for (std::size_t bad = 0; bad < length; bad += 5) {
       std::vector<float> degrees(length, 100.0F);
       for (std::size_t i = 0; i < length; ++i) {
-        degrees[i] += static_cast<float>(i);
+        degrees[i] += static_cast<float>(i) / 4.0F;
       }
       degrees[bad] = bad % 2 == 0 ? kNotANumber : 3e9F;
       ASSERT_TRUE(MapsAsExpected(degrees, line, last)) << length << ' ' << bad;
@@ -263,16 +257,6 @@ TEST_F(Rendering, ADivisionByZeroIsAFailedStepAndNotInfinity) {
   EXPECT_EQ(steps_.Failures()[0].Reason, "division by zero");
   EXPECT_THAT(picture_.IndexRow(0), Each(0));
   EXPECT_EQ(image_.ScaleHighText.toStdString(), "500000");  // Six characters.
-}
-
-TEST_F(Rendering, AWideImageIsRenderedToItsLastColumn) {
-  Make("A.SIT", 3000);
-  float lo = 0.0F;
-  float hi = 10.0F;
-  RenderRowsSit(lo, hi, Pieces());
-  EXPECT_TRUE(steps_.Failures().empty());
-  EXPECT_EQ(picture_.IndexRow(1)[2999], 255);
-  EXPECT_EQ(image_.RowBuffers.Row(1)[2999], 255);
 }
 
 }  // namespace

@@ -1,4 +1,3 @@
-#include <gmock/gmock.h>
 #include <sys/mount.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
@@ -14,16 +13,10 @@
 #include "browser/transfer_images.h"
 #include "core/file_access.h"
 #include "core/path_bytes.h"
-#include "core/steps.h"
-#include "formats/if_sound.h"
-#include "formats/wave.h"
 #include "test_files.h"
 
 namespace tessa::testing {
 namespace {
-
-using ::testing::ElementsAre;
-using ::testing::HasSubstr;
 
 const std::vector<std::uint16_t> kSamples(300, 700);
 
@@ -32,12 +25,7 @@ Bytes Note() {
 }
 
 Bytes Sit(const char* sound, const char* extension, const char* signature = "SIT V2.9A ") {
-  SitFields fields;
-  fields.Signature = signature;
-  fields.SoundName = (std::string(sound) + "        ").substr(0, 8);
-  fields.SoundExt = extension;
-  fields.Counts.assign(std::size_t{320} * 240, 100);
-  return EncodeSit(fields);
+  return NoteSit(signature, (std::string(sound) + "        ").substr(0, 8).c_str(), extension);
 }
 
 Bytes WithWave(Bytes image) {
@@ -52,7 +40,7 @@ using Tree = std::map<std::string, Bytes>;
 class Folder {
  public:
   explicit Folder(const QString& parent = QDir::tempPath())
-      : folder_(parent + QStringLiteral("/transfer-XXXXXX")) {}
+      : folder_(parent + u"/transfer-XXXXXX"_s) {}
   QString Path() const { return folder_.path(); }
   QString Path(const char* name) const { return folder_.filePath(QString::fromLatin1(name)); }
   void Write(const char* name, const Bytes& bytes) const {
@@ -62,8 +50,7 @@ class Folder {
     Tree tree;
     for (const QFileInfo& file : QDir(Path()).entryInfoList(QDir::AllEntries | QDir::Hidden |
                                                             QDir::System | QDir::NoDotAndDotDot)) {
-      const QByteArray bytes = file.isFile() ? ReadAll(file.filePath()) : QByteArray("?");
-      tree[file.fileName().toStdString()] = {bytes.begin(), bytes.end()};
+      tree[file.fileName().toStdString()] = file.isFile() ? ReadBytes(file.filePath()) : Bytes{'?'};
     }
     return tree;
   }
@@ -73,15 +60,11 @@ class Folder {
 };
 
 /// Answers in turn: y, n or c; "OK" boxes take none.
-class Script : public Dialogs {
+class Script : public NoDialogs {
  public:
   std::string Answers;
   std::vector<Message> Told;
 
-  std::optional<QString> AskOpenFile(const OpenFileQuestion& /*question*/) override { return {}; }
-  std::optional<QString> AskSaveFile(const SaveFileQuestion& /*question*/) override { return {}; }
-  Answer AskYesNoCancel(const QString& /*text*/) override { return Answer::kCancel; }
-  std::optional<QString> AskText(const QString& /*prompt*/) override { return {}; }
   Answer ShowMessage(const Message& message) override {
     Told.push_back(message);
     if (message.Buttons == MessageButtons::kOk) {
@@ -127,8 +110,8 @@ class Transfer : public ::testing::Test {
   std::string Told(std::size_t at) const {
     const Message& message = script_.Told.at(at);
     return QString(message.Title + QLatin1Char('|') + message.Text)
-        .replace(source_.Path().toUpper(), QStringLiteral("S"))
-        .replace(target_.Path().toUpper(), QStringLiteral("T"))
+        .replace(source_.Path().toUpper(), u"S"_s)
+        .replace(target_.Path().toUpper(), u"T"_s)
         .toStdString();
   }
 
@@ -183,16 +166,16 @@ TEST_F(Transfer, EmbeddingPutsTheSoundInsideWhereItCanBeFoundAgain) {
 
 TEST_F(Transfer, MovesOnOneFileSystemAndBetweenTwoGiveTheSame) {
   const Tree before = source_.Read();
-  const Folder other(QStringLiteral("/dev/shm"));
+  const Folder other(u"/dev/shm"_s);
   for (const QString& folder : {target_.Path(), other.Path()}) {
     FillSource();
     ::chmod(source_.Path("a.SIT").toUtf8().constData(), 0444);
-    TransferRequest request{source_.Path(), {QStringLiteral("a.SIT")}, folder, false};
+    TransferRequest request{source_.Path(), {u"a.SIT"_s}, folder, false};
     const TransferSurroundings surroundings{script_, progress_, status_, [this] { ++changed_; }};
     EXPECT_EQ(TransferImages(request, surroundings), 1);
     EXPECT_EQ(source_.Read()["snd1.aif"], Note()) << "b.sit names it, too";
-    EXPECT_NE(::access((folder + QStringLiteral("/a.SIT")).toUtf8().constData(), W_OK), -1);
-    request.FileNames = QStringList{QStringLiteral("b.sit"), QStringLiteral("c.tmp")};
+    EXPECT_NE(::access((folder + u"/a.SIT"_s).toUtf8().constData(), W_OK), -1);
+    request.FileNames = QStringList{u"b.sit"_s, u"c.tmp"_s};
     EXPECT_EQ(TransferImages(request, surroundings), 2);
     EXPECT_EQ(source_.Read(), Tree());
   }
@@ -236,7 +219,7 @@ TEST_F(Transfer, EachAnswerToTheQuestionWhetherToReplace) {
 }
 
 TEST_F(Transfer, AFailureThatIsPassedOverIsToldOfEveryFurtherFileAndCostsNothing) {
-  QDir(source_.Path()).mkdir(QStringLiteral("folder.tmp"));
+  QDir(source_.Path()).mkdir(u"folder.tmp"_s);
   target_.Write("b.sit", {2});
   const Tree sourceBefore = source_.Read();
   for (const Operation operation : {CopyImages, TransferImages}) {
@@ -263,7 +246,7 @@ TEST_F(Transfer, TheSameFolderIsKnownThroughLinks) {
   const QString link = target_.Path("link");
   ASSERT_EQ(::symlink(source_.Path().toUtf8().constData(), link.toUtf8().constData()), 0);
   const Tree before = source_.Read();
-  EXPECT_EQ(TransferImages({source_.Path(), {QStringLiteral("a.SIT")}, link, false},
+  EXPECT_EQ(TransferImages({source_.Path(), {u"a.SIT"_s}, link, false},
                            {script_, progress_, status_, [] {}}),
             0);
   EXPECT_EQ(script_.Told.size(), 1u);
@@ -298,7 +281,7 @@ TEST_F(Transfer, DeletingAsksFirstAndTakesTheSoundWithTheLastImageThatNamesIt) {
 
 TEST_F(Transfer, WhatIsNoPlainFileIsRefusedAndLinksAreNeverWrittenThrough) {
   const auto path = [&](const char* name) { return target_.Path(name).toUtf8(); };
-  QDir(target_.Path()).mkdir(QStringLiteral("a.SIT"));
+  QDir(target_.Path()).mkdir(u"a.SIT"_s);
   ASSERT_EQ(::mkfifo(path("b.sit").constData(), 0600), 0);
   ASSERT_EQ(::symlink("/dev/null", path("c.tmp").constData()), 0);
   const Tree before = source_.Read();
@@ -329,15 +312,12 @@ TEST_F(Transfer, WhatIsNoPlainFileIsRefusedAndLinksAreNeverWrittenThrough) {
 TEST_F(Transfer, AFullTargetLeavesTheOldFileAndTheSource) {
   target_.Write("a.SIT", {1});
   const Tree before = source_.Read();
-  std::signal(SIGXFSZ, SIG_IGN);
-  rlimit old{};
-  ::getrlimit(RLIMIT_FSIZE, &old);
-  const rlimit small{100'000, old.rlim_max};
-  ::setrlimit(RLIMIT_FSIZE, &small);
-  EXPECT_EQ(Run(CopyImages, {"a.SIT"}, "yn"), 0);
-  EXPECT_THAT(Told(1), HasSubstr("Error: File too large"));
-  EXPECT_EQ(Run(CopyImages, {"b.sit"}, "n"), 0);
-  ::setrlimit(RLIMIT_FSIZE, &old);
+  {
+    const FileSizeLimit limit(100'000);
+    EXPECT_EQ(Run(CopyImages, {"a.SIT"}, "yn"), 0);
+    EXPECT_THAT(Told(1), HasSubstr("Error: File too large"));
+    EXPECT_EQ(Run(CopyImages, {"b.sit"}, "n"), 0);
+  }
   EXPECT_EQ(target_.Read(), (Tree{{"a.SIT", {1}}}));
   EXPECT_EQ(source_.Read(), before);
 }
@@ -349,7 +329,7 @@ TEST_F(Transfer, AMoveWhoseSoundFindsNoRoomLeavesEverythingWhereItWas) {
   }
   const Tree before = source_.Read();
   TransferSurroundings surroundings{script_, progress_, status_, [] {}};
-  const TransferRequest request{source_.Path(), {QStringLiteral("a.SIT")}, mount.Path(), false};
+  const TransferRequest request{source_.Path(), {u"a.SIT"_s}, mount.Path(), false};
   source_.Write("snd1.aif", EncodeIfSound(8000, std::vector<std::uint16_t>(9000)));
   script_.Answers = "n";
   EXPECT_EQ(TransferImages(request, surroundings), 0);
@@ -369,7 +349,7 @@ void MoveInProcess(const Folder& from, const Folder& to, bool embeds, useconds_t
   if (child == 0) {
     try {
       ImageTransfer transfer(to.Path(), {true, embeds, true});
-      for (const QString& name : QDir(from.Path()).entryList({QStringLiteral("*.sit")})) {
+      for (const QString& name : QDir(from.Path()).entryList({u"*.sit"_s})) {
         transfer.Bring(transfer.Plan(JoinPath(from.Path(), name)), Overwrite::kReplace);
         if (transfer.IsBatchFull()) {
           transfer.Finish();
@@ -397,7 +377,7 @@ TEST(TransferKilled, EachImageStandsWholeWithItsSoundInOneOfTheFolders) {
   for (int round = 0; round < 15; ++round) {
     const bool embeds = round % 3 == 2;
     const Folder from;
-    const Folder to(round % 3 == 1 ? QStringLiteral("/dev/shm") : QDir::tempPath());
+    const Folder to(round % 3 == 1 ? u"/dev/shm"_s : QDir::tempPath());
     for (std::size_t i = 0; i < 90; ++i) {
       from.Write(("image" + std::to_string(i) + ".sit").c_str(), images[i / 30]);
     }
@@ -461,7 +441,7 @@ TEST(ContactSheet, DrawsPicturesPixelForPixelAndNothingWithoutThem) {
   picture.setPixel(1, 0, 0xFF0000FF);
   {
     QPainter painter(&page);
-    DrawSheet({QStringLiteral("H"), {{QStringLiteral("n"), picture}, {{}, picture}}}, painter);
+    DrawSheet({u"H"_s, {{u"n"_s, picture}, {{}, picture}}}, painter);
   }
   // Two tiles, each one half red and one half blue with no colour between; the rest is text.
   std::map<QRgb, int> colours;
@@ -474,11 +454,11 @@ TEST(ContactSheet, DrawsPicturesPixelForPixelAndNothingWithoutThem) {
   EXPECT_EQ(colours[0xFFFF0000], 2 * 150 * 40);
   EXPECT_EQ(colours[0xFF0000FF], 2 * 150 * 40);
   SheetDocument document;
-  document.Add({QStringLiteral("H"), {}});
+  document.Add({u"H"_s, {}});
   EXPECT_EQ(document.Finish().size(), 0);
   SheetDocument two;
-  two.Add({QStringLiteral("H"), {{QStringLiteral("n"), picture}}});
-  two.Add({QStringLiteral("H"), {{QStringLiteral("n"), picture}}});
+  two.Add({u"H"_s, {{u"n"_s, picture}}});
+  two.Add({u"H"_s, {{u"n"_s, picture}}});
   const QByteArray pdf = two.Finish();
   EXPECT_TRUE(pdf.startsWith("%PDF-"));
   EXPECT_TRUE(pdf.contains("/Count 2"));

@@ -1,5 +1,3 @@
-#include <gmock/gmock.h>
-
 #include "core/units.h"
 #include "test_files.h"
 #include "view/range_control.h"
@@ -33,26 +31,15 @@ TEST(Units, ConversionFormsItsQuotientFirst) {
 class OpenSit : public LoadTest {
  protected:
   OpenSit() {
-    SitFields fields;
-    fields.Offset = -20.0;
-    fields.Gain = 0.015625;
-    fields.ScaleCenter = 30.0;
-    fields.ScaleStep = 2.5;
-    fields.Counts.assign(76800, Count(20.0));
-    fields.Counts[7 * 320 + 5] = Count(36.625);
-    fields.Counts[0] = Count(-40.0);
-    fields.Counts[319] = Count(100.0);
-    fields.Counts[239 * 320 + 319] = Count(30.0);
+    SitFields fields = PlainSit();
+    PutDegrees(fields, 5, 7, 36.625);
+    PutDegrees(fields, 0, 0, -40.0);
+    PutDegrees(fields, 319, 0, 100.0);
+    PutDegrees(fields, 319, 239, 30.0);
     Open("u.sit", EncodeSit(fields));
   }
-  static std::int16_t Count(double celsius) {
-    return static_cast<std::int16_t>((celsius + 20.0) * 64.0);
-  }
   void OpenBitmap() {
-    std::vector<std::uint8_t> indices(64);
-    for (std::size_t i = 0; i < indices.size(); ++i) {
-      indices[i] = static_cast<std::uint8_t>(i);
-    }
+    const auto indices = Raster<std::uint8_t>(8, 8, [](int x, int y) { return 8 * y + x; });
     Open("u.bmp", EncodeBmp8(8, 8, indices, 8, GreyPalette()));
   }
   void ToFahrenheit() { SwitchToFahrenheit(image_, view_, session_.Range, session_.Words); }
@@ -85,12 +72,9 @@ TEST_F(OpenSit, SwitchingTheUnitRewritesEveryTextAndNothingElse) {
     EXPECT_EQ(image_.DisplayUnits, unit);
     EXPECT_EQ(image_.FileUnits, unit);
     EXPECT_EQ(view_.CelsiusSelected, !fahrenheit);
-    EXPECT_EQ(view_.CelsiusSelected, !fahrenheit);
-    if (fahrenheit) {
-      ExpectScaleTexts("68.0", "104.0", "59.0", "113.0");  // The limits are 15 and 45.
-    } else {
-      ExpectScaleTexts("20.0", "40.0", "15.0", "45.0");
-    }
+    // The limits are 15 and 45.
+    fahrenheit ? ExpectScaleTexts("68.0", "104.0", "59.0", "113.0")
+               : ExpectScaleTexts("20.0", "40.0", "15.0", "45.0");
     EXPECT_EQ(view_.ScaleLabel[1].toStdString(), fahrenheit ? "86.0" : "30.0");
     EXPECT_EQ(view_.StatusPanel[5].toStdString(),
               fahrenheit ? "Range: -40.0 to 248.0" : "Range: -40.0 to 120.0");
@@ -149,7 +133,7 @@ TEST_F(OpenSit, TheReadoutFollowsZoomAndPan) {
 
 TEST_F(OpenSit, APositionThatDidNotChangeReportsNothing) {
   EXPECT_TRUE(Move(10, 14));
-  view_.StatusPanel[1] = QStringLiteral("untouched");
+  view_.StatusPanel[1] = u"untouched"_s;
   EXPECT_FALSE(Move(11, 15));
   EXPECT_FALSE(Move(10, 14));
   EXPECT_EQ(view_.StatusPanel[1].toStdString(), "untouched");
@@ -186,7 +170,7 @@ TEST_F(OpenSit, WithoutTemperaturesThePaletteEntryIsRead) {
 }
 
 TEST_F(OpenSit, AKindWithoutAGridReadsTheScaleOfItsTexts) {
-  SetCurrentFile(image_, QStringLiteral("/x/y.jpg"));
+  SetCurrentFile(image_, u"/x/y.jpg"_s);
   SetRangeAsShown(20.0, 71.0, image_);
   image_.RowBuffers.Row(0)[4] = 100;
   EXPECT_EQ(At(8, 0), "X:  5|Y:  1|Temp: 40.0 \u00B0C");  // 51 x 100 / 255 above 20.

@@ -1,15 +1,10 @@
 #include <sys/file.h>
-#include <sys/resource.h>
 #include <sys/stat.h>
-#include <unistd.h>
-
-#include <csignal>
 
 #include "core/append_and_patch.h"
 #include "core/file_access.h"
 #include "core/path_bytes.h"
 #include "core/plain_line.h"
-#include "core/steps.h"
 #include "test_files.h"
 
 namespace tessa::testing {
@@ -26,11 +21,11 @@ TEST(PathBytes, EveryNameOfTheSystemSurvivesTheWayToATextAndBack) {
     EXPECT_EQ(PathToBytes(PathFromBytes(bytes)), bytes) << bytes.toHex().constData();
   }
   EXPECT_EQ(PathFromBytes("\xC3\x9F"), QString(QChar(0xDF)));
-  EXPECT_EQ(ShownPath(PathFromBytes("a\xFF")), QStringLiteral("a\uFFFD"));
-  EXPECT_EQ(FolderOfPath(QStringLiteral("/a")), QStringLiteral("/"));
-  EXPECT_EQ(FolderOfPath(QStringLiteral("a")), QStringLiteral("."));
-  EXPECT_EQ(JoinPath(QStringLiteral("a/"), QStringLiteral("b")), QStringLiteral("a/b"));
-  EXPECT_EQ(JoinPath(QStringLiteral("a"), QStringLiteral("/b")), QStringLiteral("/b"));
+  EXPECT_EQ(ShownPath(PathFromBytes("a\xFF")), u"a\uFFFD"_s);
+  EXPECT_EQ(FolderOfPath(u"/a"_s), u"/"_s);
+  EXPECT_EQ(FolderOfPath(u"a"_s), u"."_s);
+  EXPECT_EQ(JoinPath(u"a/"_s, u"b"_s), u"a/b"_s);
+  EXPECT_EQ(JoinPath(u"a"_s, u"/b"_s), u"/b"_s);
 }
 
 TEST(PlainLine, ShowsWhatATerminalWouldObey) {
@@ -48,23 +43,6 @@ TEST(PlainLine, ShowsWhatATerminalWouldObey) {
   EXPECT_EQ(PlainJson(json), "{\n\"a\": \"\\u202e\\u007f\u00B0\"}");
   EXPECT_EQ(QJsonDocument::fromJson(PlainJson(json)), QJsonDocument::fromJson(json));
 }
-
-/// For as long as it lives no file can grow beyond `size` bytes.
-class FileSizeLimit {
- public:
-  explicit FileSizeLimit(rlim_t size) {
-    std::signal(SIGXFSZ, SIG_IGN);
-    ::getrlimit(RLIMIT_FSIZE, &before_);
-    const rlimit limit{size, before_.rlim_max};
-    ::setrlimit(RLIMIT_FSIZE, &limit);
-  }
-  FileSizeLimit(const FileSizeLimit&) = delete;
-  FileSizeLimit& operator=(const FileSizeLimit&) = delete;
-  ~FileSizeLimit() { ::setrlimit(RLIMIT_FSIZE, &before_); }
-
- private:
-  rlimit before_{};
-};
 
 class WriteTest : public ::testing::Test {
  protected:
@@ -138,6 +116,20 @@ TEST_F(WriteTest, AFullDiskLeavesTheOldFileAndNothingElse) {
   EXPECT_EQ(Content("old"), "old");
   EXPECT_EQ(Names(), ".tessa-17-0.part old small");
   EXPECT_EQ(Content(".tessa-17-0.part"), "not ours");
+}
+
+TEST_F(WriteTest, AWriteProtectedFileStays) {
+  Make("old", "old");
+  // Permissions do not bind root: act as nobody, in a folder that nobody owns.
+  static_cast<void>(
+      ::chown(Path("").toUtf8().constData(), OrdinaryUser::kNobody, OrdinaryUser::kNobody));
+  ASSERT_EQ(::chmod(Path("old").toUtf8().constData(), 0444), 0);
+  {
+    const OrdinaryUser user;
+    EXPECT_NE(Write("old", "new"), "");
+  }
+  EXPECT_EQ(Content("old"), "old");
+  EXPECT_EQ(Names(), "old");
 }
 
 class AppendTest : public WriteTest {

@@ -1,27 +1,7 @@
-#include <gmock/gmock.h>
-
 #include "test_images.h"
 
 namespace tessa::testing {
 namespace {
-
-using ::testing::ElementsAre;
-using ::testing::IsEmpty;
-
-/// Bytes written as pairs of hexadecimal digits, blanks between them as they please.
-Bytes Hex(std::string_view digits) {
-  Bytes bytes;
-  std::string text;
-  for (const char digit : digits) {
-    if (digit != ' ') {
-      text += digit;
-    }
-  }
-  for (std::size_t i = 0; i + 1 < text.size(); i += 2) {
-    bytes.push_back(static_cast<std::uint8_t>(std::stoi(text.substr(i, 2), nullptr, 16)));
-  }
-  return bytes;
-}
 
 /// A bitmap file described part by part; the header's numbers may lie about the rest.
 struct BmpParts {
@@ -86,13 +66,8 @@ std::uint32_t IndexAt(int column, int row, int bits) {
   return static_cast<std::uint32_t>(column + 16 * row + column / 3) & ((1U << bits) - 1);
 }
 Bytes IndexPixels(int bits) {
-  Bytes pixels;
-  for (int row = 0; row < kHeight; ++row) {
-    for (int column = 0; column < kWidth; ++column) {
-      pixels.push_back(static_cast<std::uint8_t>(IndexAt(column, row, bits)));
-    }
-  }
-  return pixels;
+  return Raster<std::uint8_t>(kWidth, kHeight,
+                              [bits](int column, int row) { return IndexAt(column, row, bits); });
 }
 /// The picture of IndexPixels, rows filled up to four bytes with something that must not show.
 BmpParts IndexParts(int bits, bool topDown = false, int colours = -1) {
@@ -140,13 +115,10 @@ TEST(BmpReader, IndicesOfEveryDepthKeepTheirPlaceAndTheirColour) {
 }
 
 TEST(BmpReader, ColoursOfEveryDepthAreStretchedToFullBytes) {
-  struct Case {
-    std::uint16_t Bits;
-    std::uint32_t Compression;
-    std::string_view Masks;
-    std::string_view Stored;  // Three pixels and padding, then another such row above them.
-    std::string_view Picture;
-  };
+  // Depth, compression, masks; three stored pixels and padding, then another such row above them;
+  // the picture.
+  using Case = std::tuple<std::uint16_t, std::uint32_t, std::string_view, std::string_view,
+                          std::string_view>;
   const Case cases[] = {
       {24, 0, "", "030201 060504 090807 EEEEEE FDFEFF 302010 800000 EEEEEE",
        "FFFEFD 102030 000080 010203 040506 070809"},
@@ -168,16 +140,16 @@ TEST(BmpReader, ColoursOfEveryDepthAreStretchedToFullBytes) {
       // Seven, one and eight bits.
       {16, 3, "FE000000 01000000 00FF0000", "0100 FE00 00FF EEEE 0201 0000 0380 EEEE",
        "020001 000000 02FF80 00FF00 FF0000 0000FF"}};
-  for (const Case& test : cases) {
+  for (const auto& [bits, compression, masks, stored, expected] : cases) {
     const BmpPicture picture = DecodeBmp(Build({.Width = 3,
                                                 .Height = 2,
-                                                .Bits = test.Bits,
-                                                .Compression = test.Compression,
-                                                .Table = Hex(test.Masks),
-                                                .Pixels = Hex(test.Stored)}));
+                                                .Bits = bits,
+                                                .Compression = compression,
+                                                .Table = Hex(masks),
+                                                .Pixels = Hex(stored)}));
     EXPECT_THAT(picture.Faults, IsEmpty());
     EXPECT_EQ(picture.Depth, 24);
-    EXPECT_EQ(picture.Pixels, Hex(test.Picture)) << test.Bits << " bits, masks " << test.Masks;
+    EXPECT_EQ(picture.Pixels, Hex(expected)) << bits << " bits, masks " << masks;
   }
 }
 
@@ -269,13 +241,8 @@ TEST(BmpReader, RunLengthCodedRowsAreUnpacked) {
 TEST(BmpReader, HeadersThatCannotBeMeantAreRefusedWithTheirField) {
   const Bytes good = Build(IndexParts(8));
   const auto size = static_cast<std::uint32_t>(good.size());
-  struct Case {
-    std::size_t At;
-    std::size_t Bytes;
-    std::vector<std::uint32_t> Values;
-    ProblemKind Kind;
-    std::string Field;
-  };
+  using Case =
+      std::tuple<std::size_t, std::size_t, std::vector<std::uint32_t>, ProblemKind, std::string>;
   const Case cases[] = {
       {0, 2, {0, 0x424D, 0x4142}, ProblemKind::kWrongKind, "Type"},
       {10, 4, {size, size + 1, 0xFFFFFFFF}, ProblemKind::kTruncated, "OffBits"},
@@ -285,14 +252,13 @@ TEST(BmpReader, HeadersThatCannotBeMeantAreRefusedWithTheirField) {
       {22, 4, {0, 32768, 0x80000000, 0xFFFF8000}, ProblemKind::kBadValue, "Height"},
       {28, 2, {0, 3, 5, 12, 48, 64, 0xFFFF}, ProblemKind::kBadValue, "BitCount"},
       {30, 4, {2, 3, 4, 5, 6, 0xFFFFFFFF}, ProblemKind::kUnsupported, "Compression"}};
-  for (const Case& test : cases) {
-    for (const std::uint32_t value : test.Values) {
+  for (const auto& [at, bytes, values, kind, field] : cases) {
+    for (const std::uint32_t value : values) {
       Bytes file = good;
-      for (std::size_t i = 0; i < test.Bytes; ++i) {
-        file[test.At + i] = static_cast<std::uint8_t>(value >> (8 * i));
+      for (std::size_t i = 0; i < bytes; ++i) {
+        file[at + i] = static_cast<std::uint8_t>(value >> (8 * i));
       }
-      ExpectRefused(file, {test.Kind, test.At, test.Field, true},
-                    test.Field + " " + std::to_string(value));
+      ExpectRefused(file, {kind, at, field, true}, field + " " + std::to_string(value));
     }
   }
   // A compression belongs to certain depths.

@@ -1,19 +1,12 @@
-#include <gmock/gmock.h>
-
 #include <limits>
 #include <optional>
 
-#include "formats/frame_array.h"
-#include "formats/sequence.h"
 #include "test_images.h"
 
 namespace tessa::testing {
 namespace {
 
-using ::testing::ElementsAre;
-using ::testing::IsEmpty;
 using State = FrameArrayHeader::State;
-using std::string_view_literals::operator""sv;
 
 /// Two columns of three rows: 0x0100 to 0x0102 down the left one, 0xFF00 to 0xFF02 down the right.
 const Bytes kTwoByThree = ToBytes(
@@ -67,10 +60,8 @@ TEST(FrameArray, FramesOfManySizesComeBackPixelForPixel) {
   for (const auto& [width, height] :
        {std::pair{1, 1}, std::pair{1, 300}, std::pair{300, 1}, std::pair{32, 32}, std::pair{33, 31},
         std::pair{127, 65}, std::pair{64, 64}}) {
-    std::vector<std::int16_t> pixels;
-    for (int i = 0; i < width * height; ++i) {
-      pixels.push_back(static_cast<std::int16_t>(i % width * 251 + i / width - 9000));
-    }
+    const auto pixels =
+        Raster(width, height, [](int column, int row) { return column * 251 + row - 9000; });
     const auto frame = DecodeFrameArray(EncodeFrameArray(width, height, pixels), width, height);
     ASSERT_TRUE(frame.has_value()) << width << " x " << height;
     ASSERT_EQ(frame->Pixels, pixels) << width << " x " << height;
@@ -99,33 +90,29 @@ TEST(FrameArray, TheTypeWordTellsEmptyAndForeignArraysApart) {
 }
 
 TEST(FrameArray, ACutArrayIsNoFrame) {
-  for (std::size_t length = 0; length < kTwoByThree.size(); ++length) {
-    const Bytes cut = First(kTwoByThree, length);
-    EXPECT_EQ(DecodeFrameArray(cut, 2, 3), std::nullopt) << length;
-    EXPECT_EQ(ReadFrameArrayHeader(cut).What, length < 20 ? State::kForeign : State::kPixels);
-  }
+  AtEveryCut(kTwoByThree, [](const Bytes& cut) {
+    EXPECT_EQ(DecodeFrameArray(cut, 2, 3), std::nullopt);
+    EXPECT_EQ(ReadFrameArrayHeader(cut).What, cut.size() < 20 ? State::kForeign : State::kPixels);
+  });
   EXPECT_EQ(ReadFrameArrayHeader(Bytes(2)).What, State::kEmpty);
 }
 
 TEST(FrameArray, CountsThatLieGiveNoFrameAndNoSmallSize) {
-  struct Case {
-    std::uint32_t First, Second;
-    std::uint64_t AtLeast;
-  };
-  for (const Case& c :
+  using Case = std::tuple<std::uint32_t, std::uint32_t, std::uint64_t>;
+  for (const auto& [first, second, atLeast] :
        {Case{3, 3, 38}, Case{2, 2, 28}, Case{3, 1, 26}, Case{6, 1, 32}, Case{0, 2, 20},
         Case{3, 0, 20}, Case{0x10003, 2, 262176}, Case{0x10000, 0x10000, 0x200000014},
         Case{0x80000000, 2, 0x200000014}, Case{0x80000000, 0x80000000, std::uint64_t{1} << 60},
         Case{0xFFFFFFFF, 0xFFFFFFFF, std::uint64_t{1} << 60}}) {
     ByteWriter writer;
     writer.Append(First(kTwoByThree, 4));
-    for (const std::uint32_t number : {c.First, 0U, c.Second, 0U}) {
+    for (const std::uint32_t number : {first, 0U, second, 0U}) {
       writer.U32Le(number);
     }
     writer.PadTo(100);
     const Bytes array = writer.Take();
-    EXPECT_GE(ReadFrameArrayHeader(array).ByteSize(), c.AtLeast) << c.First << " x " << c.Second;
-    EXPECT_EQ(DecodeFrameArray(array, 2, 3), std::nullopt) << c.First << " x " << c.Second;
+    EXPECT_GE(ReadFrameArrayHeader(array).ByteSize(), atLeast) << first << " x " << second;
+    EXPECT_EQ(DecodeFrameArray(array, 2, 3), std::nullopt) << first << " x " << second;
   }
   for (const auto& [width, height] : {std::pair{0, 0}, std::pair{-2, -3}, std::pair{3, -2},
                                       std::pair{0, 3}, std::pair{2, 0}, std::pair{2, 4}}) {

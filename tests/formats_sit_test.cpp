@@ -1,19 +1,11 @@
-#include <gmock/gmock.h>
-
 #include <optional>
 
 #include "formats/fixed32.h"
 #include "formats/foreign_content.h"
-#include "formats/sit.h"
 #include "test_images.h"
 
 namespace tessa::testing {
 namespace {
-
-using ::testing::ElementsAre;
-using ::testing::HasSubstr;
-using ::testing::IsEmpty;
-using std::string_view_literals::operator""sv;
 
 constexpr std::size_t kRasterEnd = 1024 + 153600;
 
@@ -35,12 +27,7 @@ Bytes HandMadeSit() {
   Put(file, 214, "kitchen wall");
   Put(file, 214 + 635, "end");
   Put(file, 982, "19 characters long  ");
-  for (std::size_t row = 0; row < 240; ++row) {
-    for (std::size_t column = 0; column < 320; ++column) {
-      file[1024 + 2 * (row * 320 + column)] = static_cast<std::uint8_t>(row);
-      file[1024 + 2 * (row * 320 + column) + 1] = static_cast<std::uint8_t>(column);
-    }
-  }
+  PutCounts(file, 320, 240);
   return file;
 }
 
@@ -92,44 +79,31 @@ TEST(SitRaster, CountsAreSignedAndKeepTheirColumnAndRow) {
   EXPECT_EQ(raster.Width, 320);
   EXPECT_EQ(raster.Height, 240);
   EXPECT_EQ(raster.Present, 76800U);
-  ASSERT_EQ(raster.Counts.size(), 76800U);
-  for (std::size_t i = 0; i < 76800; ++i) {
-    const auto row = static_cast<int>(i / 320);
-    // The high byte is the row and the low byte the column, so that 0x8000 opens row 128.
-    const int count = (row < 128 ? row : row - 256) * 256 + static_cast<int>(i % 320 % 256);
-    ASSERT_EQ(raster.Counts[i], count) << "column " << i % 320 << ", row " << row;
-  }
+  EXPECT_EQ(raster.Counts, CountsOfPlaces(320, 240));
   const CountExtremes extremes = FindExtremes(raster.Counts);
   EXPECT_EQ(extremes.Low, -32768);
   EXPECT_EQ(extremes.High, 32767);
 }
 
 TEST(SitCut, AFileThatEndsInsideItsHeaderKeepsWhatIsThere) {
-  const Bytes whole = HandMadeSit();
-  for (std::size_t length = 0; length < 1024; ++length) {
-    Bytes filledUp = First(whole, length);
-    filledUp.resize(1024);
-    const SitImage image = Decode(First(whole, length));
-    ASSERT_EQ(image.HeaderBytes, length);
-    ASSERT_TRUE(std::equal(filledUp.begin(), filledUp.end(), image.Header.Record.begin()));
-    ASSERT_EQ(image.Header.EmissivityX100, length < 78 ? 0 : 93) << length;
-    ASSERT_EQ(image.Header.RangeHigh, length < 32 ? 0.0 : length < 33 ? 120.0 : 120.25) << length;
-    ASSERT_EQ(image.Header.Memo, std::string(filledUp.begin() + 982, filledUp.begin() + 1002));
-    ASSERT_EQ(image.Raster.Present, 0U);
-    ASSERT_EQ(image.Raster.Counts, std::vector<std::int16_t>(76800));
-    ASSERT_THAT(FactsOf(image.Faults), ElementsAre(Truncated(length, "SitHeader", true)));
-  }
+  AtEveryCut(First(HandMadeSit(), 1024), [](Bytes cut) {
+    const SitImage image = Decode(cut);
+    const std::size_t length = cut.size();
+    cut.resize(1024);
+    EXPECT_EQ(image.HeaderBytes, length);
+    EXPECT_TRUE(std::equal(cut.begin(), cut.end(), image.Header.Record.begin()));
+    EXPECT_EQ(image.Header.EmissivityX100, length < 78 ? 0 : 93);
+    EXPECT_EQ(image.Header.RangeHigh, length < 32 ? 0.0 : length < 33 ? 120.0 : 120.25);
+    EXPECT_EQ(image.Header.Memo, std::string(cut.begin() + 982, cut.begin() + 1002));
+    EXPECT_EQ(image.Raster.Counts, std::vector<std::int16_t>(76800));
+    EXPECT_THAT(FactsOf(image.Faults), ElementsAre(Truncated(length, "SitHeader", true)));
+  });
 }
 
 TEST(SitCut, AFileThatEndsInsideItsRasterKeepsTheCountsBeforeTheCut) {
   const Bytes whole = HandMadeSit();
   const std::vector<std::int16_t> counts = Decode(whole).Raster.Counts;
-  std::vector<std::size_t> lengths = {1024,       1025,           1026,          1024 + 639,
-                                      1024 + 640, kRasterEnd - 2, kRasterEnd - 1};
-  for (std::size_t length = 1027; length < kRasterEnd; length += 1009) {
-    lengths.push_back(length);
-  }
-  for (const std::size_t length : lengths) {
+  for (std::size_t length = 1024; length < kRasterEnd; length += length < 1030 ? 1 : 1009) {
     const SitImage image = Decode(First(whole, length));
     const std::size_t present = (length - 1024) / 2;
     ASSERT_EQ(image.Raster.Present, present);
@@ -138,8 +112,9 @@ TEST(SitCut, AFileThatEndsInsideItsRasterKeepsTheCountsBeforeTheCut) {
     ASSERT_THAT(image.Faults[0].Text,
                 HasSubstr(": " + std::to_string(present / 320) + " of 240 rows"));
   }
+  EXPECT_THAT(FactsOf(Decode(First(whole, kRasterEnd - 1)).Faults),
+              ElementsAre(Truncated(kRasterEnd - 1, "Raster", false)));
   EXPECT_THAT(Decode(First(whole, kRasterEnd)).Faults, IsEmpty());
-  EXPECT_EQ(Decode(First(whole, kRasterEnd)).Raster.Counts, counts);
 }
 
 TEST(SitHeader, ValuesThatNoCameraWritesAreReportedAndReadAllTheSame) {
@@ -212,13 +187,9 @@ TEST(SitEncoder, WhatItWritesIsWhatTheDecoderReads) {
                             93,
                             "031129",
                             "235958"};
-  SitFields fields{shared,
-                   "SOUND007",
-                   "VOC",
-                   "kitchen wall" + std::string(623, '\0') + "end",
-                   "19 characters long  ",
-                   Decode(HandMadeSit()).Raster.Counts,
-                   {}};
+  const std::string comment = "kitchen wall" + std::string(623, '\0') + "end";
+  SitFields fields{
+      shared, "SOUND007", "VOC", comment, "19 characters long  ", CountsOfPlaces(320, 240), {}};
   EXPECT_EQ(EncodeSit(fields), HandMadeSit());
   fields.Attachment = {1, 2, 3};
   EXPECT_EQ(EncodeSit(fields), Joined(HandMadeSit(), {1, 2, 3}));

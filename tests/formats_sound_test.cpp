@@ -1,16 +1,8 @@
-#include <gmock/gmock.h>
-
-#include "formats/if_sound.h"
 #include "formats/sit_sound.h"
-#include "formats/wave.h"
 #include "test_images.h"
 
 namespace tessa::testing {
 namespace {
-
-using ::testing::ElementsAre;
-using ::testing::IsEmpty;
-using namespace std::string_view_literals;
 
 /// 8000 Hz, three samples, written out by hand.
 Bytes HandMadeSound() {
@@ -35,17 +27,17 @@ TEST(Sound, TenBitsBecomeSixteenWithoutASign) {
 
 TEST(Sound, ACutSoundGivesWhatIsWholeAndAReason) {
   const Bytes whole = HandMadeSound();
-  for (std::size_t length = 0; length < whole.size(); ++length) {
+  AtEveryCut(whole, [](const Bytes& cut) {
     Problems faults;
-    const auto sound = DecodeIfSound(First(whole, length), 100, faults);
-    EXPECT_EQ(sound.has_value(), length >= 42);
+    const auto sound = DecodeIfSound(cut, 100, faults);
+    EXPECT_EQ(sound.has_value(), cut.size() >= 42);
     ASSERT_EQ(faults.size(), 1u);
-    EXPECT_EQ(faults[0].Kind, length < 3 ? ProblemKind::kWrongKind : ProblemKind::kTruncated);
+    EXPECT_EQ(faults[0].Kind, cut.size() < 3 ? ProblemKind::kWrongKind : ProblemKind::kTruncated);
     if (sound) {
-      EXPECT_EQ(sound->Samples.size(), (length - 42) / 2);
-      EXPECT_EQ(faults[0].Offset, 100 + length);
+      EXPECT_EQ(sound->Samples.size(), (cut.size() - 42) / 2);
+      EXPECT_EQ(faults[0].Offset, 100 + cut.size());
     }
-  }
+  });
   Bytes huge = whole;
   Put(huge, 38, "\xFF\xFF\xFF\xFF");
   Problems faults;
@@ -85,13 +77,8 @@ TEST(Sound, AWaveIsReadStrictlyAndExtraChunksArePassedOver) {
   EXPECT_THAT(WaveSamples(eightBits, *ReadWave(eightBits, 0, faults)),
               ElementsAre(0x6000, -256, -32768, -16384));
 
-  struct Case {
-    std::size_t At;
-    std::string_view Bytes;
-    ProblemKind Kind;
-    std::uint64_t Offset;
-  };
-  for (const Case& c :
+  using Case = std::tuple<std::size_t, std::string_view, ProblemKind, std::uint64_t>;
+  for (const auto& [at, bytes, kind, offset] :
        {Case{0, "RIFX", ProblemKind::kWrongKind, 0}, Case{8, "AVI ", ProblemKind::kWrongKind, 0},
         Case{12, "fact", ProblemKind::kBadValue, 36},  // data before its format
         Case{16, "\2\0\0\0"sv, ProblemKind::kBadValue, 12},
@@ -104,28 +91,23 @@ TEST(Sound, AWaveIsReadStrictlyAndExtraChunksArePassedOver) {
         Case{40, "\0\0\0\0"sv, ProblemKind::kBadValue, 40},
         Case{40, "\5\0\0\0"sv, ProblemKind::kTruncated, 48}}) {
     Bytes broken = plain;
-    Put(broken, c.At, c.Bytes);
+    Put(broken, at, bytes);
     Problems reasons;
-    EXPECT_FALSE(ReadWave(broken, 0, reasons)) << c.At;
-    ASSERT_EQ(reasons.size(), 1u) << c.At;
-    EXPECT_EQ(reasons[0].Kind, c.Kind) << c.At << reasons[0].Text;
-    EXPECT_EQ(reasons[0].Offset, c.Offset) << c.At;
+    EXPECT_FALSE(ReadWave(broken, 0, reasons)) << at;
+    ASSERT_EQ(reasons.size(), 1u) << at;
+    EXPECT_EQ(reasons[0].Kind, kind) << at << reasons[0].Text;
+    EXPECT_EQ(reasons[0].Offset, offset) << at;
   }
-  for (std::size_t length = 0; length < plain.size(); ++length) {
+  AtEveryCut(plain, [](const Bytes& cut) {
     Problems reasons;
-    EXPECT_FALSE(ReadWave(First(plain, length), 0, reasons));
+    EXPECT_FALSE(ReadWave(cut, 0, reasons));
     EXPECT_EQ(reasons.size(), 1u);
-  }
+  });
 }
 
 SitHeader Header(const char* signature, const char* name = "", const char* extension = "") {
-  SitFields fields;
-  fields.Signature = signature;
-  fields.SoundName = name;
-  fields.SoundExt = extension;
-  fields.Counts.assign(std::size_t{320} * 240, 0);
   Problems unused;
-  return ReadSitHeader(EncodeSit(fields), unused);
+  return ReadSitHeader(NoteSit(signature, name, extension), unused);
 }
 
 TEST(Sound, TheHeaderHasTwoReadingsOfItsVersion) {

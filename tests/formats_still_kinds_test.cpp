@@ -1,21 +1,13 @@
-#include <gmock/gmock.h>
-
 #include <limits>
 #include <optional>
 
 #include "formats/bin_raster.h"
 #include "formats/bmp_trailer.h"
-#include "formats/tmp_image.h"
 #include "formats/txi_words.h"
 #include "test_images.h"
 
 namespace tessa::testing {
 namespace {
-
-using ::testing::ElementsAre;
-using ::testing::HasSubstr;
-using ::testing::IsEmpty;
-using std::string_view_literals::operator""sv;
 
 constexpr std::size_t kTmpEnd = 1024 + 223 * 256 * 2;
 constexpr std::size_t kLegacyEnd = 1024 + 207 * 256;
@@ -26,8 +18,7 @@ std::size_t Shown(std::size_t stored) {
   return stored / 256 * 255 + std::min<std::size_t>(stored % 256, 255);
 }
 
-/// A 16-bit file byte by byte. Each stored value has its row in the high byte and its column in the
-/// low one, the dropped column included, so that row 128 opens with 0x8000.
+/// A 16-bit file byte by byte, the dropped column included.
 Bytes HandMadeTmp() {
   Bytes file(kTmpEnd);
   Put(file, 0, "6206 1.2  ");
@@ -44,24 +35,8 @@ Bytes HandMadeTmp() {
   Put(file, 214, "pump house");
   Put(file, 214 + 765, "end");
   Put(file, 982, "twenty characters it");
-  for (std::size_t row = 0; row < 223; ++row) {
-    for (std::size_t column = 0; column < 256; ++column) {
-      file[1024 + 2 * (row * 256 + column)] = static_cast<std::uint8_t>(row);
-      file[1024 + 2 * (row * 256 + column) + 1] = static_cast<std::uint8_t>(column);
-    }
-  }
+  PutCounts(file, 256, 223);
   return file;
-}
-
-/// The counts of that file: 255 columns.
-std::vector<std::int16_t> HandMadeTmpCounts() {
-  std::vector<std::int16_t> counts;
-  for (int row = 0; row < 223; ++row) {
-    for (int column = 0; column < 255; ++column) {
-      counts.push_back(static_cast<std::int16_t>((row < 128 ? row : row - 256) * 256 + column));
-    }
-  }
-  return counts;
 }
 
 TmpImage Decode16(const Bytes& file) {
@@ -78,30 +53,32 @@ TEST(Tmp, FieldsAndCountsAreReadFromTheirPlacesInTheFile) {
   EXPECT_EQ(image.Raster.Width, 255);
   EXPECT_EQ(image.Raster.Height, 223);
   EXPECT_EQ(image.Raster.Present, 255U * 223U);
-  EXPECT_EQ(image.Raster.Counts, HandMadeTmpCounts());
+  EXPECT_EQ(image.Raster.Counts, CountsOfPlaces(255, 223));
 }
 
 TEST(Tmp, AFileCutAnywhereKeepsWhatIsBeforeTheCut) {
-  const Bytes whole = HandMadeTmp();
-  for (std::size_t length = 0; length < kTmpEnd; length += length < 1600 ? 1 : 1009) {
-    const TmpImage image = Decode16(First(whole, length));
-    Bytes filledUp = First(whole, length);
-    filledUp.resize(std::max<std::size_t>(length, 1002));
-    ASSERT_EQ(image.Header.EmissivityX100, length < 78 ? 0 : 87) << length;
-    ASSERT_EQ(image.Header.ScaleStep, length < 74 ? 0.0 : length < 75 ? 2.0 : 2.5) << length;
-    ASSERT_EQ(image.Header.Memo, std::string(filledUp.begin() + 982, filledUp.begin() + 1002));
-    const std::size_t stored = length < 1024 ? 0 : (length - 1024) / 2;
-    ASSERT_EQ(image.Raster.Present, Shown(stored)) << length;
-    ASSERT_EQ(image.Raster.Counts, KeepFirst(HandMadeTmpCounts(), Shown(stored))) << length;
-    // Between header and raster lie 22 bytes that nobody needs.
-    ASSERT_THAT(
-        FactsOf(image.Faults),
-        ElementsAre(Truncated(length, length < 1002 ? "TmpHeader" : "Raster", stored == 0)));
-    if (stored > 0) {
-      ASSERT_THAT(image.Faults[0].Text,
-                  HasSubstr(": " + std::to_string(stored / 256) + " of 223 rows"));
-    }
-  }
+  const std::vector<std::int16_t> counts = CountsOfPlaces(255, 223);
+  AtEveryCut(
+      HandMadeTmp(),
+      [&](Bytes cut) {
+        const TmpImage image = Decode16(cut);
+        const std::size_t length = cut.size();
+        cut.resize(std::max<std::size_t>(length, 1002));
+        EXPECT_EQ(image.Header.EmissivityX100, length < 78 ? 0 : 87);
+        EXPECT_EQ(image.Header.ScaleStep, length < 74 ? 0.0 : length < 75 ? 2.0 : 2.5);
+        EXPECT_EQ(image.Header.Memo, std::string(cut.begin() + 982, cut.begin() + 1002));
+        const std::size_t stored = length < 1024 ? 0 : (length - 1024) / 2;
+        EXPECT_EQ(image.Raster.Present, Shown(stored));
+        EXPECT_EQ(image.Raster.Counts, KeepFirst(counts, Shown(stored)));
+        // Between header and raster lie 22 bytes that nobody needs.
+        const char* const field = length < 1002 ? "TmpHeader" : "Raster";
+        EXPECT_THAT(FactsOf(image.Faults), ElementsAre(Truncated(length, field, stored == 0)));
+        if (stored > 0) {
+          EXPECT_THAT(image.Faults[0].Text,
+                      HasSubstr(": " + std::to_string(stored / 256) + " of 223 rows"));
+        }
+      },
+      1600, 1009);
 }
 
 TEST(Tmp, ValuesThatNoCameraWritesAreReportedAndReadAllTheSame) {
@@ -113,24 +90,9 @@ TEST(Tmp, ValuesThatNoCameraWritesAreReportedAndReadAllTheSame) {
                   BadValue(72, "ScaleStep"), BadValue(92, "DateText"), BadValue(98, "TimeText")));
 }
 
-TEST(Tmp, EncoderWritesWhatTheDecoderReads) {
-  const CameraFields shared{"6206 1.2  ", -20.25, 350.5, -5.75,    0.015625,
-                            25.125,       2.5,    87,    "981207", "070809"};
-  TmpFields fields{shared, "pump house" + std::string(755, '\0') + "end",
-                   "twenty characters it and more", HandMadeTmpCounts()};
-  Bytes expected = HandMadeTmp();
-  Put(expected, 104, std::string(26, '\0'));
-  for (std::size_t row = 0; row < 223; ++row) {
-    expected[1024 + 2 * (row * 256 + 255) + 1] = 254;  // The dropped column repeats its neighbour.
-  }
-  EXPECT_EQ(EncodeTmp(fields), expected);
-  fields.Counts.clear();
-  EXPECT_EQ(EncodeTmp(fields).size(), 100000U) << "a shorter file would be of the 8-bit kind";
-}
-
 /// An 8-bit file byte by byte; the value tells column and row apart.
-std::uint8_t LegacyValue(std::size_t column, std::size_t row) {
-  return static_cast<std::uint8_t>(3 * column + 7 * row);
+int LegacyValue(int column, int row) {
+  return (3 * column + 7 * row) % 256;
 }
 
 Bytes HandMadeLegacy() {
@@ -144,11 +106,8 @@ Bytes HandMadeLegacy() {
   Put(file, 128 + 829, "end");
   Put(file, 960, "memo");
   Put(file, 979, "!");
-  for (std::size_t row = 0; row < 207; ++row) {
-    for (std::size_t column = 0; column < 256; ++column) {
-      file[1024 + row * 256 + column] = LegacyValue(column, row);
-    }
-  }
+  const auto values = Raster<std::uint8_t>(256, 207, LegacyValue);
+  std::copy(values.begin(), values.end(), file.begin() + 1024);
   return file;
 }
 
@@ -162,10 +121,8 @@ TEST(LegacyTmp, FieldsAndPixelsAreReadFromTheirPlaces) {
   EXPECT_EQ(header.Memo, "memo" + std::string(15, '\0') + "!");
   EXPECT_EQ(image.Raster.Width, 255);
   EXPECT_EQ(image.Raster.Height, 207);
-  for (std::size_t i = 0; i < std::size_t{255} * 207; ++i) {
-    ASSERT_EQ(image.Raster.Counts[i], LegacyValue(i % 255, i / 255) - 128)
-        << "column " << i % 255 << ", row " << i / 255;
-  }
+  EXPECT_EQ(image.Raster.Counts,
+            Raster(255, 207, [](int column, int row) { return LegacyValue(column, row) - 128; }));
 }
 
 TEST(LegacyTmp, EveryGainCodeHasItsGain) {
@@ -184,67 +141,50 @@ TEST(LegacyTmp, EveryGainCodeHasItsGain) {
 TEST(LegacyTmp, AFileCutAnywhereKeepsWhatIsBeforeTheCut) {
   const Bytes whole = HandMadeLegacy();
   const std::vector<std::int16_t> counts = DecodeLegacyTmp(whole, kLegacyEnd).Raster.Counts;
-  for (std::size_t length = 0; length < kLegacyEnd; length += length < 1300 ? 1 : 1009) {
-    const LegacyImage image = DecodeLegacyTmp(First(whole, length), length);
-    const std::size_t stored = length > 1024 ? length - 1024 : 0;
-    ASSERT_EQ(image.Raster.Counts, KeepFirst(counts, Shown(stored))) << length;
-    ASSERT_EQ(image.Raster.Present, Shown(stored)) << length;
-    std::string stamp = "950630235901";
-    const std::size_t there = std::clamp<std::size_t>(length, 33, 45) - 33;
-    ASSERT_EQ(image.Header.StampText, stamp.replace(there, 12 - there, 12 - there, '\0'));
-    const char* const field = length < 980 ? "LegacyHeader" : "Raster";
-    ASSERT_THAT(FactsOf(image.Faults), ElementsAre(Truncated(length, field, stored == 0)));
-  }
+  AtEveryCut(
+      whole,
+      [&](const Bytes& cut) {
+        const LegacyImage image = DecodeLegacyTmp(cut, cut.size());
+        const std::size_t stored = cut.size() > 1024 ? cut.size() - 1024 : 0;
+        EXPECT_EQ(image.Raster.Counts, KeepFirst(counts, Shown(stored)));
+        EXPECT_EQ(image.Raster.Present, Shown(stored));
+        std::string stamp = "950630235901";
+        const std::size_t there = std::clamp<std::size_t>(cut.size(), 33, 45) - 33;
+        EXPECT_EQ(image.Header.StampText, stamp.replace(there, 12 - there, 12 - there, '\0'));
+        const char* const field = cut.size() < 980 ? "LegacyHeader" : "Raster";
+        EXPECT_THAT(FactsOf(image.Faults), ElementsAre(Truncated(cut.size(), field, stored == 0)));
+      },
+      1300, 1009);
 }
 
-TEST(LegacyTmp, EncoderWritesWhatTheDecoderReads) {
-  LegacyFields fields{"-12.75",
-                      '9',
-                      "0.83",
-                      "950630235901",
-                      "first line" + std::string(819, '\0') + "end",
-                      "memo" + std::string(15, '\0') + "!",
-                      {}};
-  for (std::size_t i = 0; i < std::size_t{255} * 207; ++i) {
-    fields.Values.push_back(LegacyValue(i % 255, i / 255));
-  }
-  Bytes expected = HandMadeLegacy();
-  Put(expected, 0, std::string(9, '\0'));
-  for (std::size_t row = 0; row < 207; ++row) {
-    expected[1024 + row * 256 + 255] = LegacyValue(254, row);
-  }
-  EXPECT_EQ(EncodeLegacyTmp(fields), expected);
-}
-
-/// Position p of the raster holds p x 40503 modulo 65536: no two neighbours or rows are alike.
-Bytes HandMadeBin() {
-  Bytes file;
-  for (std::uint32_t i = 0; i < kBinEnd / 2; ++i) {
-    file.push_back(static_cast<std::uint8_t>(i * 40503));
-    file.push_back(static_cast<std::uint8_t>(i * 40503 >> 8));
-  }
-  return file;
+/// Position p holds p x 40503 modulo 65536: no two neighbours or rows are alike.
+std::uint32_t BinCount(int column, int row) {
+  return static_cast<std::uint32_t>(row * 320 + column) * 40503;
 }
 
 TEST(Bin, ARasterOfLittleEndianWordsIsAllThereIsAndMayBeCutAnywhere) {
-  const Bytes whole = HandMadeBin();
-  std::vector<std::int16_t> counts;
-  for (std::uint32_t i = 0; i < 76800; ++i) {
-    counts.push_back(static_cast<std::int16_t>(i * 40503));
+  const std::vector<std::int16_t> counts = Raster(320, 240, BinCount);
+  Bytes whole;
+  for (const std::int16_t count : counts) {
+    whole.push_back(static_cast<std::uint8_t>(count));
+    whole.push_back(static_cast<std::uint8_t>(count >> 8));
   }
   const BinImage image = DecodeBin(whole, kBinEnd);
   EXPECT_THAT(image.Faults, IsEmpty());
   EXPECT_EQ(image.Raster.Width, 320);
   EXPECT_EQ(image.Raster.Height, 240);
-  EXPECT_EQ(image.Raster.Present, 76800U);
   EXPECT_EQ(image.Raster.Counts, counts);
   EXPECT_EQ(EncodeBin(counts), whole);
-  for (std::size_t length = 0; length < kBinEnd; length += length < 700 ? 1 : 2999) {
-    const BinImage cut = DecodeBin(First(whole, length), length);
-    ASSERT_EQ(cut.Raster.Present, length / 2);
-    ASSERT_EQ(cut.Raster.Counts, KeepFirst(counts, length / 2)) << length;
-    ASSERT_THAT(FactsOf(cut.Faults), ElementsAre(Truncated(length, "Raster", length < 2)));
-  }
+  AtEveryCut(
+      whole,
+      [&](const Bytes& cut) {
+        const BinImage part = DecodeBin(cut, cut.size());
+        EXPECT_EQ(part.Raster.Present, cut.size() / 2);
+        EXPECT_EQ(part.Raster.Counts, KeepFirst(counts, cut.size() / 2));
+        EXPECT_THAT(FactsOf(part.Faults),
+                    ElementsAre(Truncated(cut.size(), "Raster", cut.size() < 2)));
+      },
+      700, 2999);
   EXPECT_THAT(DecodeBin(whole, kBinEnd + 10).Faults, IsEmpty());
 }
 
@@ -258,45 +198,34 @@ TEST(StillKinds, LineEndsInPixelsAndCommentsMakeNoTextFile) {
   }
   EXPECT_THAT(DecodeLegacyTmp(legacy, legacy.size()).Faults, IsEmpty());
   // From -14 to 8.3 degrees the high byte of the tenths of a kelvin is a line feed.
-  std::vector<std::int16_t> tenths;
-  for (int i = 0; i < 76800; ++i) {
-    tenths.push_back(static_cast<std::int16_t>(2600 + i % 200));
-  }
+  const auto tenths = Raster(320, 240, [](int column, int) { return 2600 + column % 200; });
   EXPECT_THAT(DecodeBin(EncodeBin(tenths), kBinEnd).Faults, IsEmpty());
 }
 
 TEST(StillKinds, AMisnamedFileIsToldFromAnImage) {
-  for (const std::string_view start : {"\xFF\xD8\xFF\xE0"sv, "some lines\r\nof text\n"sv}) {
-    const bool isText = start[0] == 's';
-    Bytes file(kTmpEnd, isText ? '.' : 0);
-    Put(file, 0, start);
-    const std::string is = isText ? "the file is text, not " : "the file is a JPEG picture, not ";
-    for (const auto& [faults, name] :
-         {std::pair{Decode16(file).Faults, "a TMP image"},
-          std::pair{DecodeLegacyTmp(file, file.size()).Faults, "a TMP image"},
-          std::pair{DecodeBin(file, file.size()).Faults, "a BIN image"}}) {
-      ASSERT_THAT(FactsOf(faults),
-                  ElementsAre(FaultFacts(ProblemKind::kWrongKind, 0, "Signature", true)));
-      EXPECT_EQ(faults[0].Text, is + name);
-    }
+  Bytes file(kTmpEnd);
+  Put(file, 0, "\xFF\xD8\xFF\xE0"sv);
+  for (const auto& [faults, name] : {std::pair{Decode16(file).Faults, "TMP"},
+                                     std::pair{DecodeLegacyTmp(file, file.size()).Faults, "TMP"},
+                                     std::pair{DecodeBin(file, file.size()).Faults, "BIN"}}) {
+    ASSERT_THAT(FactsOf(faults),
+                ElementsAre(FaultFacts(ProblemKind::kWrongKind, 0, "Signature", true)));
+    EXPECT_EQ(faults[0].Text, "the file is a JPEG picture, not a " + std::string(name) + " image");
   }
 }
 
 TEST(TxiWords, LowAndHighLimitUnfoldByTheirOwnRules) {
-  struct Case {
-    int LowWord, HighWord;
-    double Low, High;
-  };
-  for (const Case& c :
+  using Case = std::tuple<int, int, double, double>;
+  for (const auto& [lowWord, highWord, low, high] :
        {Case{0, 0, 0.0, 0.0}, Case{-200, 1000, -20.0, 100.0}, Case{200, -1, 20.0, 3276.8},
         Case{-200, -100, 3296.7, 3286.7}, Case{-100, -200, -10.0, 3296.7},
         Case{-100, -100, -10.0, 3286.7}, Case{-1, 0, -0.1, 0.0}, Case{-32768, -1, 6553.5, 3276.8},
         Case{-32768, 5, -3276.8, 0.5}, Case{32767, -32768, 3276.7, 6553.5},
         Case{28013, 18, 2801.3, 1.8}}) {
     const TxiScale scale =
-        DecodeTxiWords(static_cast<std::int16_t>(c.LowWord), static_cast<std::int16_t>(c.HighWord));
-    EXPECT_DOUBLE_EQ(scale.Low, c.Low) << c.LowWord << " " << c.HighWord;
-    EXPECT_DOUBLE_EQ(scale.High, c.High) << c.LowWord << " " << c.HighWord;
+        DecodeTxiWords(static_cast<std::int16_t>(lowWord), static_cast<std::int16_t>(highWord));
+    EXPECT_DOUBLE_EQ(scale.Low, low) << lowWord << " " << highWord;
+    EXPECT_DOUBLE_EQ(scale.High, high) << lowWord << " " << highWord;
   }
 }
 
@@ -333,19 +262,15 @@ TEST(BmpTrailer, WordsAreBigEndianAndUnsigned) {
 }
 
 TEST(BmpTrailer, ItLiesWhereTheDistanceFromTheFilesEndSays) {
-  struct Case {
-    std::uint64_t FileSize;
-    int Distance;
-    std::optional<std::uint64_t> Position;
-  };
-  for (const Case& c :
+  using Case = std::tuple<std::uint64_t, int, std::optional<std::uint64_t>>;
+  for (const auto& [fileSize, distance, position] :
        {Case{1096, 18, 1078}, Case{1096, 100, 996}, Case{18, 18, 0}, Case{17, 18, std::nullopt},
         Case{1096, 17, std::nullopt}, Case{1096, 1097, std::nullopt}, Case{1096, 1096, 0},
         Case{1096, 0, std::nullopt}, Case{1096, -18, std::nullopt},
         Case{1096, -32768, std::nullopt}, Case{32767, 32767, 0}, Case{0, 18, std::nullopt},
         Case{0x140000000, 18, 0x13FFFFFEE}}) {
-    EXPECT_EQ(BmpTrailerPosition(c.FileSize, static_cast<std::int16_t>(c.Distance)), c.Position)
-        << c.FileSize << " " << c.Distance;
+    EXPECT_EQ(BmpTrailerPosition(fileSize, static_cast<std::int16_t>(distance)), position)
+        << fileSize << " " << distance;
   }
 }
 

@@ -2,7 +2,6 @@
 
 #include <bit>
 #include <cmath>
-#include <cstdio>
 #include <cstdlib>
 #include <limits>
 #include <random>
@@ -15,40 +14,6 @@
 
 namespace tessa {
 namespace {
-
-/// The rule of FormatFixed in whole numbers: the value's first 15 digits as one integer, divided by
-/// the power of ten that is to go. For values below 10^(17 - decimals).
-std::string RoundedOnPaper(double value, int decimals) {
-  char scientific[40];
-  std::snprintf(scientific, sizeof scientific, "%.14e", std::fabs(value));
-  std::string mantissa(scientific, 16);
-  mantissa.erase(1, 1);
-  std::uint64_t kept = std::strtoull(mantissa.c_str(), nullptr, 10);
-  int shift = std::atoi(scientific + 17) - 14 + decimals;
-  for (; shift > 0; --shift) {
-    kept *= 10;
-  }
-  if (shift < -17) {
-    kept = 0;
-  } else if (shift < 0) {
-    std::uint64_t divisor = 1;
-    for (; shift < 0; ++shift) {
-      divisor *= 10;
-    }
-    kept = (kept + divisor / 2) / divisor;
-  }
-  std::uint64_t scale = 1;
-  for (int i = 0; i < decimals; ++i) {
-    scale *= 10;
-  }
-  std::string text = value < 0.0 && kept != 0 ? "-" : "";
-  text += std::to_string(kept / scale);
-  if (decimals > 0) {
-    const std::string fraction = std::to_string(kept % scale);
-    text += "." + std::string(static_cast<std::size_t>(decimals) - fraction.size(), '0') + fraction;
-  }
-  return text;
-}
 
 TEST(FormatFixed, RoundsHalfAwayFromZeroAsOnPaper) {
   // Value>text. The nearest doubles of 0.15 and 1.005 lie below them.
@@ -75,20 +40,6 @@ TEST(FormatFixed, RoundsHalfAwayFromZeroAsOnPaper) {
   }
   EXPECT_EQ(FormatFixed(std::numeric_limits<double>::max(), 1),
             "179769313486232" + std::string(294, '0') + ".0");
-}
-
-TEST(FormatFixed, AgreesWithWholeNumberArithmeticOnRandomValues) {
-  std::mt19937_64 random(20260115);
-  std::uniform_real_distribution<double> exponents(-20.0, 11.0);
-  std::uniform_int_distribution<int> thousandths(-2'000'000, 2'000'000);
-  for (int i = 0; i < 200'000; ++i) {
-    const int decimals = i % 7;
-    // Half of the values are short decimals, for those are the ones that end in a 5.
-    const double value = i % 2 == 0 ? thousandths(random) / 1000.0
-                                    : std::pow(10.0, exponents(random)) * (i % 4 == 1 ? 1 : -1);
-    ASSERT_EQ(FormatFixed(value, decimals), RoundedOnPaper(value, decimals))
-        << std::to_string(value) << " with " << decimals << " decimals";
-  }
 }
 
 TEST(ParseLeadingNumber, StopsAtTheFirstCharacterThatCannotContinueANumber) {

@@ -73,20 +73,18 @@ class SoundServer {
     if (qEnvironmentVariableIsSet("TESSA_NO_SOUND_OUTPUT")) {
       return;
     }
-    const QString socket = folder_.filePath(QStringLiteral("native"));
+    const QString socket = folder_.filePath(u"native"_s);
     qputenv("XDG_RUNTIME_DIR", QFile::encodeName(folder_.path()));
     qputenv("HOME", QFile::encodeName(folder_.path()));
     qputenv("PULSE_SERVER", "unix:" + QFile::encodeName(socket));
-    server_.start(
-        QStringLiteral("pulseaudio"),
-        {QStringLiteral("-n"), QStringLiteral("--daemonize=no"),
-         QStringLiteral("--use-pid-file=no"), QStringLiteral("--exit-idle-time=-1"),
-         QStringLiteral("--load=module-native-protocol-unix auth-anonymous=1 socket=") + socket,
-         QStringLiteral("--load=module-null-sink sink_name=tessa_null")});
+    server_.start(u"pulseaudio"_s,
+                  {u"-n"_s, u"--daemonize=no"_s, u"--use-pid-file=no"_s, u"--exit-idle-time=-1"_s,
+                   u"--load=module-native-protocol-unix auth-anonymous=1 socket="_s + socket,
+                   u"--load=module-null-sink sink_name=tessa_null"_s});
     for (int attempt = 0; attempt < 30 && !runs_ && server_.state() != QProcess::NotRunning;
          ++attempt) {
       server_.waitForFinished(100);
-      runs_ = QProcess::execute(QStringLiteral("pactl"), {QStringLiteral("info")}) == 0;
+      runs_ = QProcess::execute(u"pactl"_s, {u"info"_s}) == 0;
     }
   }
   SoundServer(const SoundServer&) = delete;
@@ -109,7 +107,7 @@ class WaveDevicePlays : public ::testing::Test {
     device_.Completed = [this] { ++completed_; };
   }
   void Open(const Bytes& wave) {
-    device_.FileName = folder_.Write(QStringLiteral("note.wav"), wave);
+    device_.FileName = folder_.Write(u"note.wav"_s, wave);
     device_.Give(MediaCommand::kOpen);
   }
 
@@ -133,11 +131,10 @@ TEST_F(WaveDevicePlays, WithoutAnOutputAPlayEndsAtOnceWithAPlainWord) {
     // What outputs there are is found out once for a process.
     QProcess other;
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    environment.insert(QString::fromLatin1(kAlone), QStringLiteral("1"));
-    environment.insert(QStringLiteral("PULSE_SERVER"), QStringLiteral("unix:/nowhere"));
+    environment.insert(QString::fromLatin1(kAlone), u"1"_s);
+    environment.insert(u"PULSE_SERVER"_s, u"unix:/nowhere"_s);
     other.setProcessEnvironment(environment);
-    other.start(QCoreApplication::applicationFilePath(),
-                {QStringLiteral("--gtest_filter=*WithoutAnOutput*")});
+    other.start(QCoreApplication::applicationFilePath(), {u"--gtest_filter=*WithoutAnOutput*"_s});
     EXPECT_TRUE(other.waitForFinished(20000));
     EXPECT_EQ(other.exitCode(), 0) << other.readAllStandardOutput().toStdString();
     return;
@@ -158,10 +155,8 @@ TEST_F(WaveDevicePlays, WhatComesOutIsTheWaveAndItsEndIsTold) {
   constexpr std::uint32_t kRate = 2850;
   const std::vector<std::int16_t> wave = Sweep(kRate, 1.5);
   QProcess recorder;
-  recorder.start(QStringLiteral("parec"),
-                 {QStringLiteral("--device=tessa_null.monitor"), QStringLiteral("--raw"),
-                  QStringLiteral("--format=s16le"), QStringLiteral("--channels=1"),
-                  QStringLiteral("--rate=22800"), QStringLiteral("--latency-msec=20")});
+  recorder.start(u"parec"_s, {u"--device=tessa_null.monitor"_s, u"--raw"_s, u"--format=s16le"_s,
+                              u"--channels=1"_s, u"--rate=22800"_s, u"--latency-msec=20"_s});
   ASSERT_TRUE(recorder.waitForStarted());
   // The first bytes come late.
   ASSERT_TRUE(QTest::qWaitFor([&] { return recorder.bytesAvailable() > 0; }, 10000));

@@ -1,24 +1,31 @@
 #pragma once
 
-#include <gtest/gtest.h>
+#include <sys/resource.h>
+#include <unistd.h>
 
+#include <QBuffer>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QImage>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QProcess>
 #include <QString>
 #include <QTemporaryDir>
+#include <csignal>
 #include <span>
 
+#include "core/dialogs.h"
 #include "export/image_report.h"
 #include "open/load_image.h"
 #include "open/load_steps.h"
 #include "test_images.h"
 
 namespace tessa::testing {
+
+using namespace Qt::StringLiterals;
 
 /// A folder of its own for one test, gone with it.
 class TestFolder {
@@ -46,6 +53,71 @@ inline QByteArray ReadAll(const QString& path) {
   return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
+inline Bytes ReadBytes(const QString& path) {
+  const QByteArray file = ReadAll(path);
+  return {file.begin(), file.end()};
+}
+
+/// The texts of all languages.
+inline QByteArray WordTable() {
+  return ReadAll(u"" TESSA_SOURCE_FOLDER "/resources/strings.tsv"_s);
+}
+
+inline Bytes EncodedJpeg(const QImage& picture, int quality = 95) {
+  QBuffer buffer;
+  EXPECT_TRUE(picture.save(&buffer, "JPEG", quality));
+  return {buffer.data().begin(), buffer.data().end()};
+}
+
+/// A photograph of 64 x 48: the left half red, the right half blue.
+inline Bytes VisibleJpeg() {
+  QImage picture(64, 48, QImage::Format_RGB32);
+  picture.fill(Qt::blue);
+  for (int i = 0; i < 32 * 48; ++i) {
+    picture.setPixel(i % 32, i / 32, qRgb(255, 0, 0));
+  }
+  return EncodedJpeg(picture);
+}
+
+/// For as long as it lives no file can grow beyond `size` bytes.
+class FileSizeLimit {
+ public:
+  explicit FileSizeLimit(rlim_t size) {
+    std::signal(SIGXFSZ, SIG_IGN);
+    EXPECT_EQ(::getrlimit(RLIMIT_FSIZE, &before_), 0);
+    const rlimit limit{size, before_.rlim_max};
+    EXPECT_EQ(::setrlimit(RLIMIT_FSIZE, &limit), 0);
+  }
+  FileSizeLimit(const FileSizeLimit&) = delete;
+  FileSizeLimit& operator=(const FileSizeLimit&) = delete;
+  ~FileSizeLimit() { ::setrlimit(RLIMIT_FSIZE, &before_); }
+
+ private:
+  rlimit before_{};
+};
+
+/// Acts as a user whom file permissions bind, also where the tests run as root.
+class OrdinaryUser {
+ public:
+  OrdinaryUser() { EXPECT_TRUE(!wasRoot_ || ::setresuid(kNobody, kNobody, 0) == 0); }
+  OrdinaryUser(const OrdinaryUser&) = delete;
+  OrdinaryUser& operator=(const OrdinaryUser&) = delete;
+  ~OrdinaryUser() { EXPECT_TRUE(!wasRoot_ || ::setresuid(0, 0, 0) == 0); }
+  static constexpr uid_t kNobody = 65534;
+
+ private:
+  bool wasRoot_ = ::getuid() == 0;
+};
+
+/// Cancels whatever is asked.
+class NoDialogs : public Dialogs {
+ public:
+  std::optional<QString> AskOpenFile(const OpenFileQuestion& /*question*/) override { return {}; }
+  std::optional<QString> AskSaveFile(const SaveFileQuestion& /*question*/) override { return {}; }
+  Answer AskYesNoCancel(const QString& /*text*/) override { return Answer::kCancel; }
+  std::optional<QString> AskText(const QString& /*prompt*/) override { return {}; }
+};
+
 /// The folder of the built program, with its palette file.
 inline ApplicationFolder BuiltProgramFolder() {
   const QString folder = QStringLiteral(TESSA_BINARY_FOLDER);
@@ -68,6 +140,10 @@ class LoadTest : public ::testing::Test {
   LoadTest() { PrepareSession(session_); }
 
   static QString Name(const char* name) { return QString::fromLatin1(name); }
+  QString Path(const char* name) const { return folder_.Path(Name(name)); }
+  QString Write(const char* name, std::span<const std::uint8_t> content) const {
+    return folder_.Write(Name(name), content);
+  }
   void OpenAt(const QString& path) {
     OpenPath(path, session_, *progress_);
     const bool shown = FindNoImage(session_.Faults) == nullptr;
@@ -97,7 +173,7 @@ class LoadTest : public ::testing::Test {
     EXPECT_EQ(view_.NoPicture.FileName, QFileInfo(image_.CurrentFilePath).fileName());
   }
   void Open(const char* name, std::span<const std::uint8_t> content) {
-    OpenAt(folder_.Write(Name(name), content));
+    OpenAt(Write(name, content));
   }
   /// Row of the buffer; the row buffer is checked to hold the same.
   std::vector<std::uint8_t> Row(int row) {

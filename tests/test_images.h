@@ -1,41 +1,24 @@
 #pragma once
 
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 
-#include <algorithm>
 #include <sstream>
-#include <string>
-#include <string_view>
 #include <tuple>
-#include <vector>
 
-#include "formats/bmp.h"
-#include "formats/camera_header.h"
+#include "builders.h"
 
 namespace tessa::testing {
 
-inline Bytes ToBytes(std::string_view text) {
-  return {text.begin(), text.end()};
-}
-
-inline void Put(Bytes& file, std::size_t at, std::string_view text) {
-  std::copy(text.begin(), text.end(), file.begin() + static_cast<std::ptrdiff_t>(at));
-}
-
-inline Bytes First(const Bytes& file, std::size_t size) {
-  return {file.begin(), file.begin() + static_cast<std::ptrdiff_t>(size)};
-}
-
-inline Bytes Joined(Bytes first, const Bytes& second) {
-  first.insert(first.end(), second.begin(), second.end());
-  return first;
-}
-
-/// The first `present` counts, the others zero.
-inline std::vector<std::int16_t> KeepFirst(std::vector<std::int16_t> counts, std::size_t present) {
-  std::fill(counts.begin() + static_cast<std::ptrdiff_t>(present), counts.end(), std::int16_t{0});
-  return counts;
-}
+using ::testing::AllOf;
+using ::testing::DoubleNear;
+using ::testing::Each;
+using ::testing::ElementsAre;
+using ::testing::ElementsAreArray;
+using ::testing::HasSubstr;
+using ::testing::IsEmpty;
+using ::testing::Not;
+using ::testing::Pointwise;
+using ::testing::StartsWith;
 
 /// Kind, offset, field and whether it costs the image: all of a fault but its words.
 using FaultFacts = std::tuple<ProblemKind, std::uint64_t, std::string, bool>;
@@ -69,13 +52,15 @@ inline std::string SharedFields(const CameraHeader& header) {
   return text.str();
 }
 
-/// Greys from black to white, or the other way round.
-inline ColourTable Ramp(bool reversed) {
-  ColourTable table{};
-  for (std::uint32_t i = 0; i < 256; ++i) {
-    table[reversed ? 255 - i : i] = i * 0x010101;
+/// Calls `check` with the first bytes of `whole` at every length below its own; behind `densely`
+/// bytes only at every `stride`-th.
+template <typename Check>
+void AtEveryCut(const Bytes& whole, Check check, std::size_t densely = SIZE_MAX,
+                std::size_t stride = 1) {
+  for (std::size_t length = 0; length < whole.size(); length += length < densely ? 1 : stride) {
+    SCOPED_TRACE(std::to_string(length) + " bytes");
+    check(First(whole, length));
   }
-  return table;
 }
 
 }  // namespace tessa::testing

@@ -2,15 +2,25 @@
 
 #include <QAction>
 #include <QApplication>
-#include <QBuffer>
-#include <QFileInfo>
+#include <QCheckBox>
+#include <QClipboard>
+#include <QComboBox>
+#include <QDragEnterEvent>
+#include <QFileDialog>
 #include <QLabel>
+#include <QLineEdit>
+#include <QMenu>
+#include <QMessageBox>
+#include <QMimeData>
 #include <QMouseEvent>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QScrollBar>
 #include <QTest>
+#include <QTimer>
+#include <QToolButton>
+#include <QToolTip>
 
-#include "formats/frame_array.h"
-#include "formats/sequence.h"
-#include "formats/sit.h"
 #include "test_files.h"
 #include "widgets/picbuf_widget.h"
 #include "windows/main_window.h"
@@ -30,11 +40,8 @@ inline SitFields SceneFields() {
   fields.Gain = 655.0 / 65536.0;
   fields.ScaleCenter = 25.0;
   fields.ScaleStep = 7.5;  // -5 to 55
-  for (int row = 0; row < kSitHeight; ++row) {
-    for (int column = 0; column < kSitWidth; ++column) {
-      fields.Counts.push_back(static_cast<std::int16_t>(column * 20 + row));
-    }
-  }
+  fields.Counts =
+      Raster(kSitWidth, kSitHeight, [](int column, int row) { return column * 20 + row; });
   return fields;
 }
 
@@ -46,37 +53,62 @@ inline Bytes EncodedScene() {
 inline Bytes EncodedSceneWithPhotograph() {
   SitFields fields = SceneFields();
   fields.SoundExt = std::string("   ").replace(2, 1, 1, '\x02');
-  QImage photograph(64, 48, QImage::Format_RGB32);
-  photograph.fill(Qt::blue);
-  QByteArray bytes;
-  QBuffer buffer(&bytes);
-  buffer.open(QIODevice::WriteOnly);
-  photograph.save(&buffer, "JPEG", 95);
-  fields.Attachment.resize(8);
-  fields.Attachment.insert(fields.Attachment.end(), bytes.begin(), bytes.end());
+  fields.Attachment = Joined(Bytes(8), VisibleJpeg());
   return EncodeSit(fields);
 }
 
 /// Three frames of 10, 20 and 30 degrees, the first pixel at 0.
 inline Bytes ThreeFrames() {
-  SnapshotFields fields;
-  fields.Header.Version = 1.0F;
-  fields.Header.Frames = 3;
-  fields.Header.Width = 8;
-  fields.Header.Height = 8;
-  fields.Header.ScaleMax = 50.0F;
-  for (int frame = 1; frame <= 3; ++frame) {
-    std::vector<std::int16_t> tenths(64, static_cast<std::int16_t>(2732 + 100 * frame));
-    tenths[0] = 2732;
-    fields.Frames.push_back(EncodeFrameArray(8, 8, tenths));
+  std::vector<std::vector<std::int16_t>> frames;
+  for (const int tenths : {2832, 2932, 3032}) {
+    frames.emplace_back(64, static_cast<std::int16_t>(tenths))[0] = 2732;
   }
+  SnapshotFields fields = SnapshotOf(8, 8, frames);
+  fields.Header.ScaleMax = 50.0F;
   return EncodeSnapshot(fields);
 }
 
+template <typename Widget>
+Widget& FindIn(const QWidget& window, const char* name) {
+  auto* const found = window.findChild<Widget*>(QString::fromLatin1(name));
+  EXPECT_NE(found, nullptr) << name;
+  return *found;
+}
+
+/// A caption without the mark of its keyboard letter, and that letter alone.
+inline QString WithoutMark(QString text) {
+  return text.remove(QLatin1Char('&'));
+}
+inline QString LetterOf(const QString& text) {
+  const qsizetype mark = text.indexOf(QLatin1Char('&'));
+  return mark < 0 ? QString() : text.mid(mark + 1, 1).toUpper();
+}
+
+/// Answers every question for a file with one path and remembers what was asked.
+class ScriptedDialogs : public NoDialogs {
+ public:
+  explicit ScriptedDialogs(QString answer) : answer_(std::move(answer)) {}
+  std::optional<QString> AskOpenFile(const OpenFileQuestion& question) override {
+    AskedFilter = question.FilterIndex;
+    return answer_;
+  }
+  std::optional<QString> AskSaveFile(const SaveFileQuestion& question) override {
+    AskedSave = QFileInfo(question.Suggestion).fileName();
+    return std::nullopt;
+  }
+  Answer AskYesNoCancel(const QString& /*text*/) override { return Answer::kNo; }
+  std::optional<QString> AskText(const QString& /*prompt*/) override { return Text; }
+  QString Text = u"7"_s;
+  int AskedFilter = 0;
+  QString AskedSave;
+
+ private:
+  QString answer_;
+};
+
 class MainWindowTest : public ::testing::Test {
  protected:
-  MainWindowTest()
-      : session_(BuiltProgramFolder()), user_(folder_.Path(QStringLiteral("settings.ini"))) {
+  MainWindowTest() : session_(BuiltProgramFolder()), user_(folder_.Path(u"settings.ini"_s)) {
     session_.Settings.DefaultKind = KindSit;
     session_.Settings.DefaultUnits = 'C';
     session_.Settings.DefaultPalette = 10;
@@ -86,14 +118,12 @@ class MainWindowTest : public ::testing::Test {
     window_->resize(1080, 720);  // Whatever the screen of the test is.
     window_->show();
     EXPECT_TRUE(QTest::qWaitForWindowExposed(window_.get()));
-    scene_ = folder_.Write(QStringLiteral("Scene.sit"), EncodedScene());
+    scene_ = folder_.Write(u"Scene.sit"_s, EncodedScene());
   }
 
   template <typename Widget>
   Widget& Find(const char* name) {
-    auto* const found = window_->findChild<Widget*>(QString::fromLatin1(name));
-    EXPECT_NE(found, nullptr) << name;
-    return *found;
+    return FindIn<Widget>(*window_, name);
   }
   QString Panel(int number) {
     return Find<QLabel>(("StatusBar1Panel" + std::to_string(number)).c_str()).text();
@@ -114,6 +144,17 @@ class MainWindowTest : public ::testing::Test {
     return qRgb(RedOf(colour), GreenOf(colour), BlueOf(colour));
   }
   void Trigger(const char* action) { Find<QAction>(action).trigger(); }
+  bool IsShown(const char* name) { return Find<QWidget>(name).isVisible(); }
+  ScriptedDialogs& UseDialogs() {
+    auto dialogs = std::make_unique<ScriptedDialogs>(scene_);
+    ScriptedDialogs& used = *dialogs;
+    window_->SetDialogs(std::move(dialogs));
+    return used;
+  }
+  void Drop(const QMimeData& data) {
+    QDropEvent drop(QPointF(5, 5), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    static_cast<QObject&>(*window_).event(&drop);
+  }
 
   TestFolder folder_;
   Session session_;
@@ -121,28 +162,6 @@ class MainWindowTest : public ::testing::Test {
   Progress quiet_;
   std::unique_ptr<MainWindow> window_;
   QString scene_;
-};
-
-/// Answers every question for a file with one path and remembers what was asked.
-class ScriptedDialogs : public Dialogs {
- public:
-  explicit ScriptedDialogs(QString answer) : answer_(std::move(answer)) {}
-  std::optional<QString> AskOpenFile(const OpenFileQuestion& question) override {
-    AskedFilter = question.FilterIndex;
-    return answer_;
-  }
-  std::optional<QString> AskSaveFile(const SaveFileQuestion& question) override {
-    AskedSave = QFileInfo(question.Suggestion).fileName();
-    return std::nullopt;
-  }
-  Answer AskYesNoCancel(const QString& /*text*/) override { return Answer::kNo; }
-  std::optional<QString> AskText(const QString& /*prompt*/) override { return Text; }
-  QString Text = QStringLiteral("7");
-  int AskedFilter = 0;
-  QString AskedSave;
-
- private:
-  QString answer_;
 };
 
 }  // namespace tessa::testing

@@ -1,40 +1,26 @@
 #include <fcntl.h>
-#include <gmock/gmock.h>
 #include <sys/stat.h>
 
-#include <QImage>
-
-#include "formats/sit.h"
-#include "formats/tmp_image.h"
 #include "test_files.h"
 
 namespace tessa::testing {
 namespace {
 
-using ::testing::HasSubstr;
-
 Bytes Image() {
-  SitFields fields;
+  SitFields fields = SoundSit("SIT 3.00  ", "", "", Bytes(500, 7));
   fields.Comment = "front";
   fields.Memo = "NORTH";
-  fields.Counts.assign(std::size_t{320} * 240, 100);
-  fields.Attachment = Bytes(500, 7);
   return EncodeSit(fields);
 }
 
 class ToolBrowser : public ToolTest {
  protected:
   ToolBrowser() { Write("a.sit", Image()); }
-  Bytes Read(const char* name) const {
-    const QByteArray file = ReadAll(Path(name));
-    return {file.begin(), file.end()};
-  }
+  Bytes Read(const char* name) const { return ReadBytes(Path(name)); }
 };
 
 TEST_F(ToolBrowser, ThumbnailWritesThePictureInTheSizeAskedFor) {
-  LegacyFields old;
-  old.Values.assign(std::size_t{255} * 207, 90);
-  Write("old.tmp", EncodeLegacyTmp(old));
+  Write("old.tmp", EncodeLegacyTmp(PlainLegacy(90)));
   EXPECT_EQ(Run({"thumbnail", "@a.sit", "-o", "@a.png"}).Error, "");
   EXPECT_EQ(QImage(Path("a.png")).size(), QSize(256, 192));
   EXPECT_EQ(
@@ -51,7 +37,7 @@ TEST_F(ToolBrowser, ThumbnailWritesThePictureInTheSizeAskedFor) {
   EXPECT_EQ(Run({"thumbnail", "@a.sit", "-o", "@a.png", "--force"}).Status, 0);
   EXPECT_EQ(Run({"thumbnail", "@a.sit", "-o", "@a.sit", "--force"}).Status, 1);
   EXPECT_EQ(Run({"thumbnail", "@a.sit", "-o", "@d.png", "--palette", "no"}).Status, 2);
-  EXPECT_FALSE(folder_.Names().contains(QStringLiteral("c.png")));
+  EXPECT_FALSE(folder_.Names().contains(u"c.png"_s));
 }
 
 TEST_F(ToolBrowser, NoteChangesItsFieldsAndNothingElse) {
@@ -78,26 +64,22 @@ TEST_F(ToolBrowser, NoteChangesItsFieldsAndNothingElse) {
 TEST_F(ToolBrowser, NoteWritesTheRecordOfEachKind) {
   TmpFields tmp;
   tmp.Counts.assign(std::size_t{255} * 223, 1);
-  LegacyFields old;
-  old.Values.assign(std::size_t{255} * 207, 1);
   Write("new.tmp", EncodeTmp(tmp));
-  Write("old.tmp", EncodeLegacyTmp(old));
-  struct Case {
-    const char* Name;
-    std::size_t Comment, CommentSize, Memo;
-  };
-  for (const Case& c : {Case{"@a.sit", 214, 638, 982}, Case{"@new.tmp", 214, 768, 982},
-                        Case{"@old.tmp", 128, 832, 960}}) {
-    const std::string longest(c.CommentSize, 'x');
-    Bytes expected = Read(c.Name + 1);
-    Put(expected, c.Comment, longest);
-    Put(expected, c.Memo, std::string("12345678901234567890"));
+  Write("old.tmp", EncodeLegacyTmp(PlainLegacy(1)));
+  using Case = std::tuple<const char*, std::size_t, std::size_t, std::size_t>;
+  for (const auto& [name, comment, commentSize, memo] :
+       {Case{"@a.sit", 214, 638, 982}, Case{"@new.tmp", 214, 768, 982},
+        Case{"@old.tmp", 128, 832, 960}}) {
+    const std::string longest(commentSize, 'x');
+    Bytes expected = Read(name + 1);
+    Put(expected, comment, longest);
+    Put(expected, memo, std::string("12345678901234567890"));
     EXPECT_EQ(
-        Run({"note", c.Name, "--comment", longest.c_str(), "--memo", "12345678901234567890"}).Error,
+        Run({"note", name, "--comment", longest.c_str(), "--memo", "12345678901234567890"}).Error,
         "");
-    EXPECT_EQ(Read(c.Name + 1), expected) << c.Name;
-    EXPECT_EQ(Run({"note", c.Name, "--comment", (longest + "x").c_str()}).Status, 1);
-    EXPECT_EQ(Read(c.Name + 1), expected) << c.Name;
+    EXPECT_EQ(Read(name + 1), expected) << name;
+    EXPECT_EQ(Run({"note", name, "--comment", (longest + "x").c_str()}).Status, 1);
+    EXPECT_EQ(Read(name + 1), expected) << name;
   }
 }
 

@@ -1,40 +1,19 @@
-#include <gmock/gmock.h>
-
-#include "formats/if_sound.h"
-#include "formats/sit.h"
-#include "formats/wave.h"
 #include "test_files.h"
 
 namespace tessa::testing {
 namespace {
 
-using ::testing::HasSubstr;
-
-Bytes Image(const char* signature, const char* name, const char* extension,
-            const Bytes& attachment = {}) {
-  SitFields fields;
-  fields.Signature = signature;
-  fields.SoundName = name;
-  fields.SoundExt = extension;
-  fields.Counts.assign(std::size_t{320} * 240, 100);
-  fields.Attachment = attachment;
-  return EncodeSit(fields);
-}
-
 class ToolSound : public ToolTest {
  protected:
   ToolSound() {
     Write("SND1.AIF", EncodeIfSound(8000, samples_));
-    Write("side.sit", Image("SIT V2.9A ", "SND1    ", "AIF"));
-    Write("wave.sit", Image("SIT V3.0A ", "156161  ", "WAV", Wave(4000)));
-    Write("late.sit", Image("SIT V3.5A ", "", ""));
-    Write("none.sit", Image("SIT V3.0A ", "", ""));
+    Write("side.sit", NoteSit("SIT V2.9A ", "SND1    ", "AIF"));
+    Write("wave.sit", NoteSit("SIT V3.0A ", "156161  ", "WAV", Wave(4000)));
+    Write("late.sit", NoteSit("SIT V3.5A ", "", ""));
+    Write("none.sit", NoteSit("SIT V3.0A ", "", ""));
   }
   Bytes Wave(std::uint32_t rate) const { return EncodeWave(rate, ToWaveSamples(samples_)); }
-  Bytes Read(const char* name) const {
-    const QByteArray file = ReadAll(Path(name));
-    return {file.begin(), file.end()};
-  }
+  Bytes Read(const char* name) const { return ReadBytes(Path(name)); }
 
   const std::vector<std::uint16_t> samples_ = std::vector<std::uint16_t>(6000, 700);
 };
@@ -48,12 +27,12 @@ TEST_F(ToolSound, SoundWritesEachNoteAndInfoTellsOfIt) {
       QJsonDocument::fromJson(QByteArray::fromStdString(Run({"info", "--json", "@wave.sit"}).Out))
           .object();
   ExpectFacts(info, R"({"SoundKind": 2, "SoundSeconds": 1.5, "SoundRate": 4000, "Problems": []})");
-  Write("late.sit", Image("SIT V3.5A ", "", "", Joined(Bytes(8), First(Read("SND1.AIF"), 45))));
+  Write("late.sit", NoteSit("SIT V3.5A ", "", "", Joined(Bytes(8), First(Read("SND1.AIF"), 45))));
   EXPECT_THAT(Run({"info", "@late.sit"}).Out, HasSubstr("the sound is cut: 1 of 6000 samples"));
   const Outcome cut = Run({"sound", "@late.sit", "-o", "@cut.wav"});
   EXPECT_THAT(cut.Error, HasSubstr("1 of 6000 samples are there; what is there was written"));
   EXPECT_EQ(Read("cut.wav").size(), 46u);
-  Write("wave.sit", Image("SIT V3.0A ", "156161  ", "WAV", First(Wave(4000), 50)));
+  Write("wave.sit", NoteSit("SIT V3.0A ", "156161  ", "WAV", First(Wave(4000), 50)));
   EXPECT_EQ(Run({"sound", "@wave.sit", "-o", "@cut.wav", "--force"}).Status, 0);
   EXPECT_EQ(Read("cut.wav"), First(Wave(4000), 50));
 }
@@ -74,15 +53,11 @@ TEST_F(ToolSound, EmbedAppendsTheWaveAndLeavesTheRest) {
 
 TEST_F(ToolSound, RefusalsSayWhyAndChangeNothing) {
   Write("empty.aif", {});
-  Write("silent.sit", Image("SIT V3.0A ", "156161  ", "WAV", First(Wave(4000), 44)));
-  Write("still.sit", Image("SIT V3.0A ", "156161  ", "WAV", Wave(0)));
+  Write("silent.sit", NoteSit("SIT V3.0A ", "156161  ", "WAV", First(Wave(4000), 44)));
+  Write("still.sit", NoteSit("SIT V3.0A ", "156161  ", "WAV", Wave(0)));
   Write("cut.aif", First(Read("SND1.AIF"), 100));
-  struct Case {
-    std::vector<const char*> Words;
-    int Status;
-    const char* Reason;
-  };
-  for (const Case& c : std::initializer_list<Case>{
+  using Case = std::tuple<std::vector<const char*>, int, const char*>;
+  for (const auto& [words, status, reason] : std::initializer_list<Case>{
            {{"sound", "@none.sit", "-o", "@x.wav"}, 1, "no sound note"},
            {{"sound", "@silent.sit", "-o", "@x.wav"}, 1, "no data"},
            {{"sound", "@still.sit", "-o", "@x.wav"}, 1, "0 Hz"},
@@ -103,9 +78,9 @@ TEST_F(ToolSound, RefusalsSayWhyAndChangeNothing) {
            {{"embed", "@SND1.AIF", "--in-place"}, 1, "only SIT images"}}) {
     const Bytes before = Joined(Joined(Read("side.sit"), Read("none.sit")), Read("SND1.AIF"));
     const QStringList names = folder_.Names();
-    const Outcome outcome = Run(c.Words);
-    EXPECT_EQ(outcome.Status, c.Status) << c.Reason;
-    EXPECT_THAT(outcome.Error, HasSubstr(c.Reason));
+    const Outcome outcome = Run(words);
+    EXPECT_EQ(outcome.Status, status) << reason;
+    EXPECT_THAT(outcome.Error, HasSubstr(reason));
     EXPECT_EQ(Joined(Joined(Read("side.sit"), Read("none.sit")), Read("SND1.AIF")), before);
     EXPECT_EQ(folder_.Names(), names);
   }

@@ -1,27 +1,18 @@
-#include <gmock/gmock.h>
 #include <sys/stat.h>
 
-#include "formats/if_sound.h"
-#include "formats/sit.h"
 #include "test_files.h"
 
 namespace tessa::testing {
 namespace {
 
-using ::testing::HasSubstr;
-
 class ToolTransfer : public ToolTest {
  protected:
   ToolTransfer() {
-    QDir(Path("")).mkdir(QStringLiteral("t"));
-    QDir(Path("")).mkdir(QStringLiteral("u"));
-    SitFields fields;
-    fields.Signature = "SIT V2.9A ";
-    fields.SoundName = "SND1    ";
-    fields.SoundExt = "AIF";
-    fields.Counts.assign(std::size_t{320} * 240, 100);
-    Write("a.sit", EncodeSit(fields));
-    Write("u/a.sit", EncodeSit(fields));
+    QDir(Path("")).mkdir(u"t"_s);
+    QDir(Path("")).mkdir(u"u"_s);
+    const Bytes image = NoteSit("SIT V2.9A ", "SND1    ", "AIF");
+    Write("a.sit", image);
+    Write("u/a.sit", image);
     Write("b.tmp", Bytes(8));
     Write("SND1.AIF", EncodeIfSound(8000, std::vector<std::uint16_t>(300, 700)));
     Write("u/SND1.AIF", EncodeIfSound(8000, std::vector<std::uint16_t>(300, 800)));
@@ -112,7 +103,7 @@ TEST_F(ToolTransfer, SheetWritesAPageForEveryTenAndGoesOnAfterABadOne) {
 
 TEST_F(ToolTransfer, SheetHandsItsPagesToThePrinterOrSaysWhyNot) {
   // Stands in for the system's spooler.
-  QDir(Path("")).mkdir(QStringLiteral("bin"));
+  QDir(Path("")).mkdir(u"bin"_s);
   Write("bin/lp", ToBytes("#!/bin/sh\n[ \"$2\" = good ] || { echo no such printer >&2; exit 1; }\n"
                           "cat > \"$PRINTED\"\n"));
   ::chmod(Path("bin/lp").toUtf8().constData(), 0755);

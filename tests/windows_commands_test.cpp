@@ -1,6 +1,4 @@
-#include <QClipboard>
 #include <QPointer>
-#include <QTimer>
 #include <map>
 #include <set>
 
@@ -19,9 +17,9 @@ class CommandsTest : public MainWindowTest {
  protected:
   ~CommandsTest() override { window_->SetPlayer(nullptr); }
   CommandsTest() {
-    auto dialogs = std::make_unique<ScriptedDialogs>(scene_);
-    dialogs_ = dialogs.get();
-    window_->SetDialogs(std::move(dialogs));
+    // The download's choices are kept there.
+    session_.Folder = {folder_.Path(Name("App")), Name(TESSA_BINARY_FOLDER)};
+    dialogs_ = &UseDialogs();
     window_->SetPlayer(&player_);
     // An early camera's image with its note beside it.
     SitFields fields = SceneFields();
@@ -39,7 +37,7 @@ class CommandsTest : public MainWindowTest {
     window_->View().SetZoom(4);
     const bool back = id == kFirstFrame || id == kPreviousFrame;
     session_.Image.CurrentFrame = back ? session_.Image.FrameCount : 1;
-    session_.View.RotationCaption = session_.View.EdgeCaption = QStringLiteral("0");
+    session_.View.RotationCaption = session_.View.EdgeCaption = u"0"_s;
     wasWhiteHot_ = session_.View.TrendSaysWhiteHot;
     dialogs_->AskedSave.clear();
     dialogs_->AskedFilter = -1;
@@ -122,6 +120,8 @@ class CommandsTest : public MainWindowTest {
         {kThumbnails, [this] { return Shows("LoadIMG"); }},
         {kThumbnailsButton, [this] { return Shows("LoadIMG"); }},
         {kImageInfo, [this] { return Shows("frmImageInfo"); }},
+        {kDownload, [this] { return Shows("frmDownLoad"); }},
+        {kDownloadButton, [this] { return Shows("frmDownLoad"); }},
         {kPlaySound, [this] { return session_.View.Sound.Playing; }},
         {kEmbedSound,
          [this] { return QFileInfo(scene_).size() > 156160 && !session_.View.Sound.EmbedVisible; }},
@@ -192,11 +192,10 @@ TEST_F(CommandsTest, MenuLettersStayAfterANumberWasEntered) {
   Trigger("ToolEdge");
   QStringList letters;
   for (const char* name : {"ToolRotation", "ToolEdge"}) {
-    const QString text = Find<QAction>(name).text();
-    ASSERT_TRUE(text.contains(QLatin1Char('&'))) << text.toStdString();
-    letters.append(text.mid(text.indexOf(QLatin1Char('&')) + 1, 1).toUpper());
+    letters.append(LetterOf(Find<QAction>(name).text()));
+    EXPECT_FALSE(letters.last().isEmpty()) << name;
   }
-  EXPECT_EQ(Find<QAction>("ToolEdge").text().remove(QLatin1Char('&')), Name("Edge Magnitude: 7"));
+  EXPECT_EQ(WithoutMark(Find<QAction>("ToolEdge").text()), Name("Edge Magnitude: 7"));
   EXPECT_EQ(letters.removeDuplicates(), 0);
 }
 

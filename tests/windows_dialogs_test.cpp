@@ -1,20 +1,8 @@
-#include <QAbstractItemModel>
-#include <QApplication>
-#include <QComboBox>
-#include <QFileDialog>
-#include <QLabel>
-#include <QLineEdit>
-#include <QPushButton>
-#include <QRadioButton>
 #include <QSignalSpy>
-#include <QTest>
-#include <QTimer>
 
 #include "core/program_version.h"
 #include "core/viewer_ini.h"
-#include "formats/sit.h"
-#include "open/load_image.h"
-#include "test_files.h"
+#include "test_main_window.h"
 #include "windows/about_dialog.h"
 #include "windows/preferences_dialog.h"
 #include "windows/splash_window.h"
@@ -24,29 +12,17 @@ namespace {
 
 constexpr int kNeverSaved = -7;
 
-template <typename Widget>
-Widget& Find(const QWidget& window, const char* name) {
-  auto* const found = window.findChild<Widget*>(QString::fromLatin1(name));
-  EXPECT_NE(found, nullptr) << name;
-  return *found;
-}
-
-/// A caption without the mark of its keyboard letter.
-QString Caption(const QWidget& window, const char* button) {
-  return Find<QAbstractButton>(window, button).text().remove(QLatin1Char('&'));
-}
-
 class PreferencesTest : public ::testing::Test {
  protected:
   PreferencesTest()
-      : session_({folder_.Path(QStringLiteral("App")), QStringLiteral(TESSA_BINARY_FOLDER)}),
-        user_(folder_.Path(QStringLiteral("user.ini"))) {
+      : session_({folder_.Path(u"App"_s), QStringLiteral(TESSA_BINARY_FOLDER)}),
+        user_(folder_.Path(u"user.ini"_s)) {
     PrepareSession(session_);
     session_.Words.ReadTable(
         "id\tEnglish\tGerman\tSpanish\n"
         "177\tImages\tBilder\tim\u00E1genes\n"
         "225\tSave Changes\tSpeichern\tGuardar cambios\n");
-    session_.Settings = {QStringLiteral("/data/Fotos/"), QStringLiteral("/data/Ziel"), 4, 2, 'C'};
+    session_.Settings = {u"/data/Fotos/"_s, u"/data/Ziel"_s, 4, 2, 'C'};
     ApplySettings(session_);
     Reopen();
   }
@@ -56,23 +32,17 @@ class PreferencesTest : public ::testing::Test {
     dialog_->show();
   }
   void OpenScene() {
-    SitFields fields;
-    fields.Gain = 0.01;
-    fields.ScaleCenter = 25.0;
-    fields.ScaleStep = 7.5;
-    fields.Counts.assign(static_cast<std::size_t>(kSitWidth) * kSitHeight, 100);
-    fields.Counts[0] = 5000;
     Progress progress;
-    OpenPath(folder_.Write(QStringLiteral("Scene.sit"), EncodeSit(fields)), session_, progress);
+    OpenPath(folder_.Write(u"Scene.sit"_s, EncodedScene()), session_, progress);
     ASSERT_EQ(session_.Image.ImageKind, KindSit);
   }
   template <typename Widget>
   Widget& Find(const char* name) {
-    return testing::Find<Widget>(*dialog_, name);
+    return FindIn<Widget>(*dialog_, name);
   }
   void Press(const char* button) { Find<QPushButton>(button).click(); }
   QComboBox& List(const char* name) { return Find<QComboBox>(name); }
-  QString IniPath() const { return folder_.Path(QStringLiteral("App/Viewer2.ini")); }
+  QString IniPath() const { return folder_.Path(u"App/Viewer2.ini"_s); }
 
   TestFolder folder_;
   Session session_;
@@ -81,20 +51,20 @@ class PreferencesTest : public ::testing::Test {
 };
 
 TEST_F(PreferencesTest, ShowsTheSettingsWithThePathsInCapitals) {
-  EXPECT_EQ(Find<QLineEdit>("SSPanel10").text(), QStringLiteral("  /DATA/FOTOS/"));
-  EXPECT_EQ(Find<QLineEdit>("SSPanel2").text(), QStringLiteral("  /DATA/ZIEL/"));
-  EXPECT_EQ(Find<QLineEdit>("SSPanel2").toolTip(), QStringLiteral("/data/Ziel/"));
+  EXPECT_EQ(Find<QLineEdit>("SSPanel10").text(), u"  /DATA/FOTOS/"_s);
+  EXPECT_EQ(Find<QLineEdit>("SSPanel2").text(), u"  /DATA/ZIEL/"_s);
+  EXPECT_EQ(Find<QLineEdit>("SSPanel2").toolTip(), u"/data/Ziel/"_s);
   ASSERT_EQ(List("Combo2").count(), 7);
-  EXPECT_EQ(List("Combo2").itemText(0), QStringLiteral("BMP Images"));
-  EXPECT_EQ(List("Combo2").itemText(6), QStringLiteral("RTI Snapshots"));
-  EXPECT_EQ(List("Combo2").currentText(), QStringLiteral("TXI Images"));
+  EXPECT_EQ(List("Combo2").itemText(0), u"BMP Images"_s);
+  EXPECT_EQ(List("Combo2").itemText(6), u"RTI Snapshots"_s);
+  EXPECT_EQ(List("Combo2").currentText(), u"TXI Images"_s);
   ASSERT_EQ(List("Combo1").count(), 11);
-  EXPECT_EQ(List("Combo1").itemText(10), QStringLiteral("HOT IRON"));
-  EXPECT_EQ(List("Combo1").currentText(), QStringLiteral("SHINE"));
+  EXPECT_EQ(List("Combo1").itemText(10), u"HOT IRON"_s);
+  EXPECT_EQ(List("Combo1").currentText(), u"SHINE"_s);
   const QImage swatch = List("Combo1").itemIcon(10).pixmap(72, 14).toImage();
   EXPECT_NE(swatch.pixelColor(2, 7), swatch.pixelColor(69, 7)) << "no gradient";
   EXPECT_TRUE(Find<QRadioButton>("SSOption1").isChecked());
-  EXPECT_EQ(List("cboLanguage").currentText(), QStringLiteral("English"));
+  EXPECT_EQ(List("cboLanguage").currentText(), u"English"_s);
 }
 
 TEST_F(PreferencesTest, SaveWritesTheFiveLinesInTheTrueCase) {
@@ -108,19 +78,19 @@ TEST_F(PreferencesTest, SaveWritesTheFiveLinesInTheTrueCase) {
   EXPECT_FALSE(dialog_->isVisible());
   EXPECT_EQ(session_.Image.ImageKind, KindRti);
   EXPECT_EQ(session_.Image.PreviousKindIndex, 7);
-  EXPECT_EQ(LoadButtonTip(session_.Image, session_.Words), QStringLiteral("Load Image RTI Images"));
+  EXPECT_EQ(LoadButtonTip(session_.Image, session_.Words), u"Load Image RTI Images"_s);
   EXPECT_EQ(session_.View.PaletteSelection, 10);
   EXPECT_FALSE(session_.View.CelsiusSelected);
   EXPECT_EQ(user_.Language(kNeverSaved), 0);
 
   session_.Settings = ReadViewerIni(IniPath());
   Reopen();
-  EXPECT_EQ(Find<QLineEdit>("SSPanel10").text(), QStringLiteral("  /DATA/FOTOS/"));
+  EXPECT_EQ(Find<QLineEdit>("SSPanel10").text(), u"  /DATA/FOTOS/"_s);
   EXPECT_EQ(List("Combo2").currentIndex(), 6);
 }
 
 TEST_F(PreferencesTest, AChosenFolderKeepsItsCaseAndItsFinalBlank) {
-  const QString folder = folder_.Path(QStringLiteral("Urlaub 2026 "));
+  const QString folder = folder_.Path(u"Urlaub 2026 "_s);
   ASSERT_TRUE(QDir().mkpath(folder));
   // The chooser runs an event loop of its own.
   QTimer::singleShot(0, dialog_.get(), [&folder] {
@@ -130,19 +100,10 @@ TEST_F(PreferencesTest, AChosenFolderKeepsItsCaseAndItsFinalBlank) {
     static_cast<QDialog*>(chooser)->accept();
   });
   Press("Dir1");
-  EXPECT_EQ(Find<QLineEdit>("SSPanel10").text(),
-            QStringLiteral("  ") + folder.toUpper() + QLatin1Char('/'));
-  EXPECT_EQ(session_.Settings.LastFolder, QStringLiteral("/data/Fotos/")) << "not saved yet";
+  EXPECT_EQ(Find<QLineEdit>("SSPanel10").text(), u"  "_s + folder.toUpper() + QLatin1Char('/'));
+  EXPECT_EQ(session_.Settings.LastFolder, u"/data/Fotos/"_s) << "not saved yet";
   Press("Command1");
   EXPECT_EQ(ReadViewerIni(IniPath()).LastFolder, folder + QLatin1Char('/'));
-}
-
-TEST_F(PreferencesTest, AnEmptyPathStaysEmpty) {
-  session_.Settings.TargetFolder.clear();
-  Reopen();
-  EXPECT_EQ(Find<QLineEdit>("SSPanel2").text(), QString());
-  Press("Command1");
-  EXPECT_TRUE(ReadAll(IniPath()).startsWith("/data/Fotos/\n\n 4 \n"));
 }
 
 TEST_F(PreferencesTest, APickedLanguageShowsAtOnceAndReturnRestoresIt) {
@@ -151,9 +112,9 @@ TEST_F(PreferencesTest, APickedLanguageShowsAtOnceAndReturnRestoresIt) {
   List("cboLanguage").setCurrentIndex(1);
   EXPECT_EQ(changed.count(), 1);
   EXPECT_EQ(session_.Words.Language(), 1);
-  EXPECT_EQ(Caption(*dialog_, "Command1"), QStringLiteral("Speichern"));
-  EXPECT_EQ(List("Combo2").currentText(), QStringLiteral("TIFF Bilder"));
-  EXPECT_EQ(List("cboLanguage").itemText(0), QStringLiteral("English"));
+  EXPECT_EQ(WithoutMark(Find<QPushButton>("Command1").text()), u"Speichern"_s);
+  EXPECT_EQ(List("Combo2").currentText(), u"TIFF Bilder"_s);
+  EXPECT_EQ(List("cboLanguage").itemText(0), u"English"_s);
   QTest::keyClick(dialog_.get(), Qt::Key_Escape);
   EXPECT_FALSE(dialog_->isVisible());
   EXPECT_EQ(changed.count(), 2);
@@ -163,16 +124,16 @@ TEST_F(PreferencesTest, APickedLanguageShowsAtOnceAndReturnRestoresIt) {
   EXPECT_FALSE(QFile::exists(IniPath()));
 }
 
-TEST_F(PreferencesTest, ASavedLanguageStays) {
+TEST_F(PreferencesTest, ASavedLanguageStaysAndOneThatIsNotOfferedIsKept) {
+  session_.Settings.TargetFolder.clear();
+  Reopen();
+  EXPECT_EQ(Find<QLineEdit>("SSPanel2").text(), QString()) << "an empty path stays empty";
   List("cboLanguage").setCurrentIndex(2);
   Press("Command1");
+  EXPECT_TRUE(ReadAll(IniPath()).startsWith("/data/Fotos/\n\n 4 \n"));
   EXPECT_EQ(session_.Words.Language(), 2);
   EXPECT_EQ(user_.Language(kNeverSaved), 2);
-  EXPECT_TRUE(
-      LoadButtonTip(session_.Image, session_.Words).endsWith(QStringLiteral("TXI im\u00E1genes")));
-}
-
-TEST_F(PreferencesTest, ALanguageThatIsNotOfferedIsKeptUnlessAnotherIsPicked) {
+  EXPECT_TRUE(LoadButtonTip(session_.Image, session_.Words).endsWith(u"TXI im\u00E1genes"_s));
   session_.Words.SetLanguage(3);
   Reopen();
   EXPECT_EQ(List("cboLanguage").currentIndex(), -1);
@@ -184,8 +145,8 @@ TEST_F(PreferencesTest, RestoreDefaultsChangesTheControlsAlone) {
   session_.Words.SetLanguage(1);
   Reopen();
   Press("Command2");
-  const QString programFolder = folder_.Path(QStringLiteral("App/"));
-  EXPECT_EQ(Find<QLineEdit>("SSPanel10").text(), QStringLiteral("  ") + programFolder.toUpper());
+  const QString programFolder = folder_.Path(u"App/"_s);
+  EXPECT_EQ(Find<QLineEdit>("SSPanel10").text(), u"  "_s + programFolder.toUpper());
   EXPECT_EQ(Find<QLineEdit>("SSPanel2").toolTip(), programFolder);
   EXPECT_EQ(List("Combo2").currentIndex(), 0);
   EXPECT_EQ(List("Combo1").currentIndex(), 2);
@@ -193,8 +154,7 @@ TEST_F(PreferencesTest, RestoreDefaultsChangesTheControlsAlone) {
   EXPECT_EQ(session_.Words.Language(), 0);
   Press("Command3");
   EXPECT_EQ(session_.Words.Language(), 1);
-  EXPECT_EQ(ViewerIniText(session_.Settings),
-            QStringLiteral("/data/Fotos/\n/data/Ziel\n 4 \n 2 \nC\n"));
+  EXPECT_EQ(ViewerIniText(session_.Settings), u"/data/Fotos/\n/data/Ziel\n 4 \n 2 \nC\n"_s);
   EXPECT_TRUE(session_.View.CelsiusSelected);
   EXPECT_FALSE(QFile::exists(IniPath()));
 }
@@ -202,13 +162,13 @@ TEST_F(PreferencesTest, RestoreDefaultsChangesTheControlsAlone) {
 TEST_F(PreferencesTest, AFolderThatCannotBeWrittenIsPassedOver) {
   // The folder's name is taken by a file.
   const Bytes none;
-  folder_.Write(QStringLiteral("App"), none);
+  folder_.Write(u"App"_s, none);
   List("Combo2").setCurrentIndex(5);
   Press("Command1");
   EXPECT_FALSE(dialog_->isVisible());
   EXPECT_EQ(QApplication::activeModalWidget(), nullptr);
   EXPECT_EQ(session_.Settings.DefaultKind, KindTmp);
-  EXPECT_EQ(session_.Settings.TargetFolder, QStringLiteral("/data/Ziel/"));
+  EXPECT_EQ(session_.Settings.TargetFolder, u"/data/Ziel/"_s);
   EXPECT_EQ(session_.Steps.Failures().size(), 1U);
 }
 
@@ -221,8 +181,7 @@ TEST_F(PreferencesTest, AnOpenImageKeepsItsKindAndFollowsPaletteAndUnit) {
   Press("Command1");
   EXPECT_EQ(session_.Image.ImageKind, KindSit);
   EXPECT_EQ(session_.Image.OfferedKind(), KindJpeg);
-  EXPECT_EQ(LoadButtonTip(session_.Image, session_.Words),
-            QStringLiteral("Load Image JPEG Images"));
+  EXPECT_EQ(LoadButtonTip(session_.Image, session_.Words), u"Load Image JPEG Images"_s);
   EXPECT_EQ(session_.Palettes.PaletteIndex, 9);
   EXPECT_EQ(session_.Palettes.CurrentPalette, session_.Palettes.PaletteTable[9]);
   EXPECT_EQ(session_.Image.DisplayUnits, 'F');
@@ -243,18 +202,13 @@ TEST_F(PreferencesTest, NoSelectedPaletteLeavesThatOfTheOpenImage) {
 
 TEST_F(PreferencesTest, EveryCaptionHasALetterOfItsOwn) {
   QStringList letters;
-  const auto collect = [&letters](const QString& text) {
-    const qsizetype mark = text.indexOf(QLatin1Char('&'));
-    if (mark >= 0) {
-      letters.append(text.mid(mark + 1, 1).toUpper());
-    }
-  };
   for (const QAbstractButton* button : dialog_->findChildren<QAbstractButton*>()) {
-    collect(button->text());
+    letters.append(LetterOf(button->text()));
   }
   for (const QLabel* label : dialog_->findChildren<QLabel*>()) {
-    collect(label->text());
+    letters.append(LetterOf(label->text()));
   }
+  letters.removeAll(QString());
   EXPECT_EQ(letters.size(), 10);
   EXPECT_EQ(letters.removeDuplicates(), 0);
 }
@@ -263,9 +217,9 @@ TEST(About, NamesProgramAndVersionAndClosesWithEnter) {
   Strings words;
   AboutDialog about(words, nullptr);
   about.show();
-  EXPECT_EQ(Find<QLabel>(about, "Label1").text(), QStringLiteral("Version ") + ProgramVersion());
+  EXPECT_EQ(FindIn<QLabel>(about, "Label1").text(), u"Version "_s + ProgramVersion());
   EXPECT_EQ(ProgramVersion().split(QLatin1Char('.')).size(), 3);
-  EXPECT_EQ(about.focusWidget(), &Find<QPushButton>(about, "Command1"));
+  EXPECT_EQ(about.focusWidget(), &FindIn<QPushButton>(about, "Command1"));
   QTest::keyClick(about.focusWidget(), Qt::Key_Return);
   EXPECT_FALSE(about.isVisible());
 }
@@ -274,12 +228,11 @@ TEST(Splash, FollowsTheLanguage) {
   Strings words;
   words.ReadTable("296\tVersion\tVersion\tVersi\u00F3n\n188\tMaker\tHersteller\tFabricante\n");
   SplashWindow splash(words);
-  EXPECT_EQ(splash.windowTitle(), QStringLiteral("Maker"));
+  EXPECT_EQ(splash.windowTitle(), u"Maker"_s);
   words.SetLanguage(2);
   splash.SetWindowLanguage();
-  EXPECT_EQ(splash.windowTitle(), QStringLiteral("Fabricante"));
-  EXPECT_EQ(Find<QLabel>(splash, "Label1").text(),
-            QStringLiteral("Versi\u00F3n ") + ProgramVersion());
+  EXPECT_EQ(splash.windowTitle(), u"Fabricante"_s);
+  EXPECT_EQ(FindIn<QLabel>(splash, "Label1").text(), u"Versi\u00F3n "_s + ProgramVersion());
 }
 
 }  // namespace

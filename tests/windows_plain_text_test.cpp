@@ -1,12 +1,4 @@
-#include <QComboBox>
-#include <QDir>
-#include <QFileDialog>
-#include <QMenu>
-#include <QMessageBox>
-#include <QPushButton>
 #include <QTextDocument>
-#include <QTimer>
-#include <QToolTip>
 
 #include "test_main_window.h"
 #include "widgets/plain_text.h"
@@ -26,15 +18,14 @@ const char* const kMarkup = "<img src=/dev/zero><h1>x</h1>";
 /// No label of the window lays out markup, and no tip does.
 void ExpectPlain(const QWidget& window) {
   const auto expectPlainTip = [](const QString& tip, const QString& owner) {
-    EXPECT_FALSE(Qt::mightBeRichText(tip) &&
-                 (tip.contains(QStringLiteral("<img")) || tip.contains(QStringLiteral("<h1"))))
+    EXPECT_FALSE(Qt::mightBeRichText(tip) && (tip.contains(u"<img"_s) || tip.contains(u"<h1"_s)))
         << owner.toStdString() << ": " << tip.toStdString();
     EXPECT_LT(tip.size(), 6000) << owner.toStdString();
   };
   const QList<QLabel*> labels = window.findChildren<QLabel*>();
   EXPECT_FALSE(labels.isEmpty());
   for (const QLabel* label : labels) {
-    if (label->objectName() == QStringLiteral("qtooltip_label")) {
+    if (label->objectName() == u"qtooltip_label"_s) {
       continue;  // The toolkit's own, for tips, which are looked at below.
     }
     EXPECT_EQ(label->textFormat(), Qt::PlainText)
@@ -55,9 +46,9 @@ class PlainTextTest : public MainWindowTest {
  protected:
   /// A path that reads as markup, with `name` at its end.
   QString HostilePath(const QString& name) {
-    const QString folder = folder_.Path(QStringLiteral("<img src=/dev"));
+    const QString folder = folder_.Path(u"<img src=/dev"_s);
     EXPECT_TRUE(QDir().mkpath(folder));
-    return QStringLiteral("<img src=/dev/zero><h1>&\t") + name;
+    return u"<img src=/dev/zero><h1>&\t"_s + name;
   }
   /// Runs `inspect` on the next modal dialog, which it has to close.
   void WhenAsked(std::function<void(QDialog&)> inspect) {
@@ -74,13 +65,13 @@ TEST_F(PlainTextTest, NoWindowTakesTextFromAFileOrAPathForMarkup) {
   fields.Comment = kMarkup + std::string("\n\x1b[31m");
   fields.Memo = "<h1>m</h1>";
   const Bytes scene = EncodeSit(fields);
-  const QString path = folder_.Write(HostilePath(QStringLiteral("\n[*].sit")), scene);
+  const QString path = folder_.Write(HostilePath(u"\n[*].sit"_s), scene);
   window_->OpenFile(path);
-  ASSERT_TRUE(session_.View.Comment.contains(QStringLiteral("<img")));
+  ASSERT_TRUE(session_.View.Comment.contains(u"<img"_s));
   ExpectPlain(*window_);
   EXPECT_TRUE(Find<QLabel>("ssComment").text().startsWith(QString::fromLatin1(kMarkup)));
-  EXPECT_EQ(Find<QLabel>("ssMemo").text(), QStringLiteral("<h1>m</h1>"));
-  EXPECT_TRUE(window_->windowTitle().contains(QStringLiteral("[*][*]"))) << "shown as [*]";
+  EXPECT_EQ(Find<QLabel>("ssMemo").text(), u"<h1>m</h1>"_s);
+  EXPECT_TRUE(window_->windowTitle().contains(u"[*][*]"_s)) << "shown as [*]";
   QTextDocument shown;
   shown.setHtml(Find<QLabel>("ssComment").toolTip());
   EXPECT_TRUE(shown.toPlainText().startsWith(QString::fromLatin1(kMarkup)));
@@ -95,14 +86,14 @@ TEST_F(PlainTextTest, NoWindowTakesTextFromAFileOrAPathForMarkup) {
   ASSERT_EQ(recent.actions().size(), 1);
   const QString entry = recent.actions().constFirst()->text();
   EXPECT_FALSE(entry.contains(QLatin1Char('\t')) || entry.contains(QLatin1Char('\n')));
-  EXPECT_TRUE(entry.contains(QStringLiteral("<h1>&&"))) << entry.toStdString();
+  EXPECT_TRUE(entry.contains(u"<h1>&&"_s)) << entry.toStdString();
 
   // Frames carry stamps, and the photograph's window shares the session.
-  window_->OpenFile(folder_.Write(QStringLiteral("Photo.sit"), EncodedSceneWithPhotograph()));
+  window_->OpenFile(folder_.Write(u"Photo.sit"_s, EncodedSceneWithPhotograph()));
   ScriptedDialogs dialogs{QString()};
   VisibleWindow photograph(session_, dialogs, nullptr);
   EXPECT_TRUE(photograph.findChildren<QLabel*>().isEmpty());
-  window_->OpenFile(folder_.Write(HostilePath(QStringLiteral("frames.rti")), ThreeFrames()));
+  window_->OpenFile(folder_.Write(HostilePath(u"frames.rti"_s), ThreeFrames()));
   session_.Image.ImageDate = QString::fromLatin1(kMarkup);
   window_->BringIntoLine();
   ExpectPlain(*window_);
@@ -122,8 +113,7 @@ TEST_F(PlainTextTest, QuestionsShowTheirTextLetterForLetterInThePresentLanguage)
     auto& box = dynamic_cast<QMessageBox&>(dialog);
     EXPECT_EQ(box.textFormat(), Qt::PlainText);
     EXPECT_EQ(box.text(), markup);
-    EXPECT_EQ(box.button(QMessageBox::Cancel)->text().remove(QLatin1Char('&')),
-              QStringLiteral("Abbrechen"));
+    EXPECT_EQ(box.button(QMessageBox::Cancel)->text().remove(QLatin1Char('&')), u"Abbrechen"_s);
     box.button(QMessageBox::Yes)->click();
   });
   EXPECT_EQ(dialogs.AskYesNoCancel(markup), Answer::kYes);
@@ -134,29 +124,29 @@ TEST_F(PlainTextTest, QuestionsShowTheirTextLetterForLetterInThePresentLanguage)
   EXPECT_EQ(dialogs.AskText(markup), std::nullopt);
 
   // A file that is there is replaced only after a question of our own.
-  const QString target = folder_.Write(QStringLiteral("<h1>there.BMP"), Bytes{1});
+  const QString target = folder_.Write(u"<h1>there.BMP"_s, Bytes{1});
   QTimer later;
   int questions = 0;
   QObject::connect(&later, &QTimer::timeout, window_.get(), [&] {
     auto* const modal = QApplication::activeModalWidget();
     if (auto* const box = qobject_cast<QMessageBox*>(modal)) {
       EXPECT_EQ(box->textFormat(), Qt::PlainText);
-      EXPECT_TRUE(box->text().contains(QStringLiteral("<h1>there.BMP")));
+      EXPECT_TRUE(box->text().contains(u"<h1>there.BMP"_s));
       box->button(questions++ == 0 ? QMessageBox::No : QMessageBox::Yes)->click();
     } else if (auto* const chooser = qobject_cast<QFileDialog*>(modal)) {
       static_cast<QDialog*>(chooser)->accept();
     }
   });
   later.start(20);
-  EXPECT_EQ(dialogs.AskSaveFile({target, {QStringLiteral("Bitmap (*.BMP)")}, {}, {}}), target);
+  EXPECT_EQ(dialogs.AskSaveFile({target, {u"Bitmap (*.BMP)"_s}, {}, {}}), target);
   EXPECT_EQ(questions, 2);
 }
 
 TEST(PlainText, TipsAndLinesKeepWhatIsHarmlessAndBoundWhatIsNot) {
-  EXPECT_EQ(PlainToolTip(QStringLiteral(" 20.5 \u00B0C ")), QStringLiteral(" 20.5 \u00B0C "));
+  EXPECT_EQ(PlainToolTip(u" 20.5 \u00B0C "_s), u" 20.5 \u00B0C "_s);
   EXPECT_LE(PlainToolTip(QString(100000, QLatin1Char('x'))).size(), 1001);
-  EXPECT_EQ(OneLine(QStringLiteral("a\nb\u202Ec")), QStringLiteral("a\uFFFDb\uFFFDc"));
-  EXPECT_EQ(PlainMenuText(QStringLiteral("A&B12345"), 4), QStringLiteral("A&&\u202645"));
+  EXPECT_EQ(OneLine(u"a\nb\u202Ec"_s), u"a\uFFFDb\uFFFDc"_s);
+  EXPECT_EQ(PlainMenuText(u"A&B12345"_s, 4), u"A&&\u202645"_s);
 }
 
 }  // namespace

@@ -1,12 +1,12 @@
 // Makes sample images: the scenes in samples/ in every kind that the program reads, or one image
 // from measured temperatures.
 
-#include <CLI/CLI.hpp>
 #include <QFileInfo>
 #include <QString>
 #include <bit>
 #include <cmath>
 #include <iostream>
+#include <map>
 #include <stdexcept>
 
 #include "formats/ansi_text.h"
@@ -44,38 +44,43 @@ Scene ReadFloats(const std::string& path, const std::string& size) {
   return scene;
 }
 
+constexpr const char* kUsage =
+    "usage: make_samples [--scenes FOLDER] --all FOLDER\n"
+    "       make_samples --from RASTER --size WIDTHxHEIGHT -o IMAGE.sit [--comment TEXT]\n"
+    "                    [--photo JPEG]\n"
+    "RASTER holds little-endian 32-bit floats, degrees Celsius, row by row.\n";
+
 int Run(int argc, char** argv) {
-  CLI::App app("Makes sample images for TessaView.", "make_samples");
-  std::string folder;
-  std::string scenes = TESSA_SCENE_FOLDER;
-  std::string raster;
-  std::string size;
-  std::string target;
-  std::string photo;
-  SampleFacts facts;
-  app.add_option("--all", folder, "Write every sample into this folder");
-  app.add_option("--scenes", scenes, "Where the scenes of the samples stand")
-      ->capture_default_str();
-  auto* const from =
-      app.add_option("--from", raster, "Raster of little-endian 32-bit floats, degrees Celsius");
-  auto* const sized = app.add_option("--size", size, "Its size, WIDTHxHEIGHT")->needs(from);
-  auto* const out = app.add_option("-o,--output", target, "SIT image to write")->needs(from);
-  from->needs(sized)->needs(out);
-  app.add_option("--comment", facts.Comment, "Comment to store")->needs(from);
-  app.add_option("--photo", photo, "JPEG of the same scene to put into the image")->needs(from);
-  CLI11_PARSE(app, argc, argv);
+  std::map<std::string, std::string> given = {{"--all", ""},  {"--scenes", TESSA_SCENE_FOLDER},
+                                              {"--from", ""}, {"--size", ""},
+                                              {"-o", ""},     {"--comment", ""},
+                                              {"--photo", ""}};
+  for (int i = 1; i < argc; i += 2) {
+    const auto option = given.find(argv[i]);
+    if (option == given.end() || i + 1 == argc) {
+      std::cerr << kUsage;
+      return 2;
+    }
+    option->second = argv[i + 1];
+  }
+  const std::string& folder = given["--all"];
+  const std::string& raster = given["--from"];
+  const std::string& target = given["-o"];
+  const std::string& photo = given["--photo"];
   if (folder.empty() && raster.empty()) {
-    throw std::runtime_error("give --all or --from; --help tells more");
+    std::cerr << kUsage;
+    return 2;
   }
   if (!folder.empty()) {
-    WriteSampleSet(scenes, folder);
+    WriteSampleSet(given["--scenes"], folder);
   }
   if (!raster.empty()) {
     if (QFileInfo(QString::fromStdString(target)).suffix().toLower() != QLatin1String("sit")) {
       throw std::runtime_error("-o takes the name of a SIT image");
     }
-    facts.Comment = Utf8ToAnsi(facts.Comment);
-    WriteSample(target, SceneAsSit(ReadFloats(raster, size), facts,
+    SampleFacts facts;
+    facts.Comment = Utf8ToAnsi(given["--comment"]);
+    WriteSample(target, SceneAsSit(ReadFloats(raster, given["--size"]), facts,
                                    {photo.empty() ? Bytes() : ReadBytes(photo), {}}));
   }
   return 0;

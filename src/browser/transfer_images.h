@@ -9,8 +9,8 @@
 #include <string>
 #include <vector>
 
-#include "browser/transfer_files.h"
 #include "browser/transfer_sounds.h"
+#include "core/transfer_files.h"
 #include "formats/byte_writer.h"
 
 namespace tessa {

@@ -90,10 +90,6 @@ void FolderSounds::ImageLeft(const QString& image) {
   }
 }
 
-QString FileNameOf(const QString& path) {
-  return path.mid(path.lastIndexOf(QLatin1Char('/')) + 1);
-}
-
 QString SamePath(const QString& path) {
   return JoinPath(FolderOfPath(path), FileNameOf(path));
 }

@@ -32,8 +32,6 @@ class FolderSounds {
   std::optional<QHash<QString, QSet<QString>>> users_;  // Names of the images, by sound file.
 };
 
-/// Everything behind the last separator.
-QString FileNameOf(const QString& path);
 /// The path in the form that paths of sound files have.
 QString SamePath(const QString& path);
 

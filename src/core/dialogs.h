@@ -21,8 +21,8 @@ struct SaveFileQuestion {
 
 enum class Answer { kYes, kNo, kCancel };
 
-enum class MessageButtons { kOk, kYesNo, kYesNoCancel };
-enum class MessageIcon { kQuestion, kStop, kInformation };
+enum class MessageButtons { kOk, kOkCancel, kYesNo, kYesNoCancel };
+enum class MessageIcon { kQuestion, kStop, kWarning, kInformation };
 
 /// A message box. Plain text; title and text may hold line breaks.
 struct Message {

@@ -63,7 +63,7 @@ class RandomFile {
 /// True when something stands at `path`; a link counts by what it leads to.
 bool PathExists(const QString& path);
 
-/// True when `path` is a folder, or a link to one.
+/// True for a folder and for a link to one.
 bool IsFolder(const QString& path);
 
 /// True when this user may write the existing file or folder.

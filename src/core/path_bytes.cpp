@@ -104,6 +104,10 @@ QString FolderOfPath(const QString& path) {
   return path.left(std::max<qsizetype>(separator, 1));
 }
 
+QString FileNameOf(const QString& path) {
+  return path.mid(path.lastIndexOf(QLatin1Char('/')) + 1);
+}
+
 QString JoinPath(const QString& folder, const QString& name) {
   if (folder.isEmpty() || name.startsWith(QLatin1Char('/'))) {
     return name;

@@ -20,6 +20,8 @@ QString ShownPath(QString path);
 
 /// Everything before the last separator; "." when there is none, "/" for a name in the root.
 QString FolderOfPath(const QString& path);
+/// Everything behind it.
+QString FileNameOf(const QString& path);
 
 /// `name` inside `folder`; an absolute name stays as it is.
 QString JoinPath(const QString& folder, const QString& name);

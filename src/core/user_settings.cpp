@@ -10,6 +10,7 @@ namespace {
 const QString kLanguageKey = QStringLiteral("SOFTWARE/Language");
 const QString kWindowPlaceKey = QStringLiteral("MainWindow/Place");
 const QString kBrowserPlaceKey = QStringLiteral("Browser/Place");
+const QString kCardFolderKey = QStringLiteral("Download/CardFolder");
 const QString kRecentFilesKey = QStringLiteral("MainWindow/RecentFiles");
 constexpr qsizetype kMostRecentFiles = 10;
 constexpr int kUnset = -999;
@@ -46,6 +47,16 @@ QByteArray UserSettings::BrowserPlace() const {
 
 void UserSettings::SetBrowserPlace(const QByteArray& place) {
   store_->setValue(kBrowserPlaceKey, place);
+}
+
+QString UserSettings::CardFolder() const {
+  return store_->value(kCardFolderKey).toString();
+}
+
+void UserSettings::SetCardFolder(const QString& folder) {
+  if (ShownPath(folder) == folder) {  // As for files.
+    store_->setValue(kCardFolderKey, folder);
+  }
 }
 
 QStringList UserSettings::RecentFiles() const {

@@ -28,6 +28,10 @@ class UserSettings {
   QByteArray BrowserPlace() const;
   void SetBrowserPlace(const QByteArray& place);
 
+  /// The folder that the user took as the camera's memory card; empty when none was chosen.
+  QString CardFolder() const;
+  void SetCardFolder(const QString& folder);
+
   /// Exact paths of the files opened last, newest first, at most ten.
   QStringList RecentFiles() const;
   void AddRecentFile(const QString& path);

@@ -91,7 +91,6 @@ struct ViewState {
   QString RangeHighText;            // Text2
   bool RangeToggleVisible = false;  // SSCommand4
   RangeSource Source = RangeSource::kStored;
-  bool SequenceScaleVisible = false;             // SSPanel2, SSPanel3
   std::array<QString, kScaleLabels> ScaleLabel;  // Label1
   bool ScaleStrokesVisible = false;              // Line1
   MarkerLine ExtremesLine;                       // Line2

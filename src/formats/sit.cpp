@@ -76,7 +76,9 @@ SitImage DecodeSit(ByteSpan start, std::uint64_t fileSize) {
   DecodeCountsBigEndian(raster, image.Raster.Counts);
   image.Raster.Present = raster.size() / 2;
   if (raster.size() < kSitRasterSize && FindNoImage(image.Faults) == nullptr) {
-    image.Faults.push_back(
+    // Told first: rows that nobody measured outweigh doubts about the header.
+    image.Faults.insert(
+        image.Faults.begin(),
         {ProblemKind::kTruncated, fileSize, "Raster",
          "the file ends inside its picture: " + std::to_string(image.Raster.Present / kSitWidth) +
              " of 240 rows are whole",

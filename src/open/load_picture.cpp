@@ -58,7 +58,6 @@ void LoadPicture(int fileType, ImageKindValue kind, PictureUse use, Session& ses
   OpenImage& image = session.Image;
   Picbuf& picture = session.Buffers.Picbuf1;
   image.ImageBusy = true;
-  session.View.SequenceScaleVisible = false;
   picture.FileType = fileType;
   picture.FileName = image.CurrentFilePath;
   LoadedPicture loaded;

@@ -124,7 +124,7 @@ void ForgetImage(Session& session) {
   view.PictureTip.clear();
   view.FrameText.clear();
   view.RangeSliderVisible = view.AutoUpdateVisible = view.LimitBoxesVisible = false;
-  view.RangeEntryVisible = view.RangeToggleVisible = view.SequenceScaleVisible = false;
+  view.RangeEntryVisible = view.RangeToggleVisible = false;
   view.LimitMaxText.clear();
   view.LimitMinText.clear();
   view.RangeLowText.clear();

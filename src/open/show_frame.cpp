@@ -298,7 +298,6 @@ bool ShowFrame(bool useEnteredScale, Session& session, Progress& progress) {
   if (useEnteredScale) {
     session.Steps.Run("scale display",
                       [&] { UpdateRangeDisplay(image, session.View, session.Words); });
-    session.View.SequenceScaleVisible = true;
   }
   RenderFrame(frame, scale, session, progress);
   return frame.has_value();

@@ -1,6 +1,5 @@
 #include "tool/note_command.h"
 
-#include <CLI/CLI.hpp>
 #include <QJsonDocument>
 #include <QJsonObject>
 
@@ -24,29 +23,18 @@ void Print(const ImageNote& note, bool json) {
 
 }  // namespace
 
-NoteCommand::NoteCommand(CLI::App& tool)
-    : command_(tool.add_subcommand("note", "Show or change comment and memo of an image")) {
-  command_->add_option("IMAGE", image_, "SIT or TMP image")->required();
-  command_->add_option("--comment", comment_, "New comment; \"none\" clears it");
-  command_->add_option("--memo", memo_, "New memo; \"none\" clears it");
-  command_->add_flag("--json", json_, "One JSON object");
-}
-
-std::optional<int> NoteCommand::Run() const {
-  if (!command_->parsed()) {
-    return std::nullopt;
-  }
-  const QString path = FromArgument(image_);
+int RunNote(const NoteCall& call) {
+  const QString path = FromArgument(call.Image);
   try {
     const auto text = [](const std::optional<std::string>& argument) {
       return argument ? std::optional(FromArgument(*argument)) : std::nullopt;
     };
-    const bool changes = comment_ || memo_;
+    const bool changes = call.Comment || call.Memo;
     if (changes) {
-      SaveImageNote(path, {text(comment_), text(memo_)}, Strings());
+      SaveImageNote(path, {text(call.Comment), text(call.Memo)}, Strings());
     }
-    if (!changes || json_) {
-      Print(ReadImageNote(path), json_);
+    if (!changes || call.Json) {
+      Print(ReadImageNote(path), call.Json);
     }
     return kToolDone;
   } catch (const std::exception& failure) {

@@ -1,27 +1,19 @@
 #pragma once
 
-#include <CLI/App.hpp>
 #include <optional>
 #include <string>
 
 namespace tessa {
 
-/// The tool's command "note": shows and changes the comment and the memo of an image.
-class NoteCommand {
- public:
-  explicit NoteCommand(CLI::App& tool);
-  NoteCommand(const NoteCommand&) = delete;
-  NoteCommand& operator=(const NoteCommand&) = delete;
-
-  /// Runs it when it was called and returns the exit status; nothing when it was not.
-  std::optional<int> Run() const;
-
- private:
-  CLI::App* command_;
-  std::string image_;
-  std::optional<std::string> comment_;
-  std::optional<std::string> memo_;
-  bool json_ = false;
+/// The arguments of the tool's note command.
+struct NoteCall {
+  std::string Image;
+  std::optional<std::string> Comment;  // New texts; none: they are only shown.
+  std::optional<std::string> Memo;
+  bool Json = false;
 };
+
+/// Shows or changes the comment and the memo of an image; returns the exit status.
+int RunNote(const NoteCall& call);
 
 }  // namespace tessa

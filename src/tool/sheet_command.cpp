@@ -7,7 +7,6 @@
 #include "browser/contact_sheet.h"
 #include "browser/tile.h"
 #include "browser/tile_picture.h"
-#include "browser/transfer_sounds.h"
 #include "core/file_access.h"
 #include "core/path_bytes.h"
 #include "core/plain_line.h"
@@ -38,36 +37,22 @@ void Print(const QByteArray& pdf, const std::string& printer) {
 
 }  // namespace
 
-SheetCommand::SheetCommand(CLI::App& tool)
-    : command_(tool.add_subcommand("sheet", "Put pictures of images into a PDF, ten to a page")) {
-  command_->add_option("FILE", files_, "Images")->required();
-  command_->add_option("-o,--output", out_, "PDF file to write");
-  command_->add_option("--printer", printer_, "Printer of the system to print on");
-  command_->add_option("--heading", heading_, "Heading of every page; else the folder");
-  command_->add_option("--palette", palette_, "Palette by name or number");
-  command_->add_flag("--force", force_, "Replace a file that is there already");
-}
-
-std::optional<int> SheetCommand::Run() const {
-  return command_->parsed() ? std::optional(WriteSheets()) : std::nullopt;
-}
-
-int SheetCommand::WriteSheets() const {
-  const QString target = FromArgument(out_);
-  const int palette = FindPalette(FromArgument(palette_));
+int RunSheet(const SheetCall& call) {
+  const QString target = FromArgument(call.Out);
+  const int palette = FindPalette(FromArgument(call.Palette));
   if (palette < 0) {
-    PrintError("there is no palette \"" + palette_ + "\"; see export --palette");
+    PrintError("there is no palette \"" + call.Palette + "\"; see export --palette");
     return kToolWrongCall;
   }
-  if (out_.empty() && printer_.empty()) {
+  if (call.Out.empty() && call.Printer.empty()) {
     PrintError("sheet needs -o or --printer");
     return kToolWrongCall;
   }
-  if (!out_.empty() && !target.endsWith(QLatin1String(".pdf"), Qt::CaseInsensitive)) {
+  if (!call.Out.empty() && !target.endsWith(QLatin1String(".pdf"), Qt::CaseInsensitive)) {
     PrintError(target, "the sheet must end in .pdf");
     return kToolWrongCall;
   }
-  if (!out_.empty() && !force_ && PathExists(target)) {
+  if (!call.Out.empty() && !call.Force && PathExists(target)) {
     PrintError(target, "it is there already; --force would replace it");
     return kToolFailed;
   }
@@ -88,17 +73,18 @@ int SheetCommand::WriteSheets() const {
   int status = kToolDone;
   try {
     SheetDocument document;
-    ProgressLine line(files_.size());
+    ProgressLine line(call.Files.size());
     StopAfterThisFile();
     std::size_t done = 0;
     Sheet sheet;
-    sheet.Heading = heading_.empty() ? FolderOfPath(AbsolutePath(FromArgument(files_.front())))
-                                     : FromArgument(heading_);
+    sheet.Heading = call.Heading.empty()
+                        ? FolderOfPath(AbsolutePath(FromArgument(call.Files.front())))
+                        : FromArgument(call.Heading);
     const auto addSheet = [&] {
       document.Add(sheet);
       sheet.Tiles.clear();
     };
-    for (const std::string& file : files_) {
+    for (const std::string& file : call.Files) {
       if (Interrupted()) {
         return InterruptedStatus();
       }
@@ -123,17 +109,17 @@ int SheetCommand::WriteSheets() const {
     if (pdf.isEmpty()) {
       throw StepFailure("there is no picture for it");
     }
-    if (!out_.empty()) {
+    if (!call.Out.empty()) {
       WriteWholeFile(target,
                      ByteSpan(reinterpret_cast<const std::uint8_t*>(pdf.constData()),
                               static_cast<std::size_t>(pdf.size())),
-                     force_ ? Overwrite::kReplace : Overwrite::kRefuse);
+                     call.Force ? Overwrite::kReplace : Overwrite::kRefuse);
     }
-    if (!printer_.empty()) {
-      Print(pdf, printer_);
+    if (!call.Printer.empty()) {
+      Print(pdf, call.Printer);
     }
   } catch (const std::exception& failure) {
-    PrintError(out_.empty() ? FromArgument(printer_) : target, failure.what());
+    PrintError(call.Out.empty() ? FromArgument(call.Printer) : target, failure.what());
     return kToolFailed;
   }
   return status;

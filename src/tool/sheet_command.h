@@ -1,32 +1,21 @@
 #pragma once
 
-#include <CLI/App.hpp>
-#include <optional>
 #include <string>
 #include <vector>
 
 namespace tessa {
 
-/// The tool's command "sheet": pictures of images, ten to a page, into a PDF file or on paper.
-class SheetCommand {
- public:
-  explicit SheetCommand(CLI::App& tool);
-  SheetCommand(const SheetCommand&) = delete;
-  SheetCommand& operator=(const SheetCommand&) = delete;
-
-  /// Runs it and returns the exit status; nothing when it was not called.
-  std::optional<int> Run() const;
-
- private:
-  int WriteSheets() const;
-
-  CLI::App* command_;
-  std::vector<std::string> files_;
-  std::string out_;
-  std::string printer_;
-  std::string heading_;
-  std::string palette_ = "0";
-  bool force_ = false;
+/// The arguments of the tool's sheet command.
+struct SheetCall {
+  std::vector<std::string> Files;
+  std::string Out;
+  std::string Printer;
+  std::string Heading;  // Empty: the folder of the first file.
+  std::string Palette = "0";
+  bool Force = false;
 };
+
+/// Puts pictures of images, ten to a page, into a PDF file or on paper; returns the exit status.
+int RunSheet(const SheetCall& call);
 
 }  // namespace tessa

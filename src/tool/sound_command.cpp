@@ -61,61 +61,37 @@ QString PlaceOf(const SoundNote& note) {
 
 }  // namespace
 
-SoundCommands::SoundCommands(CLI::App& tool)
-    : soundCommand_(tool.add_subcommand("sound", "Write the sound notes of images as wave files")),
-      embedCommand_(tool.add_subcommand("embed", "Put a sound note into a SIT image")) {
-  soundCommand_->add_option("IMAGE", images_, "SIT images")->required();
-  auto* const soundOut = soundCommand_->add_option("-o,--output", out_, "Wave file to write");
-  soundCommand_->add_option("--folder", folder_, "Folder to write IMAGE.wav into")
-      ->excludes(soundOut);
-  soundCommand_->add_flag("--force", force_, "Replace files that are there already");
-
-  embedCommand_->add_option("IMAGE", image_, "SIT image")->required();
-  embedCommand_->add_option("--sound", sound_,
-                            "Sound of the camera's kind or PCM wave; else the one that belongs "
-                            "beside the image");
-  auto* const embedOut = embedCommand_->add_option("-o,--output", out_, "SIT image to write");
-  embedCommand_->add_flag("--in-place", inPlace_, "Change IMAGE itself")->excludes(embedOut);
-  embedCommand_->add_flag("--force", force_, "Replace a file that is there already");
-}
-
-std::optional<int> SoundCommands::Run() const {
-  if (soundCommand_->parsed()) {
-    return WriteNotes();
-  }
-  return embedCommand_->parsed() ? std::optional(Embed()) : std::nullopt;
-}
-
-int SoundCommands::WriteNotes() const {
-  if (out_.empty() && folder_.empty()) {
+int RunSound(const SoundCall& call) {
+  if (call.Out.empty() && call.Folder.empty()) {
     return WrongCall("sound needs -o or --folder");
   }
-  if (!out_.empty() && images_.size() > 1) {
+  if (!call.Out.empty() && call.Images.size() > 1) {
     return WrongCall("-o takes one image; use --folder for several");
   }
-  const QString folder = FromArgument(folder_);
-  if (!folder_.empty() && !MakeFolders(folder)) {
+  const QString folder = FromArgument(call.Folder);
+  if (!call.Folder.empty() && !MakeFolders(folder)) {
     PrintError(folder, "the folder cannot be made");
     return kToolFailed;
   }
   int status = kToolDone;
   QSet<QString> written;
-  ProgressLine line(images_.size());
+  ProgressLine line(call.Images.size());
   std::size_t done = 0;
   StopAfterThisFile();
-  for (const std::string& argument : images_) {
+  for (const std::string& argument : call.Images) {
     if (Interrupted()) {
       return InterruptedStatus();
     }
     const QString path = FromArgument(argument);
     const QString target =
-        out_.empty() ? JoinPath(folder, QFileInfo(path).completeBaseName() + QStringLiteral(".wav"))
-                     : FromArgument(out_);
+        call.Out.empty()
+            ? JoinPath(folder, QFileInfo(path).completeBaseName() + QStringLiteral(".wav"))
+            : FromArgument(call.Out);
     try {
       if (written.contains(target)) {
         throw StepFailure("another image of this call has a note of the same name");
       }
-      WriteNote(path, target, force_ ? Overwrite::kReplace : Overwrite::kRefuse);
+      WriteNote(path, target, call.Force ? Overwrite::kReplace : Overwrite::kRefuse);
       written.insert(target);
     } catch (const StepFailure& failure) {
       line.Clear();
@@ -127,30 +103,30 @@ int SoundCommands::WriteNotes() const {
   return status;
 }
 
-int SoundCommands::Embed() const {
-  if (out_.empty() && !inPlace_) {
+int RunEmbed(const EmbedCall& call) {
+  if (call.Out.empty() && !call.InPlace) {
     return WrongCall("embed needs -o or --in-place");
   }
-  const QString path = FromArgument(image_);
-  const QString target = FromArgument(out_);
-  if (!inPlace_ && !IsSitName(target)) {
+  const QString path = FromArgument(call.Image);
+  const QString target = FromArgument(call.Out);
+  if (!call.InPlace && !IsSitName(target)) {
     return WrongCall("the file that embed writes must end in .sit");
   }
   try {
     const SitHeader header = HeaderForEmbedding(path);
-    const QString sound = sound_.empty() ? GetSoundName(path) : FromArgument(sound_);
+    const QString sound = call.Sound.empty() ? GetSoundName(path) : FromArgument(call.Sound);
     if (sound.isEmpty()) {
       throw StepFailure("no sound file belongs beside the image; name one with --sound");
     }
-    if (!inPlace_ && (IsSameFile(path, target) || IsSameFile(sound, target))) {
+    if (!call.InPlace && (IsSameFile(path, target) || IsSameFile(sound, target))) {
       throw StepFailure("the result would overwrite what it is made of; see --in-place");
     }
     const NoteWave wave = WaveForImage(sound, header);
-    if (inPlace_) {
+    if (call.InPlace) {
       AppendWave(path, wave.File);
     } else {
       WriteWholeFile(target, ImageWithWave(path, wave.File),
-                     force_ ? Overwrite::kReplace : Overwrite::kRefuse);
+                     call.Force ? Overwrite::kReplace : Overwrite::kRefuse);
     }
     return kToolDone;
   } catch (const std::exception& failure) {

@@ -1,8 +1,6 @@
 #pragma once
 
-#include <CLI/App.hpp>
 #include <QJsonObject>
-#include <optional>
 #include <string>
 #include <vector>
 
@@ -10,30 +8,28 @@
 
 namespace tessa {
 
-/// The tool's commands for sound notes: "sound" and "embed".
-class SoundCommands {
- public:
-  explicit SoundCommands(CLI::App& tool);
-  SoundCommands(const SoundCommands&) = delete;
-  SoundCommands& operator=(const SoundCommands&) = delete;
-
-  /// Runs whichever of them was called and returns the exit status; nothing when none was.
-  std::optional<int> Run() const;
-
- private:
-  int WriteNotes() const;
-  int Embed() const;
-
-  CLI::App* soundCommand_;
-  CLI::App* embedCommand_;
-  std::vector<std::string> images_;
-  std::string image_;
-  std::string out_;
-  std::string folder_;
-  std::string sound_;
-  bool inPlace_ = false;
-  bool force_ = false;
+/// The arguments of the tool's sound command.
+struct SoundCall {
+  std::vector<std::string> Images;
+  std::string Out;
+  std::string Folder;
+  bool Force = false;
 };
+
+/// Writes the sound notes of images as wave files; returns the exit status.
+int RunSound(const SoundCall& call);
+
+/// The arguments of the tool's embed command.
+struct EmbedCall {
+  std::string Image;
+  std::string Sound;  // Empty: the file that belongs beside the image.
+  std::string Out;
+  bool InPlace = false;
+  bool Force = false;
+};
+
+/// Puts a sound note into a SIT image; returns the exit status.
+int RunEmbed(const EmbedCall& call);
 
 /// What the info command says of the open image's note.
 struct SoundReport {

@@ -56,6 +56,10 @@ void PrintOut(const QByteArray& text) {
   }
 }
 
+void PrintLine(const QString& line) {
+  PrintOut(PlainUtf8(line).c_str() + QByteArray("\n"));
+}
+
 int FinishOutput(int status) {
   if (std::fflush(stdout) != 0 && outputError == 0) {
     outputError = errno;

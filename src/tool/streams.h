@@ -23,6 +23,9 @@ QString FromArgument(const std::string& argument);
 /// Bytes on standard output, as they are.
 void PrintOut(const QByteArray& text);
 
+/// One harmless line on standard output.
+void PrintLine(const QString& line);
+
 /// To be called at the end of every command: `status`, or kToolFailed after a report when standard
 /// output did not take everything.
 int FinishOutput(int status);

@@ -11,18 +11,14 @@
 namespace tessa {
 namespace {
 
-void PrintLine(const QString& line) {
-  PrintOut(PlainUtf8(line).c_str() + QByteArray("\n"));
-}
-
 QString Files(int count) {
   return QString::number(count) + (count == 1 ? QStringLiteral(" file") : QStringLiteral(" files"));
 }
 
 /// Copies or moves the files of one call.
-class BringCall {
+class Bringing {
  public:
-  BringCall(const QString& target, TransferOptions options, bool replaces, bool skips)
+  Bringing(const QString& target, TransferOptions options, bool replaces, bool skips)
       : transfer_(target, options), moves_(options.Move), replaces_(replaces), skips_(skips) {}
 
   int Run(const std::vector<std::string>& files) {
@@ -122,51 +118,24 @@ class BringCall {
 
 }  // namespace
 
-TransferCommands::TransferCommands(CLI::App& tool)
-    : copyCommand_(AddBringing(tool, "copy", "Copy images and their sound files")),
-      moveCommand_(AddBringing(tool, "move", "Move images and their sound files")),
-      deleteCommand_(tool.add_subcommand("delete", "Delete images and their sound files")) {
-  deleteCommand_->add_option("FILE", files_, "Images")->required();
-  deleteCommand_->add_flag("--yes", yes_, "Delete without a question")->required();
-}
-
-CLI::App* TransferCommands::AddBringing(CLI::App& tool, const char* name, const char* description) {
-  CLI::App* const command = tool.add_subcommand(name, description);
-  command->add_option("FILE", files_, "Images")->required();
-  command->add_option("--to", to_, "Folder that they go to")->required();
-  command->add_flag("--embed-sounds", embedSounds_,
-                    "Put the sounds into the SIT images instead of beside them");
-  auto* const replace = command->add_flag("--replace", replace_, "Replace files of the same name");
-  command->add_flag("--skip", skip_, "Leave out files whose name is taken")->excludes(replace);
-  return command;
-}
-
-std::optional<int> TransferCommands::Run() const {
-  if (deleteCommand_->parsed()) {
-    return Delete();
-  }
-  if (copyCommand_->parsed() || moveCommand_->parsed()) {
-    return Bring(moveCommand_->parsed());
-  }
-  return std::nullopt;
-}
-
-int TransferCommands::Bring(bool moves) const {
+int RunBring(const BringCall& call) {
   try {
-    return BringCall(FromArgument(to_), {moves, embedSounds_, true}, replace_, skip_).Run(files_);
+    return Bringing(FromArgument(call.To), {call.Moves, call.EmbedSounds, true}, call.Replace,
+                    call.Skip)
+        .Run(call.Files);
   } catch (const StepFailure& reason) {
-    PrintError(FromArgument(to_), std::string("no files can be put there: ") + reason.what());
+    PrintError(FromArgument(call.To), std::string("no files can be put there: ") + reason.what());
     return kToolFailed;
   }
 }
 
-int TransferCommands::Delete() const {
+int RunDelete(const std::vector<std::string>& files) {
   int done = 0;
   int status = kToolDone;
   QHash<QString, std::shared_ptr<FolderSounds>> folders;
   QSet<QString> gone;  // Sounds that went with their images.
   StopAfterThisFile();
-  for (const std::string& file : files_) {
+  for (const std::string& file : files) {
     if (Interrupted()) {
       break;
     }

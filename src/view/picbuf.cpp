@@ -31,6 +31,13 @@ QColor ToQColor(Colour colour) {
   return {RedOf(colour), GreenOf(colour), BlueOf(colour)};
 }
 
+/// Writes a pixel of 24 bits.
+void StoreColour(Colour colour, std::uint8_t* pixel) {
+  pixel[0] = RedOf(colour);
+  pixel[1] = GreenOf(colour);
+  pixel[2] = BlueOf(colour);
+}
+
 }  // namespace
 
 QSize MeasureText(const QString& text) {
@@ -64,10 +71,11 @@ void Picbuf::CreateBuffer(Colour fill, int height, int width, int bits) {
       std::fill(pixels_.begin(), pixels_.end(), static_cast<std::uint8_t>(fill));
     }
   } else if (fill != 0) {
-    for (int row = 0; row < height_; ++row) {
-      for (int column = 0; column < width_; ++column) {
-        PutColour(column, row, fill);
-      }
+    for (int column = 0; column < width_; ++column) {
+      PutColour(column, 0, fill);
+    }
+    for (int row = 1; row < height_; ++row) {
+      std::copy_n(PixelAt(0, 0), stride_, PixelAt(0, row));
     }
   }
   Refresh();
@@ -132,8 +140,10 @@ void Picbuf::ConvertDepth(int bits) {
   Picbuf colours;
   colours.Allocate(width_, height_, 24);
   for (int row = 0; row < height_; ++row) {
+    const std::uint8_t* const from = PixelAt(0, row);
+    std::uint8_t* const to = colours.PixelAt(0, row);
     for (int column = 0; column < width_; ++column) {
-      colours.PutColour(column, row, ColourAt(column, row));
+      StoreColour(palette_[from[column]], to + 3 * column);
     }
   }
   pixels_ = std::move(colours.pixels_);
@@ -181,9 +191,7 @@ void Picbuf::PutColour(int column, int row, Colour colour) {
   if (depth_ == 8) {
     *pixel = NearestIndex(colour);
   } else {
-    pixel[0] = RedOf(colour);
-    pixel[1] = GreenOf(colour);
-    pixel[2] = BlueOf(colour);
+    StoreColour(colour, pixel);
   }
 }
 
@@ -308,26 +316,43 @@ void Picbuf::CopyFrom(bool useSourceSelection, const Picbuf& source, bool useOwn
     return static_cast<int>(static_cast<std::int64_t>(position) * fromSize / toSize);
   };
   // Only the rows and columns of this buffer that the selection covers are visited.
-  const int lastRow = std::min(to.Height, height_ - to.Top);
+  const int firstColumn = std::max(0, -to.Left);
   const int lastColumn = std::min(to.Width, width_ - to.Left);
-  for (int row = std::max(0, -to.Top); row < lastRow; ++row) {
+  const int lastRow = std::min(to.Height, height_ - to.Top);
+  std::vector<int> sourceColumns;
+  for (int column = firstColumn; column < lastColumn; ++column) {
+    const int sourceColumn = from.Left + scaled(column, from.Width, to.Width);
+    sourceColumns.push_back(sourceColumn >= 0 && sourceColumn < source.width_ ? sourceColumn : -1);
+  }
+  for (int row = std::max(0, -to.Top); row < lastRow && !sourceColumns.empty(); ++row) {
     const int sourceRow = from.Top + scaled(row, from.Height, to.Height);
-    if (sourceRow < 0 || sourceRow >= source.height_) {
-      continue;
-    }
-    for (int column = std::max(0, -to.Left); column < lastColumn; ++column) {
-      const int sourceColumn = from.Left + scaled(column, from.Width, to.Width);
-      if (sourceColumn < 0 || sourceColumn >= source.width_) {
-        continue;
-      }
-      if (depth_ == 8 && source.depth_ == 8) {
-        *PixelAt(to.Left + column, to.Top + row) = *source.PixelAt(sourceColumn, sourceRow);
-      } else {
-        PutColour(to.Left + column, to.Top + row, source.ColourAt(sourceColumn, sourceRow));
-      }
+    if (sourceRow >= 0 && sourceRow < source.height_) {
+      CopyRow(source, sourceRow, sourceColumns, to.Left + firstColumn, to.Top + row);
     }
   }
   Refresh();
+}
+
+void Picbuf::CopyRow(const Picbuf& source, int sourceRow, std::span<const int> sourceColumns,
+                     int left, int row) {
+  const std::uint8_t* const from = source.PixelAt(0, sourceRow);
+  std::uint8_t* const to = PixelAt(left, row);
+  const bool copiesColours = depth_ == 24 && source.depth_ == 24;
+  for (std::size_t i = 0; i < sourceColumns.size(); ++i) {
+    const int column = sourceColumns[i];
+    if (column < 0) {
+      continue;
+    }
+    if (copiesColours) {
+      std::copy_n(from + 3 * static_cast<std::size_t>(column), 3, to + 3 * i);
+    } else if (depth_ == 24) {
+      StoreColour(source.palette_[from[column]], to + 3 * i);
+    } else if (source.depth_ == 8) {
+      to[i] = from[column];
+    } else {
+      to[i] = NearestIndex(source.ColourAt(column, sourceRow));
+    }
+  }
 }
 
 void Picbuf::DrawLine(int x0, int y0, int x1, int y1) {
@@ -388,14 +413,17 @@ void Picbuf::DrawSelText() {
   QPainter painter(&mask);
   painter.setFont(LabelFont());
   painter.setPen(Qt::white);
+  QString lines = Text;
+  lines.remove(QLatin1Char('\r'));
+  // What of the selection lies outside the buffer cuts the text off and does not move it.
   painter.drawText(
-      mask.rect(),
-      static_cast<int>(Qt::AlignVCenter | (TextAlign == 2 ? Qt::AlignHCenter : Qt::AlignLeft)),
-      Text);
+      QRect(SelLeft - area.Left, SelTop - area.Top, SelWidth, SelHeight),
+      static_cast<int>(Qt::AlignTop | (TextAlign == 2 ? Qt::AlignHCenter : Qt::AlignLeft)), lines);
   painter.end();
   for (int row = 0; row < area.Height; ++row) {
+    const auto* const drawn = reinterpret_cast<const QRgb*>(std::as_const(mask).scanLine(row));
     for (int column = 0; column < area.Width; ++column) {
-      if (qGreen(mask.pixel(column, row)) > 127) {
+      if (qGreen(drawn[column]) > 127) {
         PutColour(area.Left + column, area.Top + row, ForeColor);
       }
     }

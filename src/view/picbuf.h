@@ -99,7 +99,8 @@ class Picbuf {
   /// is passed over. Without any selection this buffer becomes a whole copy of the source.
   void CopyFrom(bool useSourceSelection, const Picbuf& source, bool useOwnSelection);
   void DrawSelFrame();
-  /// Needs a QGuiApplication for its fonts.
+  /// Draws Text from the top of the selection on, line by line; what does not fit is cut off. Needs
+  /// a QGuiApplication for its fonts.
   void DrawSelText();
   /// Straight lines through points x, y, x, y ...
   void DrawPolyline(std::span<const std::int32_t> points);
@@ -135,6 +136,9 @@ class Picbuf {
   const std::uint8_t* PixelAt(int column, int row) const;
   Colour ColourAt(int column, int row) const;
   void PutColour(int column, int row, Colour colour);
+  /// Copies the named columns (-1: none) of a row of `source` to the pixels from `left` on.
+  void CopyRow(const Picbuf& source, int sourceRow, std::span<const int> sourceColumns, int left,
+               int row);
   void DrawLine(int x0, int y0, int x1, int y1);
   std::uint8_t NearestIndex(Colour colour) const;
   Bytes Encode() const;

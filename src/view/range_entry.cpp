@@ -1,5 +1,7 @@
 #include "view/range_entry.h"
 
+#include <algorithm>
+
 #include "core/tell.h"
 #include "core/units.h"
 #include "view/range_actions.h"
@@ -11,6 +13,17 @@ namespace {
 /// The number in a typed text as the boxes write numbers.
 QString Written(const QString& typed) {
   return FormatTenths(ParseNumber(typed));
+}
+
+/// Tells of a text without a digit, which counts as 0.
+void TellIfNoNumber(const QString& typed, const RenderPieces& pieces) {
+  const QString text = typed.trimmed();
+  if (!text.isEmpty() &&
+      std::none_of(text.begin(), text.end(), [](QChar letter) { return letter.isDigit(); })) {
+    Tell(NoticeKind::kFailed,
+         pieces.Words.LangString(453, "\"%1\" is not a number and counts as 0.").arg(text),
+         pieces.View);
+  }
 }
 
 QString Unit(const RenderPieces& pieces) {
@@ -56,6 +69,8 @@ void ApplyEnteredRange(const RenderPieces& pieces) {
                   TemperatureText(slider.ScaleMaxLimit(), unit) + Unit(pieces)),
          view);
   }
+  TellIfNoNumber(low, pieces);
+  TellIfNoNumber(high, pieces);
 }
 
 void ApplyEnteredLimits(const RenderPieces& pieces) {
@@ -73,6 +88,8 @@ void ApplyEnteredLimits(const RenderPieces& pieces) {
              .arg(Written(minimum), Written(maximum) + Unit(pieces)),
          view);
   }
+  TellIfNoNumber(minimum, pieces);
+  TellIfNoNumber(maximum, pieces);
 }
 
 }  // namespace tessa

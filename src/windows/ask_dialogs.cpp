@@ -105,15 +105,17 @@ bool WindowDialogs::AgreesToReplace(const QString& path) const {
 
 Answer WindowDialogs::ShowMessage(const Message& message) {
   const QMessageBox::StandardButtons buttons =
-      message.Buttons == MessageButtons::kOk ? QMessageBox::Ok
+      message.Buttons == MessageButtons::kOk         ? QMessageBox::Ok
+      : message.Buttons == MessageButtons::kOkCancel ? QMessageBox::Ok | QMessageBox::Cancel
       : message.Buttons == MessageButtons::kYesNo
           ? QMessageBox::Yes | QMessageBox::No
           : QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel;
   const auto box = PlainMessageBox(parent_, message.Text, buttons, words_);
   box->setWindowTitle(OneLine(message.Title));
-  box->setIcon(message.Icon == MessageIcon::kQuestion ? QMessageBox::Question
-               : message.Icon == MessageIcon::kStop   ? QMessageBox::Critical
-                                                      : QMessageBox::Information);
+  box->setIcon(message.Icon == MessageIcon::kQuestion  ? QMessageBox::Question
+               : message.Icon == MessageIcon::kStop    ? QMessageBox::Critical
+               : message.Icon == MessageIcon::kWarning ? QMessageBox::Warning
+                                                       : QMessageBox::Information);
   switch (box->exec()) {
     case QMessageBox::Ok:
     case QMessageBox::Yes:

@@ -72,13 +72,5 @@ void MainWindow::AddFileCommands() {
 }
 
 /// Commands whose subsystems are still to come stand in their places, disabled.
-void MainWindow::AddWaitingCommands() {
-  Add({.Id = CommandId::kDownload,
-       .Caption = Word(297, "Corvane T-40 Downloader"),
-       .Icon = "download"});
-  Add({.Id = CommandId::kDownloadButton,
-       .Caption = Word(297, "Corvane T-40 Downloader"),
-       .Icon = "download"});
-}
 
 }  // namespace tessa

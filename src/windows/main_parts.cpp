@@ -71,6 +71,7 @@ void MainWindow::MakeMenus() {
 }
 
 void MainWindow::FillRecentMenu() {
+  WriteRecentFiles();
   recentMenu_->clear();
   int number = 0;
   for (const QString& path : user_.RecentFiles()) {

@@ -99,9 +99,13 @@ MainWindow::MainWindow(Session& session, UserSettings& user) : session_(session)
   SetWindowLanguage();
   resize(kFirstSize.boundedTo(RoomOnScreen()));
   restoreGeometry(user_.WindowPlace());
+  if (!isMaximized() && !isFullScreen()) {
+    resize(size().boundedTo(RoomOnScreen()));  // The last screen may have been a larger one.
+  }
 }
 
 MainWindow::~MainWindow() {
+  WriteRecentFiles();
   if (player_ != nullptr) {
     player_->Changed = nullptr;
   }
@@ -116,7 +120,7 @@ void MainWindow::MakeActions() {
   AddFrameCommands();
   AddSoundCommands();
   AddBrowserCommands();
-  AddWaitingCommands();
+  AddCameraCommands();
   for (const Command& command : commands_) {
     auto* const action = new QAction(this);
     action->setObjectName(QString::fromLatin1(NameOf(command.Id)));
@@ -353,6 +357,7 @@ void MainWindow::OpenFile(const QString& path) {
   if (image.UiLocked) {
     return;
   }
+  statusBar()->clearMessage();
   progress_->Start();
   image.UiLocked = true;
   OpenPath(path, session_, *progress_);
@@ -366,9 +371,20 @@ void MainWindow::OpenFile(const QString& path) {
 /// Files that could be read go into the list of recent ones.
 void MainWindow::RememberOpened() {
   const OpenImage& image = session_.Image;
-  if (!image.CurrentFile.isEmpty() && FindNoImage(session_.Faults) == nullptr) {
-    user_.AddRecentFile(image.CurrentFilePath);
+  if (image.CurrentFile.isEmpty() || FindNoImage(session_.Faults) != nullptr) {
+    return;
   }
+  opened_ += image.CurrentFilePath;
+  constexpr int kAfterPicture = 100;  // Milliseconds.
+  QTimer::singleShot(kAfterPicture, this, &MainWindow::WriteRecentFiles);
+}
+
+/// The settings go to the disk with them, which no picture waits for.
+void MainWindow::WriteRecentFiles() {
+  for (const QString& path : std::exchange(opened_, {})) {
+    user_.AddRecentFile(path);
+  }
+  recentMenu_->setEnabled(!user_.RecentFiles().isEmpty());
 }
 
 void MainWindow::ChoosePalette(int position) {
@@ -560,9 +576,9 @@ void MainWindow::dropEvent(QDropEvent* event) {
   event->acceptProposedAction();
   const Strings& words = session_.Words;
   if (QFileInfo(path).isDir()) {
-    statusBar()->showMessage(
-        words.LangString(451, "Only image files can be dropped here, not folders"),
-        kMessageMilliseconds);
+    Tell(NoticeKind::kFailed,
+         words.LangString(451, "Only image files can be dropped here, not folders"), session_.View);
+    BringIntoLine();
     return;
   }
   OpenFile(path);

@@ -79,7 +79,7 @@ class MainWindow : public QMainWindow {
   void AddFrameCommands();
   void AddSoundCommands();
   void AddBrowserCommands();
-  void AddWaitingCommands();
+  void AddCameraCommands();
   void TellSoundMessage();
   void ShowSound();
   void PlayBySpaceBar();
@@ -106,6 +106,7 @@ class MainWindow : public QMainWindow {
   void AskAndOpen(int filterIndex);
   void OpenPendingFile();
   void RememberOpened();
+  void WriteRecentFiles();
   void ChoosePalette(int position);
   void ReverseSelectedPalette();
   void ChooseUnit(char unit);
@@ -114,6 +115,7 @@ class MainWindow : public QMainWindow {
   void StepFrame(void (*procedure)(Session&, Progress&));
   void SaveFrames();
   void BrowseImages();
+  void DownloadImages();
   void OpenChosen(const ChosenImage& chosen, int palette);
   void ShowImageInfo();
   void ShowVisible();
@@ -128,6 +130,7 @@ class MainWindow : public QMainWindow {
   std::vector<Command> commands_;
   std::array<QAction*, static_cast<std::size_t>(CommandId::kCount)> actions_{};
   QTimer openTimer_;    // Timer1: opens the file named on the command line.
+  QStringList opened_;  // Files on their way into the list of recent ones.
   QTimer resizeTimer_;  // Timer2: the smallest size, once resizing has come to rest.
   bool shown_ = false;
   ViewPictWidget* view_ = nullptr;

@@ -8,8 +8,6 @@
 #include <QPushButton>
 #include <QScrollArea>
 #include <QScrollBar>
-#include <QSlider>
-#include <QToolButton>
 #include <QToolTip>
 #include <QVBoxLayout>
 #include <QWheelEvent>
@@ -18,12 +16,13 @@
 #include "core/tell.h"
 #include "view/readout.h"
 #include "view/zoom.h"
-#include "widgets/eliding_label.h"
 #include "widgets/icons.h"
 #include "widgets/language_box.h"
 #include "widgets/notice_strip.h"
 #include "widgets/picbuf_widget.h"
 #include "widgets/plain_text.h"
+#include "windows/bottom_line.h"
+#include "windows/frame_row.h"
 #include "windows/no_picture_panel.h"
 #include "windows/range_panel.h"
 
@@ -31,9 +30,6 @@ namespace tessa {
 namespace {
 
 constexpr int kMargin = 8;
-/// The zoom slider gives way where the line below the picture is short.
-constexpr int kNarrowestZoom = 48;
-constexpr int kWidestZoom = 120;
 
 /// The surround of a picture: dark and neutral on every desktop, so that colours read the same.
 const QColor kCanvasColour(0x23, 0x25, 0x29);
@@ -75,7 +71,7 @@ ViewPictWidget::ViewPictWidget(Session& session, Progress& progress, QWidget* pa
   left->addWidget(notice_);
   left->addWidget(MakeCanvas(), 1);
   left->addWidget(MakeFrameRow());
-  left->addWidget(MakeBottomPanel());
+  left->addWidget(MakeBottomLine());
   auto* const layout = new QHBoxLayout(this);
   layout->setContentsMargins(0, 0, 0, 0);
   layout->setSpacing(0);
@@ -155,110 +151,20 @@ QWidget* ViewPictWidget::MakeBlankPanel() {
   return panel;
 }
 
-QToolButton* ViewPictWidget::MakeStepButton(const QString& icon, int step) {
-  auto* const button = new QToolButton(bottomPanel_);
-  button->setAutoRaise(true);
-  button->setIcon(ToolIcon(icon, palette().color(QPalette::WindowText)));
-  connect(button, &QToolButton::clicked, this, [this, step] { ZoomBy(step); });
-  return button;
-}
-
-QWidget* ViewPictWidget::MakeBottomPanel() {
-  bottomPanel_ = new QWidget(this);
-  bottomPanel_->setObjectName(QStringLiteral("SSPanel1"));
-  bottomPanel_->setMinimumWidth(1);  // A small screen cuts it off rather than the window.
-  comment_ = new ElidingLabel(Qt::ElideRight, bottomPanel_);
-  comment_->setObjectName(QStringLiteral("ssComment"));
-  memo_ = new ElidingLabel(Qt::ElideRight, bottomPanel_);
-  memo_->setObjectName(QStringLiteral("ssMemo"));
-  taken_ = new ElidingLabel(Qt::ElideRight, bottomPanel_);
-  taken_->setObjectName(QStringLiteral("Taken"));
-
-  zoomOut_ = MakeStepButton(QStringLiteral("zoom_out"), -1);
-  zoomIn_ = MakeStepButton(QStringLiteral("zoom_in"), 1);
-  info_ = new QToolButton(bottomPanel_);
-  info_->setObjectName(QStringLiteral("InfoButton"));
-  info_->setAutoRaise(true);
-  connect(info_, &QToolButton::clicked, this,
+QWidget* ViewPictWidget::MakeBottomLine() {
+  bottomLine_ = new BottomLine(session_, this);
+  connect(bottomLine_, &BottomLine::LevelChosen, this, &ViewPictWidget::SetZoom);
+  connect(bottomLine_, &BottomLine::ZoomStepped, this, &ViewPictWidget::ZoomBy);
+  connect(bottomLine_, &BottomLine::FitRequested, this, &ViewPictWidget::ZoomToFit);
+  connect(bottomLine_, &BottomLine::InfoRequested, this,
           [this] { Q_EMIT FrameCommand(CommandId::kImageInfo); });
-  zoom_ = new QSlider(Qt::Horizontal, bottomPanel_);
-  zoom_->setObjectName(QStringLiteral("ZoomAdj"));
-  zoom_->setPageStep(1);
-  zoom_->installEventFilter(this);
-  connect(zoom_, &QSlider::valueChanged, this, &ViewPictWidget::SetZoom);
-  zoomText_ = new PlainLabel(bottomPanel_);
-  zoomText_->setObjectName(QStringLiteral("SSPanel26"));
-  zoomText_->setMinimumWidth(
-      zoomText_->fontMetrics().horizontalAdvance(QStringLiteral("Zoom: 88 %")));
-
-  auto* const layout = new QHBoxLayout(bottomPanel_);
-  layout->setContentsMargins(kMargin, 2, kMargin, 2);
-  layout->addWidget(comment_, 1);
-  layout->addSpacing(kMargin);
-  layout->addWidget(memo_);
-  layout->addSpacing(kMargin);
-  layout->addWidget(taken_);
-  layout->addWidget(info_);
-  layout->addSpacing(2 * kMargin);
-  layout->addWidget(zoomText_);
-  layout->addWidget(zoomOut_);
-  layout->addWidget(zoom_);
-  layout->addWidget(zoomIn_);
-  return bottomPanel_;
+  return bottomLine_;
 }
-
-namespace {
-
-/// The buttons of the frame row: control, command, icon and words.
-struct FrameButton {
-  const char* Name;
-  CommandId Command;
-  const char* Icon;
-  int TextId;
-  const char* DefaultText;
-};
-constexpr std::array<FrameButton, 5> kFrameButtons = {
-    {{"SSCommand5", CommandId::kFirstFrame, "frame_first", 292, "First"},
-     {"SSCommand6", CommandId::kPreviousFrame, "frame_previous", 293, "Previous"},
-     {"SSCommand7", CommandId::kNextFrame, "frame_next", 294, "Next"},
-     {"SSCommand8", CommandId::kLastFrame, "frame_last", 295, "Last"},
-     {"SSCommand9", CommandId::kSaveFrames, "save_image", 229, "Save Sequence Frames"}}};
-
-}  // namespace
 
 QWidget* ViewPictWidget::MakeFrameRow() {
-  frameRow_ = new QWidget(this);
-  frameRow_->setObjectName(QStringLiteral("Frame1"));
-  frameText_ = new PlainLabel(frameRow_);
-  frameText_->setObjectName(QStringLiteral("Label7"));
-  frameText_->setAlignment(Qt::AlignCenter);
-  frameText_->setMinimumWidth(
-      frameText_->fontMetrics().horizontalAdvance(QStringLiteral("88888 of 88888")));
-  auto* const layout = new QHBoxLayout(frameRow_);
-  layout->setContentsMargins(kMargin, 2, kMargin, 2);
-  layout->addStretch();
-  for (const FrameButton& entry : kFrameButtons) {
-    auto* const button = new QToolButton(frameRow_);
-    button->setObjectName(QString::fromLatin1(entry.Name));
-    button->setAutoRaise(true);
-    connect(button, &QToolButton::clicked, this,
-            [this, command = entry.Command] { Q_EMIT FrameCommand(command); });
-    layout->addWidget(button);
-    frameButtons_.push_back(button);
-    if (frameButtons_.size() == 2) {
-      layout->addWidget(frameText_);
-    }
-  }
-  layout->addStretch();
+  frameRow_ = new FrameRow(session_, this);
+  connect(frameRow_, &FrameRow::Pressed, this, &ViewPictWidget::FrameCommand);
   return frameRow_;
-}
-
-void ViewPictWidget::ShowFrameRow() {
-  const OpenImage& image = session_.Image;
-  frameRow_->setVisible(session_.View.FrameRowVisible);
-  frameText_->setText(session_.View.FrameText);
-  frameButtons_[1]->setEnabled(image.CurrentFrame > 1);
-  frameButtons_[2]->setEnabled(image.CurrentFrame < image.FrameCount);
 }
 
 void ViewPictWidget::SetWindowLanguage() {
@@ -267,21 +173,8 @@ void ViewPictWidget::SetWindowLanguage() {
   name(picture_, words.LangString(173, "Image"));
   name(horizontalScroll_, words.LangString(409, "Pan"));
   name(verticalScroll_, words.LangString(409, "Pan"));
-  name(comment_, words.LangString(116, "Comment"));
-  name(memo_, words.LangString(187, "Memo"));
-  name(taken_, words.LangString(137, "Date"));
-  name(zoom_, words.LangString(284, "Zoom"));
-  zoom_->setToolTip(words.LangString(284, "Zoom"));
-  const auto tip = [&](QToolButton* button, int id, const char* text) {
-    button->setToolTip(words.LangString(id, text));
-    name(button, button->toolTip());
-  };
-  tip(zoomIn_, 401, "Zoom In");
-  tip(info_, 174, "Image Info");
-  tip(zoomOut_, 402, "Zoom Out");
-  for (std::size_t i = 0; i < kFrameButtons.size(); ++i) {
-    tip(frameButtons_[i], kFrameButtons[i].TextId, kFrameButtons[i].DefaultText);
-  }
+  bottomLine_->SetWindowLanguage();
+  frameRow_->SetWindowLanguage();
   blankText_->setText(words.LangString(408, "Open an image or drop one here"));
   blankOpen_->setText(words.LangString(179, "Load Image") + QStringLiteral("\u2026"));
   range_->SetWindowLanguage();
@@ -293,12 +186,8 @@ bool ViewPictWidget::eventFilter(QObject* watched, QEvent* event) {
   }
   // Panels that come and go beside it change its size alone.
   if (watched == canvas_ && event->type() == QEvent::Resize) {
-    zoom_->setFixedWidth(std::clamp(canvas_->width() / 5, kNarrowestZoom, kWidestZoom));
+    bottomLine_->FitTo(canvas_->width());
     PlacePicture();
-  }
-  if (watched == zoom_ && event->type() == QEvent::MouseButtonDblClick) {
-    ZoomToFit();
-    return true;
   }
   return QWidget::eventFilter(watched, event);
 }
@@ -341,52 +230,17 @@ void ViewPictWidget::ConnectPicture() {
 
 void ViewPictWidget::BringIntoLine() {
   const ViewState& view = session_.View;
-  const OpenImage& image = session_.Image;
   range_->setVisible(view.ScalePanelVisible);
   rangeFrame_->setVisible(view.ScalePanelVisible);
-  bottomPanel_->setVisible(view.BottomPanelVisible);
   noPicture_->ShowReason(view.NoPicture, session_.Words);
   notice_->ShowNotice(view.Notice, session_.Words);
   // While an image loads there is neither a picture nor the invitation to open one.
   blankPanel_->setVisible(view.BlankPanelVisible && !view.LoadProgressVisible);
   picture_->setVisible(view.PictureVisible);
-  ShowFrameRow();
+  frameRow_->BringIntoLine();
   range_->BringIntoLine();
-  const QString comment = OneLine(view.Comment.simplified());
-  comment_->setText(comment);
-  comment_->setToolTip(PlainToolTip(comment));
-  memo_->setText(MemoText());
-  taken_->setText((image.ImageDate + QStringLiteral("  ") + image.ImageTime).trimmed());
-
-  const QSignalBlocker blocker(zoom_);
-  zoom_->setRange(view.Zoom.ZoomMin, view.Zoom.ZoomMax);
-  zoom_->setValue(view.Zoom.ZoomLevel);
+  bottomLine_->BringIntoLine();
   PlacePicture();
-}
-
-/// A sequence has the number of its frames for a memo.
-QString ViewPictWidget::MemoText() const {
-  const OpenImage& image = session_.Image;
-  const QString memo = OneLine(session_.View.Memo.simplified());
-  // A conversion of frames leaves the kind of what it wrote, but the row of frame buttons stays.
-  const bool isSequence =
-      session_.View.FrameRowVisible || image.ImageKind == KindRti || image.ImageKind == KindRtv;
-  const bool isFrameCount = isSequence && memo == QString::number(image.FrameCount);
-  return isFrameCount ? session_.Words.LangString(290, "Frame Count") + QStringLiteral(": ") + memo
-                      : memo;
-}
-
-/// The level, or the percentage of the picture's size below the levels.
-QString ViewPictWidget::ZoomText() const {
-  const Picbuf& buffer = session_.Buffers.Picbuf1;
-  const ZoomState& zoom = session_.View.Zoom;
-  const QString word = session_.Words.LangString(284, "Zoom") + QStringLiteral(": ");
-  if (!zoom.FitsWindow) {
-    return word + QString::number(zoom.ZoomLevel);
-  }
-  constexpr double kPercent = 100.0;
-  return word + QString::number(kPercent * buffer.ZoomNumerator / buffer.ZoomDenominator, 'g', 2) +
-         QStringLiteral(" %");
 }
 
 QSize ViewPictWidget::AreaFor(bool horizontalBar, bool verticalBar) const {
@@ -402,7 +256,7 @@ void ViewPictWidget::PlacePicture() {
   if (session_.View.Zoom.FitsWindow) {
     SetZoomToFit(canvas_->width(), canvas_->height(), session_.View.Zoom, buffer);
   }
-  zoomText_->setText(ZoomText());
+  bottomLine_->ShowZoom();
   // A bar takes room from the other direction, so the second look decides.
   QSize area = AreaFor(false, false);
   ViewPlacement placement = PlaceView(buffer, area.width(), area.height());
@@ -553,13 +407,8 @@ void ViewPictWidget::ColourScrollBars() {
 
 void ViewPictWidget::ShowIcons() {
   ColourScrollBars();
-  const QColor ink = palette().color(QPalette::WindowText);
-  zoomOut_->setIcon(ToolIcon(QStringLiteral("zoom_out"), ink));
-  zoomIn_->setIcon(ToolIcon(QStringLiteral("zoom_in"), ink));
-  info_->setIcon(ToolIcon(QStringLiteral("image_info"), ink));
-  for (std::size_t i = 0; i < kFrameButtons.size(); ++i) {
-    frameButtons_[i]->setIcon(ToolIcon(QString::fromLatin1(kFrameButtons[i].Icon), ink));
-  }
+  bottomLine_->ShowIcons();
+  frameRow_->ShowIcons();
   range_->SetWindowLanguage();
 }
 

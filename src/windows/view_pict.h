@@ -10,11 +10,11 @@ class QLabel;
 class QPushButton;
 class QScrollArea;
 class QScrollBar;
-class QSlider;
-class QToolButton;
 
 namespace tessa {
 
+class BottomLine;
+class FrameRow;
 class NoPicturePanel;
 class NoticeStrip;
 class PicbufWidget;
@@ -69,11 +69,8 @@ class ViewPictWidget : public QWidget {
   QWidget* MakeRangeFrame();
   void FitRangeFrame();
   QWidget* MakeBlankPanel();
-  QWidget* MakeBottomPanel();
+  QWidget* MakeBottomLine();
   QWidget* MakeFrameRow();
-  void ShowFrameRow();
-  QString MemoText() const;
-  QString ZoomText() const;
   void ConnectPicture();
   void PlacePicture();
   void PlaceScrollBars(const QRect& area, int maxX, int maxY);
@@ -85,13 +82,11 @@ class ViewPictWidget : public QWidget {
   void ScrollToCentre();
   void RememberPan();
   void ColourScrollBars();
-  QToolButton* MakeStepButton(const QString& icon, int step);
   void PanTo(int horizontal, int vertical);
 
   Session& session_;
   QWidget* canvas_ = nullptr;
   QWidget* blankPanel_ = nullptr;
-  QWidget* bottomPanel_ = nullptr;
   NoPicturePanel* noPicture_ = nullptr;
   NoticeStrip* notice_ = nullptr;
   PicbufWidget* picture_ = nullptr;
@@ -99,19 +94,10 @@ class ViewPictWidget : public QWidget {
   QScrollArea* rangeFrame_ = nullptr;
   QScrollBar* horizontalScroll_ = nullptr;
   QScrollBar* verticalScroll_ = nullptr;
-  QSlider* zoom_ = nullptr;
-  QLabel* zoomText_ = nullptr;
-  QToolButton* zoomOut_ = nullptr;
-  QToolButton* zoomIn_ = nullptr;
-  QToolButton* info_ = nullptr;
   QLabel* blankText_ = nullptr;
   QPushButton* blankOpen_ = nullptr;
-  QLabel* comment_ = nullptr;
-  QWidget* frameRow_ = nullptr;
-  QLabel* frameText_ = nullptr;
-  std::vector<QToolButton*> frameButtons_;
-  QLabel* memo_ = nullptr;
-  QLabel* taken_ = nullptr;
+  FrameRow* frameRow_ = nullptr;
+  BottomLine* bottomLine_ = nullptr;
   QPointF dragRest_;  // Of a drag, image pixels.
 };
 

@@ -1,4 +1,4 @@
-#include "browser/transfer_files.h"
+#include "core/transfer_files.h"
 
 #include <fcntl.h>
 
