@@ -145,23 +145,25 @@ void WriteTextSeeds(const std::filesystem::path& folder) {
   write("arguments", {"1-10,15\nimage\n-40:120\nHOT IRON\n7", "1-1,32767\n20:10\nprefix-\n../up"});
 }
 
-/// The first byte of an input for the whole load is the number of the ending.
+/// The first byte of an input for the whole load, and for a tile, is the number of the ending.
 void WriteLoadSeeds(const std::filesystem::path& folder, const Bytes& sit) {
   const Bytes tmp = tessa::EncodeTmp({});
   const Bytes legacy = tessa::EncodeLegacyTmp({});
   const Bytes trailer = tessa::EncodeBmpTrailer({230, 30, 3132, 2932});
-  const SeedFolder loads(folder / "load");
-  loads.Write("snapshot", Joined({0}, SmallSequence(tessa::kStampedVersion)));
-  loads.Write("container", Joined({0}, SmallSequence(tessa::kContainerVersion)));
   const Bytes indices(16, 100);
   const Bytes bitmap = tessa::EncodeBmp8(4, 4, indices, 4, {}, 28013, 18);
-  loads.Write("trailer", Joined({1}, Joined(bitmap, trailer)));
-  loads.Write("limits", Joined({2}, tessa::EncodeBmp8(4, 4, indices, 4, {}, -200, 1000)));
-  loads.Write("words", Joined({3}, tmp));
-  loads.Write("bytes", Joined({3}, legacy));
-  loads.Write("sit", Joined({4}, sit));
-  loads.Write("raster", Joined({5}, Bytes(2000, 11)));
-  WritePictureSeeds(loads, {0});
+  for (const char* entry : {"load", "tile"}) {
+    const SeedFolder loads(folder / entry);
+    loads.Write("snapshot", Joined({0}, SmallSequence(tessa::kStampedVersion)));
+    loads.Write("container", Joined({0}, SmallSequence(tessa::kContainerVersion)));
+    loads.Write("trailer", Joined({1}, Joined(bitmap, trailer)));
+    loads.Write("limits", Joined({2}, tessa::EncodeBmp8(4, 4, indices, 4, {}, -200, 1000)));
+    loads.Write("words", Joined({3}, tmp));
+    loads.Write("bytes", Joined({3}, legacy));
+    loads.Write("sit", Joined({4}, sit));
+    loads.Write("raster", Joined({5}, Bytes(2000, 11)));
+    WritePictureSeeds(loads, {0});
+  }
 
   const SeedFolder exports(folder / "export");
   exports.Write("container", Joined({0, 0x11}, SmallSequence(tessa::kContainerVersion)));

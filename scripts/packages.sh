@@ -10,6 +10,7 @@ run_packages=(
 # What the tests take on top of that.
 test_packages=(
   pulseaudio pulseaudio-utils
+  cups printer-driver-cups-pdf
   libgtest-dev libgmock-dev libbenchmark-dev clang-format
 )
 # What the fuzz entries take on top of that.

@@ -1,24 +1,23 @@
+#include <sys/stat.h>
+#include <unistd.h>
+
 #include <QComboBox>
-#include <QDir>
 #include <QLabel>
 #include <QMenu>
-#include <QPushButton>
-#include <QTimer>
+#include <QPlainTextEdit>
 
-#include "formats/tmp_image.h"
-#include "test_main_window.h"
-#include "windows/browser_window.h"
+#include "core/path_bytes.h"
+#include "formats/if_sound.h"
+#include "test_browser_window.h"
 #include "windows/folder_panel.h"
 #include "windows/image_info_dialog.h"
-#include "windows/tile_grid.h"
 
 namespace tessa::testing {
 namespace {
 
-class BrowserWindowTest : public MainWindowTest {
+class BrowserWindowTest : public BrowserTest {
  protected:
   BrowserWindowTest() {
-    QDir().mkpath(Images());
     for (int i = 1; i <= 12; ++i) {
       folder_.Write(QStringLiteral("images/f%1.sit").arg(i), EncodedScene());
     }
@@ -28,34 +27,7 @@ class BrowserWindowTest : public MainWindowTest {
     old.Comment = "old <b>";
     old.Values.assign(std::size_t{255} * 207, 100);
     folder_.Write(QStringLiteral("images/f15.tmp"), EncodeLegacyTmp(old));
-    session_.Words.ReadTable(ReadAll(QStringLiteral(TESSA_SOURCE_FOLDER "/resources/strings.tsv")));
-    session_.Settings.TargetFolder = folder_.Path(QString());
   }
-  QString Images() const { return folder_.Path(QStringLiteral("images")); }
-  /// Opens the browser from the main window, runs `work` in it, and closes what is still open.
-  void Browse(const std::function<void(BrowserWindow&)>& work) {
-    session_.Settings.LastFolder = Images() + QLatin1Char('/');
-    bool ran = false;
-    QTimer::singleShot(0, window_.get(), [&] {
-      auto* const browser = qobject_cast<BrowserWindow*>(QApplication::activeModalWidget());
-      ASSERT_NE(browser, nullptr);
-      work(*browser);
-      ran = true;
-      if (browser->isVisible()) {
-        browser->reject();
-      }
-    });
-    Trigger("mnuLoadThumb");
-    EXPECT_TRUE(ran);
-  }
-  template <typename Widget>
-  static Widget& In(QWidget& window, const char* name) {
-    auto* const found = window.findChild<Widget*>(QString::fromLatin1(name));
-    EXPECT_NE(found, nullptr) << name;
-    return *found;
-  }
-  static TileGrid& Grid(BrowserWindow& browser) { return In<TileGrid>(browser, "TileGrid"); }
-  static QRgb BackgroundOf(TileWidget& tile) { return tile.grab().toImage().pixel(3, 3); }
 };
 
 TEST_F(BrowserWindowTest, PagingThroughAllKindsLeavesTheOpenImageAsItWas) {
@@ -192,6 +164,126 @@ TEST_F(BrowserWindowTest, TheInformationSaysWhatEachKindHas) {
   window_->OpenFile(Images() + QStringLiteral("/f13.rti"));
   const ImageInfo sequence = InfoOfOpenImage(session_);
   EXPECT_EQ(sequence.Frames + sequence.Memo, QStringLiteral("3None"));
+}
+
+TEST_F(BrowserWindowTest, FoldersWithNamesThatAreNoTextAreAmongThePlaces) {
+  const QString odd = PathFromBytes(QFile::encodeName(Images()) + "/caf\xE9");
+  ASSERT_EQ(::mkdir(PathToBytes(odd).constData(), 0755), 0);
+  WriteWholeFile(JoinPath(odd, QStringLiteral("a.sit")), EncodedScene(), Overwrite::kRefuse);
+  Browse([&](BrowserWindow& browser) {
+    auto& places = In<QComboBox>(browser, "Drive1");
+    const int at = places.findText(QStringLiteral("caf\uFFFD"));
+    ASSERT_GE(at, 0);
+    places.setCurrentIndex(at);
+    Q_EMIT places.activated(at);
+    EXPECT_EQ(browser.Pages().SourceFolder, odd);
+    EXPECT_TRUE(Grid(browser).Tile(0).isVisible());
+    EXPECT_EQ(places.currentText(), QStringLiteral("caf\uFFFD"));
+    Q_EMIT Grid(browser).DoubleClicked(0);
+  });
+  EXPECT_EQ(session_.Image.CurrentFilePath, JoinPath(odd, QStringLiteral("a.sit")));
+  ::unlink(PathToBytes(JoinPath(odd, QStringLiteral("a.sit"))).constData());
+  ::rmdir(PathToBytes(odd).constData());
+}
+
+TEST_F(BrowserWindowTest, AFileThatWasWrittenMeanwhileIsReadAgainWhenTheUserComesBack) {
+  Browse([&](BrowserWindow& browser) {
+    const auto comeBack = [&] {
+      QEvent event(QEvent::WindowActivate);
+      QApplication::sendEvent(&browser, &event);
+      return browser.Pages().Places[0].Content.Picture.Pixels.empty();
+    };
+    EXPECT_FALSE(comeBack());
+    folder_.Write(QStringLiteral("images/f1.sit"), {});
+    EXPECT_TRUE(comeBack());
+  });
+}
+
+TEST_F(BrowserWindowTest, AClickOnTheSoundMarkOpensTheMenuInsteadOfSelecting) {
+  SitFields fields = SceneFields();
+  fields.Signature = "SIT V2.9A ";
+  fields.SoundName = "SND1    ";
+  fields.SoundExt = "AIF";
+  folder_.Write(QStringLiteral("images/f1.sit"), EncodeSit(fields));
+  folder_.Write(QStringLiteral("images/SND1.AIF"),
+                EncodeIfSound(8000, std::vector<std::uint16_t>(300, 700)));
+  Browse([&](BrowserWindow& browser) {
+    EXPECT_FALSE(In<TilePart>(browser, "Image1_1").isVisible());
+    const auto& mark = In<TilePart>(browser, "Image1_0");
+    bool hadMenu = false;
+    QTimer::singleShot(0, &browser, [&] {
+      if (auto* const menu = browser.findChild<QMenu*>(QStringLiteral("mnuPopUp"))) {
+        hadMenu = true;
+        menu->close();
+      }
+    });
+    QTest::mouseClick(&Grid(browser).Tile(0), Qt::LeftButton, {}, mark.geometry().center());
+    EXPECT_TRUE(hadMenu);
+    EXPECT_EQ(browser.Pages().Files.SelectedCount(), 0);
+  });
+}
+
+/// Types into the information dialog that `open` shows and clicks its hidden "Save".
+void SaveHidden(const QString& comment, const QString& memo, const std::function<void()>& open) {
+  QTimer waiting;
+  QObject::connect(&waiting, &QTimer::timeout, qApp, [&] {
+    auto* const dialog = qobject_cast<ImageInfoDialog*>(QApplication::activeModalWidget());
+    if (dialog == nullptr) {
+      return;
+    }
+    waiting.stop();
+    auto* const save = dialog->findChild<QPushButton*>(QStringLiteral("Command2"));
+    auto* const text = dialog->findChild<QPlainTextEdit*>(QStringLiteral("txtComment"));
+    text->setPlainText(QStringLiteral("typed"));
+    EXPECT_FALSE(save->isVisible() || save->isEnabled());
+    save->show();
+    text->setPlainText(comment);
+    dialog->findChild<QPlainTextEdit*>(QStringLiteral("txtMemo"))->setPlainText(memo);
+    save->click();
+  });
+  waiting.start(5);
+  open();
+}
+
+TEST_F(BrowserWindowTest, TheHiddenSaveWritesTheFieldsOfTheRecordThatTheTypeTextNames) {
+  const QString first = Images() + QStringLiteral("/f1.sit");
+  const QString old = Images() + QStringLiteral("/f15.tmp");
+  const QByteArray zeros(1000, '\0');
+  window_->OpenFile(first);
+  QFile::setPermissions(first, QFile::ReadOwner | QFile::ReadUser);
+  Browse([&](BrowserWindow& browser) {
+    const auto save = [&](int tile, const QString& comment, const QString& memo) {
+      SaveHidden(comment, memo, [&] {
+        QTimer::singleShot(0, &browser, [&] {
+          auto* const menu = browser.findChild<QMenu*>(QStringLiteral("mnuPopUp"));
+          menu->setActiveAction(menu->findChild<QAction*>(QStringLiteral("mnuPUInfo")));
+          QTest::keyClick(menu, Qt::Key_Return);
+        });
+        Q_EMIT Grid(browser).Tile(tile).MenuAsked(true, QPoint(10, 10));
+      });
+    };
+    QByteArray expected = ReadAll(first);
+    save(0, QStringLiteral(" W\u00E4rme "), QStringLiteral("nONE"));
+    expected.replace(214, 638, QByteArray("W\xE4rme") + zeros.left(633));
+    expected.replace(982, 20, zeros.left(20));
+    EXPECT_EQ(ReadAll(first), expected);
+    EXPECT_TRUE(QFile::permissions(first).testFlag(QFile::WriteOwner));
+    EXPECT_EQ(InfoOfTile(browser.Pages(), 0, session_.Words).Memo, QStringLiteral("None"));
+    EXPECT_EQ(session_.View.Comment, QStringLiteral("W\u00E4rme")) << "the same file is open";
+    browser.Pages().ShowLast();
+    expected = ReadAll(old);
+    save(4, QString(), QStringLiteral("north"));
+    expected.replace(128, 832, zeros.left(832)).replace(960, 5, "north");
+    EXPECT_EQ(ReadAll(old), expected);
+    session_.Words.SetLanguage(1);  // The type is told by the English words alone.
+    save(4, QStringLiteral("x"), QString());
+    expected.replace(214, 768, 'x' + zeros.left(767)).replace(982, 20, zeros.left(20));
+    EXPECT_EQ(ReadAll(old), expected);
+    session_.Words.SetLanguage(0);
+  });
+  SaveHidden(QString(700, QLatin1Char('y')), QString(), [&] { Trigger("SSCommand10"); });
+  EXPECT_EQ(ReadAll(first).mid(214, 640), QByteArray(638, 'y') + ReadAll(first).mid(852, 2));
+  EXPECT_EQ(session_.View.Memo, QStringLiteral("None"));
 }
 
 }  // namespace

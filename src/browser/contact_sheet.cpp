@@ -81,19 +81,22 @@ int SheetGeometry::NameTop(int tile) const {
   return TileTop(tile).y() + TileHeight() - NameLine;
 }
 
-void DrawSheet(const Sheet& sheet, QPainter& painter) {
-  const QPaintDevice& device = *painter.device();
+SheetGeometry GeometryOn(QPaintDevice& device) {
   SheetGeometry geometry;
   geometry.Width = device.width();
   geometry.Height = device.height();
   geometry.PerUnit = device.logicalDpiX() / static_cast<double>(kDotsPerInch);
-  painter.setFont(SheetFont(kNamePoints));
-  geometry.NameLine = painter.fontMetrics().height();
-  painter.setFont(SheetFont(kHeadingPoints));
-  geometry.HeadingLine = painter.fontMetrics().height();
+  geometry.NameLine = QFontMetrics(SheetFont(kNamePoints), &device).height();
+  geometry.HeadingLine = QFontMetrics(SheetFont(kHeadingPoints), &device).height();
   if (geometry.TileWidth() <= 0 || geometry.TileHeight() <= 2 * geometry.NameLine) {
     throw StepFailure("the page is too small for ten pictures");
   }
+  return geometry;
+}
+
+void DrawSheet(const Sheet& sheet, QPainter& painter) {
+  const SheetGeometry geometry = GeometryOn(*painter.device());
+  painter.setFont(SheetFont(kHeadingPoints));
   painter.setPen(Qt::black);
   DrawLine(sheet.Heading, geometry.Width / 2, 0, geometry.Width, painter);
   painter.setFont(SheetFont(kNamePoints));
@@ -110,6 +113,18 @@ void DrawSheet(const Sheet& sheet, QPainter& painter) {
       middle = place.left() + place.width() / 2;
     }
     DrawLine(tile.Name, middle, geometry.NameTop(i), geometry.TileWidth(), painter);
+  }
+}
+
+void PrintSheet(const Sheet& sheet, QPaintDevice& device) {
+  GeometryOn(device);
+  QPainter painter;
+  if (!painter.begin(&device)) {
+    throw StepFailure("the document cannot be begun");
+  }
+  DrawSheet(sheet, painter);
+  if (!painter.end()) {
+    throw StepFailure("the document cannot be ended");
   }
 }
 

@@ -46,9 +46,16 @@ struct SheetGeometry {
   int Gap(int units) const;
 };
 
+/// The geometry of sheets on a device. Throws StepFailure where its page has no room for one.
+SheetGeometry GeometryOn(QPaintDevice& device);
+
 /// Draws a sheet on the present page of the painter's device, whose whole printable area it takes.
 /// Needs a QGuiApplication for its fonts. Throws StepFailure where the page has no room.
 void DrawSheet(const Sheet& sheet, QPainter& painter);
+
+/// Prints a sheet as the one page of a document of `device`, which is not begun before the sheet is
+/// known to fit. Throws StepFailure.
+void PrintSheet(const Sheet& sheet, QPaintDevice& device);
 
 /// Sheets as the pages of a PDF document: A4, landscape, 300 dots an inch. Needs a QGuiApplication.
 class SheetDocument {

@@ -10,6 +10,7 @@
 #include <memory>
 #include <optional>
 
+#include "core/file_access.h"
 #include "core/path_bytes.h"
 
 namespace tessa {
@@ -91,6 +92,20 @@ std::vector<FileList::Item> Sorted(const QStringList& names) {
 
 }  // namespace
 
+QStringList FoldersWithOddNames(const QString& path) {
+  const std::unique_ptr<DIR, CloseFolder> folder(::opendir(PathToBytes(path).constData()));
+  QStringList found;
+  while (const dirent* const entry = folder ? ::readdir(folder.get()) : nullptr) {
+    const QString name = PathFromBytes(entry->d_name);
+    if (!name.startsWith(QLatin1Char('.')) && ShownPath(name) != name &&
+        IsFolder(JoinPath(path, name))) {
+      found.append(JoinPath(path, name));
+    }
+  }
+  found.sort();
+  return found;
+}
+
 QString PatternOfFilter(int index) {
   const bool isInTable = index >= 0 && index < static_cast<int>(kImageFilters.size());
   return QString::fromLatin1(
@@ -131,6 +146,16 @@ void FileList::SelectAll(bool selected) {
 int FileList::SelectedCount() const {
   return static_cast<int>(
       std::count_if(items_.begin(), items_.end(), [](const Item& item) { return item.Selected; }));
+}
+
+QStringList FileList::SelectedNames() const {
+  QStringList names;
+  for (const Item& item : items_) {
+    if (item.Selected) {
+      names.append(item.Name);
+    }
+  }
+  return names;
 }
 
 int FileList::Find(const QString& name) const {

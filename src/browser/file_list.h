@@ -28,6 +28,10 @@ inline constexpr std::array<ImageFilter, 8> kImageFilters = {
 /// The pattern of an entry; that of all images for any number beyond the table.
 QString PatternOfFilter(int index);
 
+/// The folders inside `folder`, by their exact paths, whose names are no UTF-8: trees of folders
+/// made by the toolkit leave them out. Hidden ones stay out here too.
+QStringList FoldersWithOddNames(const QString& folder);
+
 /// File1: the images of one folder and which of them are selected, the one store of the selection.
 class FileList {
  public:
@@ -51,6 +55,8 @@ class FileList {
   void SelectAll(bool selected);
   bool HasSelection() const { return SelectedCount() > 0; }
   int SelectedCount() const;
+  /// In the order of the list.
+  QStringList SelectedNames() const;
   /// Position of a name; -1: not in the list.
   int Find(const QString& name) const;
 

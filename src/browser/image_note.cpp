@@ -1,40 +1,18 @@
 #include "browser/image_note.h"
 
-#include <fcntl.h>
 #include <sys/stat.h>
 
-#include <array>
 #include <cerrno>
 
+#include "browser/note_record.h"
 #include "browser/tile.h"
-#include "core/file_access.h"
 #include "core/kinds.h"
 #include "core/path_bytes.h"
 #include "core/steps.h"
-#include "core/write_file.h"
 #include "formats/ansi_text.h"
 
 namespace tessa {
 namespace {
-
-/// Sound and photograph included; more than this is no image of a camera.
-constexpr std::uint64_t kLargestImage = 1ULL << 30;
-
-struct Field {
-  std::size_t At;
-  std::size_t Size;
-};
-
-/// Where a kind of record keeps its texts.
-struct NoteRecord {
-  std::size_t Size;
-  Field Comment;
-  Field Memo;
-};
-
-constexpr NoteRecord kSitRecord = {1024, {214, 638}, {982, 20}};
-constexpr NoteRecord kTmpRecord = {1002, {214, 768}, {982, 20}};
-constexpr NoteRecord kLegacyRecord = {980, {128, 832}, {960, 20}};
 
 const NoteRecord& RecordOf(const QString& path) {
   switch (KindOfName(ShownPath(path).toUpper().trimmed()).Name) {
@@ -47,32 +25,19 @@ const NoteRecord& RecordOf(const QString& path) {
   }
 }
 
-RandomFile OpenImageFile(const QString& path, const NoteRecord& record) {
-  Problems faults;
-  auto file = RandomFile::Open(path, faults);
-  if (!file) {
-    throw StepFailure(faults.front().Text);
-  }
-  if (file->Size() < record.Size) {
-    throw StepFailure("the file ends inside its header");
-  }
-  return std::move(*file);
-}
-
-QString TextOf(const Bytes& record, const Field& field) {
+QString TextOf(const Bytes& record, const NoteField& field) {
   const auto from = record.begin() + static_cast<std::ptrdiff_t>(field.At);
   const std::string text(from, from + static_cast<std::ptrdiff_t>(field.Size));
   return QString::fromStdString(AnsiToUtf8(WithoutZeroBytes(text)));
 }
 
 /// The bytes of a field with the text in it; zeros behind it.
-std::string FieldBytes(const QString& text, const char* name, const Field& field,
-                       const Strings& words) {
-  QString trimmed = text.trimmed();
-  if (trimmed.compare(words.LangString(198, "None"), Qt::CaseInsensitive) == 0) {
-    trimmed.clear();
+std::optional<std::string> FieldBytes(const std::optional<QString>& text, const char* name,
+                                      const NoteField& field, const Strings& words) {
+  if (!text) {
+    return std::nullopt;
   }
-  const std::string utf8 = trimmed.toStdString();
+  const std::string utf8 = WithoutNone(*text, words).toStdString();
   std::string ansi = Utf8ToAnsi(utf8);
   if (AnsiToUtf8(ansi) != utf8) {
     throw StepFailure(std::string("the ") + name +
@@ -86,23 +51,27 @@ std::string FieldBytes(const QString& text, const char* name, const Field& field
   return ansi;
 }
 
-void PutField(const std::string& bytes, const Field& field, Bytes& file) {
-  std::copy(bytes.begin(), bytes.end(), file.begin() + static_cast<std::ptrdiff_t>(field.At));
-}
-
-struct stat FactsOf(const QString& path) {
+void RequireWritable(const QString& path) {
   struct stat facts {};
   if (::stat(PathToBytes(path).constData(), &facts) != 0) {
     throw StepFailure(SystemErrorText(errno));
   }
-  return facts;
+  if ((facts.st_mode & (S_IWUSR | S_IWGRP | S_IWOTH)) == 0 || !IsWritable(path)) {
+    throw StepFailure("the file is read-only");
+  }
 }
 
 }  // namespace
 
+QString WithoutNone(const QString& text, const Strings& words) {
+  const QString trimmed = text.trimmed();
+  const bool isNone = trimmed.compare(words.LangString(198, "None"), Qt::CaseInsensitive) == 0;
+  return isNone ? QString() : trimmed;
+}
+
 ImageNote ReadImageNote(const QString& path) {
   const NoteRecord& record = RecordOf(path);
-  const Bytes start = OpenImageFile(path, record).ReadAt(0, record.Size);
+  const Bytes start = OpenNoteFile(path, record).ReadAt(0, record.Size);
   if (start.size() < record.Size) {
     throw StepFailure("the header cannot be read");
   }
@@ -111,32 +80,11 @@ ImageNote ReadImageNote(const QString& path) {
 
 void SaveImageNote(const QString& path, const NoteChange& change, const Strings& words) {
   const NoteRecord& record = RecordOf(path);
-  const RandomFile file = OpenImageFile(path, record);
-  const struct stat facts = FactsOf(path);
-  if ((facts.st_mode & (S_IWUSR | S_IWGRP | S_IWOTH)) == 0 || !IsWritable(path)) {
-    throw StepFailure("the file is read-only");
-  }
-  if (file.Size() > kLargestImage) {
-    throw StepFailure("the file is too large for an image with a comment");
-  }
-  const auto stamp = file.Stamp();
-  Bytes content = file.ReadAt(0, file.Size());
-  if (content.size() != file.Size()) {
-    throw StepFailure("the file cannot be read to its end");
-  }
-  if (change.Comment) {
-    PutField(FieldBytes(*change.Comment, "comment", record.Comment, words), record.Comment,
-             content);
-  }
-  if (change.Memo) {
-    PutField(FieldBytes(*change.Memo, "memo", record.Memo, words), record.Memo, content);
-  }
-  if (file.Stamp() != stamp) {
-    throw StepFailure("the file was changed by another program meanwhile");
-  }
-  WriteWholeFile(path, content, Overwrite::kReplace);
-  const std::array<timespec, 2> times = {facts.st_atim, facts.st_mtim};
-  ::utimensat(AT_FDCWD, PathToBytes(path).constData(), times.data(), 0);
+  OpenNoteFile(path, record);
+  RequireWritable(path);
+  WriteNote(path, record,
+            {FieldBytes(change.Comment, "comment", record.Comment, words),
+             FieldBytes(change.Memo, "memo", record.Memo, words)});
 }
 
 }  // namespace tessa

@@ -17,6 +17,9 @@ struct ImageNote {
 /// read.
 ImageNote ReadImageNote(const QString& path);
 
+/// The text trimmed; empty for the word for none in any letter case.
+QString WithoutNone(const QString& text, const Strings& words);
+
 /// New texts; one that is not given stays as it is.
 struct NoteChange {
   std::optional<QString> Comment;

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "browser/transfer.h"
 #include "core/path_bytes.h"
 
 namespace tessa {
@@ -81,11 +82,28 @@ void ThumbnailPages::ChangeFilter(int index) {
   ChangeFolder(SourceFolder);
 }
 
-void ThumbnailPages::ReadAgain() {
+bool ThumbnailPages::ReadAgain() {
+  const bool isRead = Files.ReadAgain(SourceFolder, PatternOfFilter(memory_.DefaultImageTypeIndex));
+  ShowListing(CurrentPage);
+  return isRead;
+}
+
+bool ThumbnailPages::ReadAfterTransfer(int page) {
+  const bool isRead = Files.Read(SourceFolder, PatternOfFilter(memory_.DefaultImageTypeIndex));
+  ShowListing(page);
+  return isRead;
+}
+
+bool ThumbnailPages::IsPageStale() const {
+  return std::any_of(Places.begin(), Places.end(), [](const Place& place) {
+    return place.Visible && StampOf(place.Path) != place.Stamp;
+  });
+}
+
+void ThumbnailPages::ShowListing(int page) {
   BrowserReady = false;
-  Files.ReadAgain(SourceFolder, PatternOfFilter(memory_.DefaultImageTypeIndex));
-  const int page = CurrentPage;
-  const int savedPage = std::exchange(memory_.SavedBrowserPage, page - 1);
+  const int last = std::max(0, (Files.Count() - 1) / kTiles);
+  const int savedPage = std::exchange(memory_.SavedBrowserPage, std::min(page - 1, last));
   LoadThumbNail();
   memory_.SavedBrowserPage = savedPage;
   ListingDone(CurrentPage);
@@ -128,6 +146,7 @@ void ThumbnailPages::FillPlace(int tile) {
   place.Path = JoinPath(SourceFolder, exact);
   place.Hint = UpperPath(place.Path);
   place.Caption = FitName(name, TileTextLimit, measure_);
+  place.Stamp = StampOf(place.Path);
   place.Content = DecodeTile(place.Path, EmptySound::kRemove);
   ShrinkPicture(LargestSide, place.Content.Picture);
 }
@@ -174,8 +193,10 @@ void ThumbnailPages::ResetSelection() {
 }
 
 void ThumbnailPages::CheckTransfer() {
-  DeleteEnabled = Files.HasSelection();
-  TransferEnabled = DeleteEnabled && SourceFolder != WithoutSeparator(TargetFolder);
+  const TransferButtons buttons =
+      tessa::CheckTransfer(Files.HasSelection(), SourceFolder, TargetFolder);
+  DeleteEnabled = buttons.Delete;
+  TransferEnabled = buttons.CopyAndTransfer;
 }
 
 void ThumbnailPages::Turn(int page) {

@@ -7,6 +7,7 @@
 
 #include "browser/file_list.h"
 #include "browser/tile.h"
+#include "core/file_access.h"
 
 namespace tessa {
 
@@ -17,6 +18,7 @@ struct BrowserMemory {
   int DefaultImageTypeIndex = 0;  // Position in kImageFilters.
   QString SelectedPath;  // The image that was picked last; a fitted caption after "Select All".
   QString SelectedName;
+  QString CurrentPrinter;  // As chosen last; empty: the system's default.
 };
 
 /// Width of a text in the unit of the limit that it is held against.
@@ -49,6 +51,7 @@ class ThumbnailPages {
     QString Hint;         // The full path, upper case.
     QString Path;         // The same as on disk.
     Tile Content;
+    std::optional<FileStamp> Stamp;  // Of the file as it was read.
   };
 
   /// `memory` outlives the pages.
@@ -62,8 +65,14 @@ class ThumbnailPages {
   bool ChangeFolder(const QString& folder);
   /// Another entry of kImageFilters: the folder is listed anew from its first page.
   void ChangeFilter(int index);
-  /// Lists the folder once more; page and selection stay as far as they can.
-  void ReadAgain();
+  /// Lists the folder once more; page and selection stay as far as they can. A folder that cannot
+  /// be read any more leaves the former list and gives false.
+  bool ReadAgain();
+  /// The same after files were taken out of the folder on purpose: the selection ends, and `page`,
+  /// or the last one where there are no longer so many, comes on show.
+  bool ReadAfterTransfer(int page);
+  /// True when a file of the page on show is no longer what was read.
+  bool IsPageStale() const;
   /// The pages of the present list, and the tiles of the page on show.
   void LoadThumbNail();
   /// Reads the files of a page, from 1, into the tiles.
@@ -123,6 +132,7 @@ class ThumbnailPages {
   void HideTiles();
   void FillPlace(int tile);
   void ListingDone(int page);
+  void ShowListing(int page);
   ChosenImage Leave(const QString& path, const QString& name);
 
   BrowserMemory& memory_;

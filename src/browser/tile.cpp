@@ -6,6 +6,7 @@
 #include "core/date_time_text.h"
 #include "core/file_access.h"
 #include "core/path_bytes.h"
+#include "core/steps.h"
 #include "core/units.h"
 #include "formats/bmp_trailer.h"
 #include "formats/sit.h"
@@ -101,6 +102,17 @@ Tile DecodeTile(const QString& path, EmptySound empty) {
   tile.FullWidth = tile.Picture.Width;
   tile.FullHeight = tile.Picture.Height;
   return tile;
+}
+
+LoadedPicture TilePicture(const QString& path) {
+  Tile tile = DecodeTile(path, EmptySound::kLeave);
+  if (tile.Picture.Width > 0) {
+    return std::move(tile.Picture);
+  }
+  const Problem* const reason = FindNoImage(tile.Faults);
+  throw StepFailure(reason != nullptr         ? reason->Text
+                    : tile.SequenceFrames > 0 ? "sequences have no small picture"
+                                              : "the file shows no picture");
 }
 
 Tile LoadThumbIMG(const QString& path, EmptySound empty) {

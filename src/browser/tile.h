@@ -43,6 +43,9 @@ struct Tile {
 /// decode at a time; with kRemove an empty sound file beside a SIT image is deleted.
 Tile DecodeTile(const QString& path, EmptySound empty);
 
+/// The picture alone. Throws StepFailure with the reason where there is none.
+LoadedPicture TilePicture(const QString& path);
+
 /// The five decoders behind it. SIT images:
 Tile LoadThumbIMG(const QString& path, EmptySound empty);
 /// 16-bit stills of the older cameras, and those of 8 bits under the same ending.

@@ -66,7 +66,10 @@ class Run {
     surroundings_.Status = {true, Text(wording_.Title), 0, {}};
     surroundings_.Watcher.Repaint();
   }
-  void End() { surroundings_.Status = {}; }
+  void End() {
+    surroundings_.Status = {};
+    surroundings_.Watcher.Repaint();
+  }
 
   void ShowGauge() {
     const auto all = static_cast<double>(request_.FileNames.size());
@@ -119,6 +122,9 @@ class BringRun : public Run {
     Begin();
     OpenTarget();
     for (const QString& name : request_.FileNames) {
+      if (surroundings_.StopAsked()) {
+        break;
+      }
       ShowGauge();
       if (IsSameFolder()) {
         const QString head = Text(wording_.SameFolderHead);
@@ -228,6 +234,9 @@ class DeleteRun : public Run {
     Begin();
     FolderSounds sounds(request_.SourceFolder);
     for (const QString& name : request_.FileNames) {
+      if (surroundings_.StopAsked()) {
+        break;
+      }
       ShowGauge();
       ShowInHand(ShownSource(name));
       try {

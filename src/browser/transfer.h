@@ -28,11 +28,13 @@ struct TransferStatus {
 /// What a run asks, tells and shows through.
 struct TransferSurroundings {
   Dialogs& Questions;
-  Progress& Watcher;  // Repaint() at the start and for each file in hand.
+  Progress& Watcher;  // Repaint() for each change of the status.
   TransferStatus& Status;
   /// Called when files left the source folder, before the status goes and the result is told: the
   /// place to read the folder anew.
   std::function<void()> SourceChanged = [] {};
+  /// Asked before each file; true ends the run as "Cancel" does.
+  std::function<bool()> StopAsked = [] { return false; };
 };
 
 // Each runs over the files, asks before anything is replaced, tells what failed and at the end how

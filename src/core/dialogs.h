@@ -50,6 +50,10 @@ class Dialogs {
   virtual Answer ShowMessage(const Message& message) { return AskYesNoCancel(message.Text); }
   /// A line of text, or nothing when the user cancelled.
   virtual std::optional<QString> AskText(const QString& prompt) = 0;
+  /// The same under a title of its own.
+  virtual std::optional<QString> AskTitledText(const QString& title, const QString& prompt) {
+    return AskText(title + QStringLiteral("\n\n") + prompt);
+  }
 };
 
 }  // namespace tessa

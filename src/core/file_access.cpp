@@ -24,13 +24,26 @@ std::string SystemErrorText(int errorNumber) {
   return std::generic_category().message(errorNumber);
 }
 
-std::optional<FileStamp> StampOf(int descriptor) {
-  struct stat status {};
-  if (::fstat(descriptor, &status) != 0 || !S_ISREG(status.st_mode)) {
+namespace {
+
+std::optional<FileStamp> StampFrom(const struct stat& status) {
+  if (!S_ISREG(status.st_mode)) {
     return std::nullopt;
   }
   return FileStamp{static_cast<std::uint64_t>(status.st_size), status.st_dev, status.st_ino,
                    status.st_mtim.tv_sec, status.st_mtim.tv_nsec};
+}
+
+}  // namespace
+
+std::optional<FileStamp> StampOf(int descriptor) {
+  struct stat status {};
+  return ::fstat(descriptor, &status) == 0 ? StampFrom(status) : std::nullopt;
+}
+
+std::optional<FileStamp> StampOf(const QString& path) {
+  struct stat status {};
+  return ::stat(PathToBytes(path).constData(), &status) == 0 ? StampFrom(status) : std::nullopt;
 }
 
 std::optional<RandomFile> RandomFile::Open(const QString& path, Problems& faults) {

@@ -32,6 +32,8 @@ struct FileStamp {
 
 /// The stamp of an open plain file; nothing for what is none.
 std::optional<FileStamp> StampOf(int descriptor);
+/// The same by its path, without opening it.
+std::optional<FileStamp> StampOf(const QString& path);
 
 /// Reads the first `limit` bytes of a regular file. A missing, unreadable or irregular file (a
 /// folder, a pipe) gives nothing and a fault that says why.

@@ -53,10 +53,6 @@ QString NameOfPath(const QString& path) {
   return path.mid(path.lastIndexOf(QLatin1Char('/')) + 1);
 }
 
-bool IsFolder(const QString& path) {
-  return PathExists(path + QLatin1String("/."));
-}
-
 /// The folder that is there on the way to `path`.
 QString NearestFolder(const QString& path) {
   QString folder = FolderOfPath(path);

@@ -5,24 +5,17 @@
 #include <array>
 
 #include "browser/contact_sheet.h"
+#include "browser/tile.h"
+#include "browser/tile_picture.h"
 #include "core/file_access.h"
 #include "core/path_bytes.h"
 #include "core/plain_line.h"
 #include "core/platform_failure.h"
 #include "core/steps.h"
-#include "export/image_export.h"
 #include "tool/streams.h"
 
 namespace tessa {
 namespace {
-
-/// The picture of an image as an export would give it. Throws StepFailure.
-QImage PictureOf(const QString& path, const ExportOptions& options, const Palettes& palettes) {
-  Session session(OwnFolder());
-  PrepareForExport(options, palettes, session);
-  LoadForExport(path, options, session);
-  return session.Buffers.Picbuf1.ViewPicture();
-}
 
 /// Hands the document to the system's printing, which knows the printer. Throws StepFailure.
 void Print(const QByteArray& pdf, const std::string& printer) {
@@ -46,9 +39,8 @@ void Print(const QByteArray& pdf, const std::string& printer) {
 
 int RunSheet(const SheetCall& call) {
   const QString target = FromArgument(call.Out);
-  ExportOptions options;
-  options.Palette = FindPalette(FromArgument(call.Palette));
-  if (options.Palette < 0) {
+  const int palette = FindPalette(FromArgument(call.Palette));
+  if (palette < 0) {
     PrintError("there is no palette \"" + call.Palette + "\"; see export --palette");
     return kToolWrongCall;
   }
@@ -68,6 +60,7 @@ int RunSheet(const SheetCall& call) {
   if (!palettes) {
     return kToolFailed;
   }
+  const ColourTable& colours = palettes->PaletteTable.at(static_cast<std::size_t>(palette));
   // Texts are drawn with the fonts of a GUI application, which needs no display for it.
   qputenv("QT_QPA_PLATFORM", "offscreen");
   int argumentCount = 1;
@@ -100,7 +93,7 @@ int RunSheet(const SheetCall& call) {
         throw StepFailure("the sheet would overwrite an image");
       }
       try {
-        sheet.Tiles.push_back({FileNameOf(path), PictureOf(path, options, *palettes)});
+        sheet.Tiles.push_back({FileNameOf(path), PaletteImage(TilePicture(path), colours)});
       } catch (const StepFailure& failure) {
         line.Clear();
         PrintError(path, failure.what());

@@ -11,22 +11,6 @@
 #include "view/picture_file.h"
 
 namespace tessa {
-namespace {
-
-/// The picture of the file, or the reason why there is none.
-LoadedPicture PictureOf(const QString& path) {
-  Tile tile = DecodeTile(path, EmptySound::kLeave);
-  if (tile.Picture.Width > 0) {
-    return std::move(tile.Picture);
-  }
-  const Problem* const reason = FindNoImage(tile.Faults);
-  throw StepFailure(reason != nullptr         ? reason->Text
-                    : tile.SequenceFrames > 0 ? "sequences have no small picture"
-                                              : "the file shows no picture");
-}
-
-}  // namespace
-
 int RunThumbnail(const ThumbnailCall& call) {
   const int palette = FindPalette(FromArgument(call.Palette));
   if (palette < 0) {
@@ -43,11 +27,12 @@ int RunThumbnail(const ThumbnailCall& call) {
     if (IsSameFile(path, target)) {
       throw StepFailure("the picture would overwrite the image itself");
     }
-    LoadedPicture picture = PictureOf(path);
+    const LoadedPicture picture = TilePicture(path);
     const ColourTable& colours = palettes->PaletteTable.at(static_cast<std::size_t>(palette));
     const QImage image = call.Size == 0 ? PaletteImage(picture, colours)
                                         : FittedImage(picture, colours, {call.Size, call.Size});
-    WriteWholeFile(target, EncodePng(image), call.Force ? Overwrite::kReplace : Overwrite::kRefuse);
+    WriteWholeFile(target, EncodePng(image, PngEffort::kQuick),
+                   call.Force ? Overwrite::kReplace : Overwrite::kRefuse);
     return kToolDone;
   } catch (const std::exception& failure) {
     PrintError(path, failure.what());

@@ -15,7 +15,10 @@ namespace tessa {
 /// a time, never as a whole.
 LoadedPicture LoadPictureFile(const QString& path, int fileType, PictureUse use, Problems& faults);
 
+/// kQuick takes less time for files that are about a fifth larger.
+enum class PngEffort { kSmall, kQuick };
+
 /// The bytes of a PNG file. Throws StepFailure.
-Bytes EncodePng(const QImage& picture);
+Bytes EncodePng(const QImage& picture, PngEffort effort = PngEffort::kSmall);
 
 }  // namespace tessa

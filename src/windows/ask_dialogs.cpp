@@ -142,9 +142,13 @@ Answer WindowDialogs::AskYesNoCancel(const QString& text) {
 }
 
 std::optional<QString> WindowDialogs::AskText(const QString& prompt) {
+  return AskTitledText(parent_ == nullptr ? QString() : parent_->windowTitle(), prompt);
+}
+
+std::optional<QString> WindowDialogs::AskTitledText(const QString& title, const QString& prompt) {
   QInputDialog dialog(parent_);
   dialog.setInputMode(QInputDialog::TextInput);
-  dialog.setWindowTitle(parent_ == nullptr ? QString() : parent_->windowTitle());
+  dialog.setWindowTitle(PlainTitle(title));
   dialog.setLabelText(QString());
   for (QLabel* const label : dialog.findChildren<QLabel*>()) {
     label->setTextFormat(Qt::PlainText);

@@ -21,6 +21,7 @@ class WindowDialogs : public Dialogs {
   Answer AskYesNoCancel(const QString& text) override;
   Answer ShowMessage(const Message& message) override;
   std::optional<QString> AskText(const QString& prompt) override;
+  std::optional<QString> AskTitledText(const QString& title, const QString& prompt) override;
 
  private:
   bool AgreesToReplace(const QString& path) const;

@@ -2,13 +2,13 @@
 
 #include <QComboBox>
 #include <QDir>
-#include <QFileInfo>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QProgressBar>
 #include <QPushButton>
 #include <QStandardPaths>
 
+#include "core/file_access.h"
 #include "core/path_bytes.h"
 #include "open/no_picture.h"
 #include "sound/note_player.h"
@@ -16,6 +16,7 @@
 #include "widgets/plain_text.h"
 #include "windows/ask_dialogs.h"
 #include "windows/folder_panel.h"
+#include "windows/system_printer.h"
 #include "windows/tile_grid.h"
 
 namespace tessa {
@@ -30,7 +31,7 @@ const QSize kFirstSize(1000, 700);
 QString ExistingFolder(const QString& wished) {
   const QString pictures = QStandardPaths::writableLocation(QStandardPaths::PicturesLocation);
   for (const QString& folder : {wished, pictures}) {
-    if (!folder.trimmed().isEmpty() && QFileInfo(folder).isDir()) {
+    if (!folder.trimmed().isEmpty() && IsFolder(folder)) {
       return QDir::cleanPath(folder);
     }
   }
@@ -46,12 +47,14 @@ BrowserWindow::BrowserWindow(Session& session, BrowserMemory& memory, UserSettin
       user_(user),
       player_(player),
       dialogs_(std::make_unique<WindowDialogs>(this, session.Words)),
+      printers_(std::make_unique<SystemPrinter>()),
       pages_(memory, [this](const QString& text) {
         return static_cast<double>(fontMetrics().horizontalAdvance(text));
       }) {
   setObjectName(QStringLiteral("LoadIMG"));
   setWindowFlag(Qt::WindowMaximizeButtonHint);
   setSizeGripEnabled(true);
+  folders_.setIconProvider(&folderIcons_);
   folders_.setFilter(QDir::Dirs | QDir::NoDotAndDotDot);
   folders_.setReadOnly(true);
   folders_.setRootPath(QDir::rootPath());
@@ -104,6 +107,15 @@ void BrowserWindow::showEvent(QShowEvent* event) {
   }
 }
 
+/// Files that another program wrote meanwhile are read again when the user comes back.
+bool BrowserWindow::event(QEvent* event) {
+  const bool comesBack = event->type() == QEvent::WindowActivate && shown_ && !running_;
+  if (comesBack && pages_.BrowserReady && pages_.IsPageStale()) {
+    ReadAgain();
+  }
+  return QDialog::event(event);
+}
+
 /// The first showing: both folders as the settings have them.
 void BrowserWindow::Activated() {
   close_->setFocus();
@@ -136,8 +148,7 @@ void BrowserWindow::ChangeFolder(const QString& folder) {
   }
   BringIntoLine();
   if (!isRead) {
-    Say(session_.Words.LangString(474, "The folder %1 cannot be read.")
-            .arg(OneLine(ShownPath(folder))));
+    SayUnreadable(folder);
   }
 }
 
@@ -159,13 +170,21 @@ void BrowserWindow::ChangePalette() {
 
 void BrowserWindow::ReadAgain() {
   loadingClock_.start();
-  pages_.ReadAgain();
+  const bool isRead = pages_.ReadAgain();
   BringIntoLine();
+  if (!isRead) {
+    SayUnreadable(pages_.SourceFolder);
+  }
+}
+
+void BrowserWindow::SayUnreadable(const QString& folder) {
+  Say(session_.Words.LangString(474, "The folder %1 cannot be read.")
+          .arg(OneLine(ShownPath(folder))));
 }
 
 /// Something came to or went from the folder on show.
 void BrowserWindow::FolderStirred() {
-  const bool isBusy = !pages_.BrowserReady || !isActiveWindow();
+  const bool isBusy = !pages_.BrowserReady || running_ || !isActiveWindow();
   if (isBusy) {
     stirred_.start();
   } else {
@@ -201,6 +220,7 @@ void BrowserWindow::BringIntoLine() {
   status_->hide();
   gauge_->hide();
   gauge_->setValue(0);
+  fileText_->hide();
   counts_->show();
   load_->setEnabled(true);
   ShowPageList();
@@ -283,6 +303,7 @@ void BrowserWindow::ShowSelection() {
           .arg(pages_.Files.SelectedCount()));
   selectAll_->setEnabled(pages_.Files.Count() > 0);
   resetAll_->setEnabled(pages_.Files.Count() > 0);
+  ShowTransferButtons();
 }
 
 void BrowserWindow::Say(const QString& text) {

@@ -8,10 +8,14 @@
 #include <memory>
 #include <optional>
 
+#include "browser/contact_sheet.h"
+#include "browser/sheet_printer.h"
 #include "browser/thumbnail_pages.h"
+#include "browser/transfer.h"
 #include "core/dialogs.h"
 #include "core/user_settings.h"
 #include "open/session.h"
+#include "windows/folder_icons.h"
 
 class QCheckBox;
 class QComboBox;
@@ -46,11 +50,14 @@ class BrowserWindow : public QDialog {
   void SetWindowLanguage();
   /// Replaces the platform's dialogs, for tests.
   void SetDialogs(std::unique_ptr<Dialogs> dialogs) { dialogs_ = std::move(dialogs); }
+  /// Replaces the system's printers, for tests.
+  void SetPrinters(std::unique_ptr<SheetPrinter> printers) { printers_ = std::move(printers); }
 
   void done(int result) override;
 
  protected:
   void showEvent(QShowEvent* event) override;
+  bool event(QEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
   bool eventFilter(QObject* watched, QEvent* event) override;
 
@@ -82,6 +89,7 @@ class BrowserWindow : public QDialog {
   QString TipOf(const ThumbnailPages::Place& place) const;
   QString MissingWords(const ThumbnailPages::Place& place) const;
   void Say(const QString& text);
+  void SayUnreadable(const QString& folder);
 
   // browser_window_tiles.cpp
   void Pick(int tile);
@@ -99,7 +107,25 @@ class BrowserWindow : public QDialog {
   void LeaveWith(std::optional<ChosenImage> chosen);
   void TileButton();
   void ShowSound();
-  void Transfer() {}
+
+  // browser_window_transfer.cpp
+  using Operation = int (*)(const TransferRequest&, const TransferSurroundings&);
+  void CopySelected();
+  void TransferSelected();
+  void DeleteSelected();
+  void Run(Operation operation);
+  void SourceChanged(int page);
+  void ShowRun(const TransferStatus& status);
+  void ShowTransferButtons();
+
+  // browser_window_print.cpp
+  void PrintPage();
+  QString AskPrinter();
+  QString AskPdfName();
+  Sheet PageAsSheet();
+  QImage PrintedPicture(const ThumbnailPages::Place& place) const;
+  void ShowPrinting(const QString& text, int percent);
+  void TellPrintFailure(const QString& reason);
 
   // browser_window_folders.cpp
   void ShowFolderMenu(QPoint at);
@@ -112,13 +138,16 @@ class BrowserWindow : public QDialog {
   NotePlayer* player_;
   std::function<void()> formerChanged_;  // Of the player, put back at the end.
   std::unique_ptr<Dialogs> dialogs_;
+  std::unique_ptr<SheetPrinter> printers_;
   ThumbnailPages pages_;
   std::optional<ChosenImage> chosen_;
+  FolderIcons folderIcons_;
   QFileSystemModel folders_;
   QFileSystemWatcher watcher_;
   QTimer stirred_;  // Until the folder on show has come to rest.
   QElapsedTimer loadingClock_;
   bool shown_ = false;
+  bool running_ = false;  // Files are being copied, moved or deleted.
   bool formLoading_ = true;
 
   FolderPanel* source_ = nullptr;  // Drive1, Dir1

@@ -9,7 +9,6 @@
 #include "core/file_access.h"
 #include "core/path_bytes.h"
 #include "widgets/plain_text.h"
-#include "windows/ask_dialogs.h"
 #include "windows/browser_window.h"
 #include "windows/folder_panel.h"
 
@@ -41,8 +40,8 @@ void BrowserWindow::ShowFolderMenu(QPoint at) {
 
 void BrowserWindow::CreateTargetFolder() {
   const Strings& words = session_.Words;
-  const auto name = dialogs_->AskText(words.LangString(195, "New Folder") + QStringLiteral("\n\n") +
-                                      words.LangString(161, "Enter New Folder Name"));
+  const auto name = dialogs_->AskTitledText(words.LangString(195, "New Folder"),
+                                            words.LangString(161, "Enter New Folder Name"));
   if (!name || name->isEmpty()) {
     return;
   }
@@ -56,13 +55,12 @@ void BrowserWindow::CreateTargetFolder() {
   target_->SetFolder(path);
   pages_.TargetFolder = path;
   pages_.CheckTransfer();
+  ShowTransferButtons();
 }
 
 void BrowserWindow::Inform(int textId, const char* defaultText) {
-  const auto box = PlainMessageBox(this, session_.Words.LangString(textId, defaultText),
-                                   QMessageBox::Ok, session_.Words);
-  box->setIcon(QMessageBox::Information);
-  box->exec();
+  dialogs_->ShowMessage({windowTitle(), session_.Words.LangString(textId, defaultText),
+                         MessageButtons::kOk, MessageIcon::kInformation});
 }
 
 void BrowserWindow::RenameTargetFolder() {
@@ -73,9 +71,9 @@ void BrowserWindow::RenameTargetFolder() {
     return;
   }
   const bool isSource = former == pages_.SourceFolder;
-  const auto name = dialogs_->AskText(words.LangString(214, "Rename") + QLatin1Char(' ') +
-                                      OneLine(ShownPath(former)) + QStringLiteral("\n\n") +
-                                      words.LangString(161, "Enter New Folder Name"));
+  const auto name = dialogs_->AskTitledText(
+      words.LangString(214, "Rename") + QLatin1Char(' ') + OneLine(ShownPath(former)),
+      words.LangString(161, "Enter New Folder Name"));
   if (!name || name->isEmpty()) {
     return;
   }
@@ -97,6 +95,7 @@ void BrowserWindow::RenameTargetFolder() {
     ChangeFolder(path + pages_.SourceFolder.mid(former.size()));
   }
   pages_.CheckTransfer();
+  ShowTransferButtons();
 }
 
 }  // namespace tessa

@@ -143,17 +143,12 @@ QWidget* BrowserWindow::MakePageSide() {
   resetAll_ = MakeButton("Command12", &BrowserWindow::ResetAll);
   play_ = MakeButton("Command13", &BrowserWindow::TileButton);
   play_->setIcon(ToolIcon(QStringLiteral("play_sound"), palette().color(QPalette::ButtonText)));
-  print_ = MakeButton("Command7", &BrowserWindow::Transfer);
-  copy_ = MakeButton("Command8", &BrowserWindow::Transfer);
-  transfer_ = MakeButton("Command9", &BrowserWindow::Transfer);
-  delete_ = MakeButton("Command10", &BrowserWindow::Transfer);
+  print_ = MakeButton("Command7", &BrowserWindow::PrintPage);
+  copy_ = MakeButton("Command8", &BrowserWindow::CopySelected);
+  transfer_ = MakeButton("Command9", &BrowserWindow::TransferSelected);
+  delete_ = MakeButton("Command10", &BrowserWindow::DeleteSelected);
   embed_ = new QCheckBox(side);
   embed_->setObjectName(QStringLiteral("chkEmbed"));
-  // Their subsystems are still to come.
-  for (QWidget* const waiting :
-       std::initializer_list<QWidget*>{print_, copy_, transfer_, delete_, embed_}) {
-    waiting->setEnabled(false);
-  }
   auto* const selection = new QHBoxLayout;
   selection->addWidget(selectAll_);
   selection->addWidget(resetAll_);
@@ -190,7 +185,7 @@ QLayout* BrowserWindow::MakeEnding() {
   row->addWidget(counts_, 1);
   row->addWidget(status_, 1);
   row->addWidget(gauge_);
-  row->addWidget(fileText_, 1);
+  row->addWidget(fileText_, 3);
   row->addWidget(load_);
   row->addWidget(close_);
   return row;
@@ -201,6 +196,7 @@ void BrowserWindow::Connect() {
   connect(target_, &FolderPanel::FolderChanged, this, [this](const QString& folder) {
     pages_.TargetFolder = folder;
     pages_.CheckTransfer();
+    ShowTransferButtons();
   });
   connect(target_, &FolderPanel::MenuAsked, this, &BrowserWindow::ShowFolderMenu);
   connect(filters_, &QComboBox::activated, this, &BrowserWindow::ChangeFilter);

@@ -3,6 +3,9 @@
 #include <QMenu>
 #include <QPushButton>
 
+#include "browser/save_info_note.h"
+#include "core/path_bytes.h"
+#include "core/steps.h"
 #include "sound/note_player.h"
 #include "widgets/plain_text.h"
 #include "windows/browser_window.h"
@@ -74,7 +77,19 @@ void BrowserWindow::ShowTileMenu(int tile, bool onPicture, QPoint at) {
 }
 
 void BrowserWindow::ShowInfo(int tile) {
-  ImageInfoDialog(InfoOfTile(pages_, tile, session_.Words), session_.Words, this).exec();
+  const ImageInfo info = InfoOfTile(pages_, tile, session_.Words);
+  ImageInfoDialog dialog(info, session_.Words, this);
+  dialog.Save = [&](const ImageNote& texts) {
+    try {
+      SaveInfoNote(info, texts, session_, &pages_);
+      ShowTiles();
+    } catch (const StepFailure& reason) {
+      Say(session_.Words.LangString(435, "Could not save %1: %2")
+              .arg(OneLine(ShownPath(info.FileName)),
+                   OneLine(QString::fromStdString(reason.what()))));
+    }
+  };
+  dialog.exec();
 }
 
 void BrowserWindow::PlayTile(int tile) {

@@ -1,6 +1,10 @@
 // Commands that look at many images or at the facts of one.
 
+#include "browser/save_info_note.h"
 #include "core/file_access.h"
+#include "core/path_bytes.h"
+#include "core/steps.h"
+#include "core/tell.h"
 #include "open/load_image.h"
 #include "open/no_picture.h"
 #include "view/palettes.h"
@@ -66,7 +70,20 @@ void MainWindow::OpenChosen(const ChosenImage& chosen, int palette) {
 }
 
 void MainWindow::ShowImageInfo() {
-  ImageInfoDialog(InfoOfOpenImage(session_), session_.Words, this).exec();
+  const ImageInfo info = InfoOfOpenImage(session_);
+  ImageInfoDialog dialog(info, session_.Words, this);
+  dialog.Save = [&](const ImageNote& texts) {
+    try {
+      SaveInfoNote(info, texts, session_, nullptr);
+    } catch (const StepFailure& reason) {
+      Tell(NoticeKind::kFailed,
+           session_.Words.LangString(435, "Could not save %1: %2")
+               .arg(ShownPath(info.FileName), QString::fromStdString(reason.what())),
+           session_.View);
+    }
+    BringIntoLine();
+  };
+  dialog.exec();
 }
 
 }  // namespace tessa

@@ -2,13 +2,15 @@
 
 #include <QComboBox>
 #include <QDir>
-#include <QFileInfo>
 #include <QFileSystemModel>
 #include <QHeaderView>
+#include <QScrollBar>
 #include <QStorageInfo>
 #include <QTreeView>
 #include <QVBoxLayout>
 
+#include "browser/file_list.h"
+#include "core/file_access.h"
 #include "core/path_bytes.h"
 #include "widgets/plain_text.h"
 
@@ -16,7 +18,8 @@ namespace tessa {
 namespace {
 
 constexpr int kRestMilliseconds = 150;
-constexpr int kSettleMilliseconds = 1500;
+constexpr int kScrollMilliseconds = 30;
+constexpr int kSettleMilliseconds = 3000;
 constexpr int kSmallestTree = 110;
 
 /// Where memory cards and sticks are mounted.
@@ -55,28 +58,35 @@ FolderPanel::FolderPanel(const char* places, const char* tree, QFileSystemModel&
   connect(tree_, &QTreeView::customContextMenuRequested, this,
           [this](QPoint position) { Q_EMIT MenuAsked(tree_->viewport()->mapToGlobal(position)); });
   connect(&rest_, &QTimer::timeout, this, &FolderPanel::TakeCurrent);
-  // Once the rows of what was read have their places.
-  connect(
-      &model_, &QFileSystemModel::directoryLoaded, this,
-      [this] {
-        if (sinceSet_.isValid() && sinceSet_.elapsed() < kSettleMilliseconds) {
-          tree_->scrollTo(tree_->currentIndex());
-        }
-      },
-      Qt::QueuedConnection);
+  // Rows that are read or sorted in after a folder was chosen move it out of sight.
+  scroll_.setSingleShot(true);
+  scroll_.setInterval(kScrollMilliseconds);
+  connect(&scroll_, &QTimer::timeout, this, [this] { tree_->scrollTo(tree_->currentIndex()); });
+  const auto rowsMoved = [this] {
+    if (sinceSet_.isValid() && sinceSet_.elapsed() < kSettleMilliseconds) {
+      scroll_.start();
+    }
+  };
+  connect(&model_, &QFileSystemModel::directoryLoaded, this, rowsMoved);
+  connect(&model_, &QFileSystemModel::rowsInserted, this, rowsMoved);
+  connect(&model_, &QFileSystemModel::layoutChanged, this, rowsMoved);
+  connect(tree_->verticalScrollBar(), &QScrollBar::actionTriggered, this, [this] {
+    scroll_.stop();
+    sinceSet_.invalidate();  // The user looks elsewhere.
+  });
 }
 
 void FolderPanel::SetPlaces(const QStringList& recentFolders, const Strings& words) {
   const QSignalBlocker blocker(places_);
   places_->clear();
   const auto add = [this](const QString& text, const QString& path) {
-    if (places_->findData(path) < 0 && QFileInfo(path).isDir()) {
-      places_->addItem(OneLine(text), path);
+    if (places_->findData(path) < 0 && IsFolder(path)) {
+      places_->addItem(OneLine(ShownPath(text)), path);
     }
   };
   add(words.LangString(472, "Home"), QDir::homePath());
   for (const QString& folder : recentFolders) {
-    add(QFileInfo(folder).fileName(), folder);
+    add(folder.section(QLatin1Char('/'), -1), folder);
   }
   for (const QStorageInfo& volume : QStorageInfo::mountedVolumes()) {
     if (volume.isValid() && volume.isReady() && IsCard(volume.rootPath())) {
@@ -84,17 +94,33 @@ void FolderPanel::SetPlaces(const QStringList& recentFolders, const Strings& wor
     }
   }
   add(words.LangString(481, "Computer"), QDir::rootPath());
+  fixedPlaces_ = places_->count();
   ShowPlace();
 }
 
 void FolderPanel::SetAccessibleNames(const QString& places, const QString& tree) {
   places_->setAccessibleName(places);
   places_->setToolTip(places);
+  places_->setPlaceholderText(places);
   tree_->setAccessibleName(tree);
 }
 
-/// The place that the folder is, if any.
+/// The place that the folder is, if any. Folders that the tree cannot show are places while their
+/// parent, or they themselves, are chosen.
 void FolderPanel::ShowPlace() {
+  const QSignalBlocker blocker(places_);
+  while (places_->count() > fixedPlaces_) {
+    places_->removeItem(fixedPlaces_);
+  }
+  QStringList further = FoldersWithOddNames(folder_);
+  if (!model_.index(folder_).isValid() && IsFolder(folder_)) {
+    further.prepend(folder_);
+  }
+  for (const QString& path : further) {
+    if (places_->findData(path) < 0) {
+      places_->addItem(OneLine(ShownPath(path.section(QLatin1Char('/'), -1))), path);
+    }
+  }
   places_->setCurrentIndex(places_->findData(folder_));
 }
 
@@ -125,6 +151,13 @@ void FolderPanel::PlaceChosen(int position) {
 void FolderPanel::CurrentChanged(const QModelIndex& index) {
   if (index.isValid()) {
     rest_.start();
+  }
+}
+
+void FolderPanel::Settle() {
+  if (rest_.isActive()) {
+    rest_.stop();
+    TakeCurrent();
   }
 }
 

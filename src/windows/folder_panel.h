@@ -26,6 +26,8 @@ class FolderPanel : public QWidget {
   void SetAccessibleNames(const QString& places, const QString& tree);
   /// Shows a folder as the chosen one, without a signal.
   void SetFolder(const QString& path);
+  /// Takes at once what keys or clicks have just come to.
+  void Settle();
   /// The chosen folder.
   const QString& Folder() const { return folder_; }
   QTreeView& Tree() { return *tree_; }
@@ -44,9 +46,11 @@ class FolderPanel : public QWidget {
   QFileSystemModel& model_;
   QComboBox* places_;
   QTreeView* tree_;
-  QElapsedTimer sinceSet_;  // Folders that are read soon after move the chosen one out of sight.
+  QElapsedTimer sinceSet_;  // A folder was chosen; invalid once the user has scrolled away.
+  QTimer scroll_;           // Until rows have come to rest.
   QTimer rest_;             // Keys run past folders that nobody wants to see.
   QString folder_;
+  int fixedPlaces_ = 0;  // Those behind them change with the folder.
 };
 
 }  // namespace tessa

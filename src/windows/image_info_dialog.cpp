@@ -56,7 +56,9 @@ ImageInfoDialog::ImageInfoDialog(const ImageInfo& info, const Strings& words, QW
   ok->setDefault(true);
   connect(ok, &QPushButton::clicked, this, &QDialog::accept);
   auto* const ending = new QHBoxLayout;
+  QPushButton* const save = MakeSaveButton(words.LangString(223, "Save"));
   ending->addStretch();
+  ending->addWidget(save);
   ending->addWidget(ok);
   auto* const layout = new QVBoxLayout(this);
   layout->setContentsMargins(kMargin, kMargin, kMargin, kMargin);
@@ -69,10 +71,37 @@ ImageInfoDialog::ImageInfoDialog(const ImageInfo& info, const Strings& words, QW
     layout->addWidget(
         MakePhotograph(info.Photograph, words.LangString(277, "Visible Light Image")));
   }
+  comment_ = findChild<QPlainTextEdit*>(QStringLiteral("txtComment"));
+  memo_ = findChild<QPlainTextEdit*>(QStringLiteral("txtMemo"));
+  for (const QPlainTextEdit* const text : {comment_, memo_}) {
+    connect(text, &QPlainTextEdit::textChanged, save, [save] {
+      if (save->isVisible()) {
+        save->setEnabled(true);
+      }
+    });
+  }
   layout->addStretch();
   layout->addLayout(ending);
   resize(kFirstWidth, sizeHint().height());
   ok->setFocus();
+}
+
+/// Out of reach: texts are written by the tool, which refuses what does not fit.
+QPushButton* ImageInfoDialog::MakeSaveButton(const QString& text) {
+  auto* const save = new QPushButton(text, this);
+  save->setObjectName(QStringLiteral("Command2"));
+  save->setAutoDefault(false);
+  save->setEnabled(false);
+  save->hide();
+  connect(save, &QPushButton::clicked, this, &ImageInfoDialog::SaveTexts);
+  return save;
+}
+
+void ImageInfoDialog::SaveTexts() {
+  if (Save) {
+    Save({comment_->toPlainText(), memo_->toPlainText()});
+  }
+  accept();
 }
 
 /// A line that has nothing to say is left out.

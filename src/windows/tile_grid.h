@@ -3,11 +3,24 @@
 #include <QPixmap>
 #include <QWidget>
 #include <array>
+#include <functional>
 
 #include "browser/thumbnail_pages.h"
 #include "formats/bmp.h"
 
 namespace tessa {
+
+/// A part of a tile that has a name of its own. Painted by the tile; lets the mouse through.
+class TilePart : public QWidget {
+ public:
+  TilePart(const QString& name, std::function<void(QPainter&)> paint, QWidget* parent);
+
+ protected:
+  void paintEvent(QPaintEvent* event) override;
+
+ private:
+  std::function<void(QPainter&)> paint_;
+};
 
 /// One tile of the browser: picture, fitted name and sound mark; yellow when selected. Shows what
 /// it is given and keeps no facts of its own.
@@ -36,12 +49,16 @@ class TileWidget : public QWidget {
   void contextMenuEvent(QContextMenuEvent* event) override;
   void focusInEvent(QFocusEvent* event) override;
   void focusOutEvent(QFocusEvent* event) override;
+  void resizeEvent(QResizeEvent* event) override;
 
  private:
+  QRect CaptionLine() const;
   QRect PictureRoom() const;
   QRect PictureArea() const;
   void PaintPicture(QPainter& painter);
-  void PaintCaption(QPainter& painter, const QColor& ink);
+  void PaintCaption(QPainter& painter);
+  void PaintMark(QPainter& painter);
+  QColor Ink() const;
 
   QString caption_;
   QString missing_;  // Stands in the place of a picture that there is none of.
@@ -52,6 +69,8 @@ class TileWidget : public QWidget {
   bool isBlue_ = false;
   bool hasSound_ = false;
   bool isBroken_ = false;
+  TilePart* picturePart_;  // Picbuf3
+  TilePart* mark_;         // Image1: there is a sound note.
 };
 
 /// The ten tiles of a page in as many columns as give them the most room, and the keys that move

@@ -24,7 +24,26 @@ bool IsDark(const QColor& colour) {
 
 }  // namespace
 
-TileWidget::TileWidget(int number, QWidget* parent) : QWidget(parent) {
+TilePart::TilePart(const QString& name, std::function<void(QPainter&)> paint, QWidget* parent)
+    : QWidget(parent), paint_(std::move(paint)) {
+  setObjectName(name);
+  setAttribute(Qt::WA_TransparentForMouseEvents);
+}
+
+void TilePart::paintEvent(QPaintEvent* /*event*/) {
+  QPainter painter(this);
+  painter.translate(-pos());  // In the tile's own places.
+  paint_(painter);
+}
+
+TileWidget::TileWidget(int number, QWidget* parent)
+    : QWidget(parent),
+      picturePart_(new TilePart(
+          QStringLiteral("Picbuf3_%1").arg(number),
+          [this](QPainter& painter) { PaintPicture(painter); }, this)),
+      mark_(new TilePart(
+          QStringLiteral("Image1_%1").arg(number),
+          [this](QPainter& painter) { PaintMark(painter); }, this)) {
   setObjectName(QStringLiteral("SSPanel3_%1").arg(number));
 }
 
@@ -38,6 +57,7 @@ void TileWidget::Show(const ThumbnailPages::Place& place, const ColourTable& pal
   marked_ = place.Marked;
   isBlue_ = place.Content.IsBlueCaption;
   hasSound_ = !place.Content.SoundReference.isEmpty();
+  mark_->setVisible(hasSound_);
   isBroken_ = place.Content.SequenceFrames == 0;
   setToolTip(tip);
   setAccessibleName(place.Caption);
@@ -75,10 +95,7 @@ void TileWidget::paintEvent(QPaintEvent* /*event*/) {
   frame.state |= marked_ ? QStyle::State_Sunken : QStyle::State_Raised;
   painter.fillRect(rect(), marked_ ? kSelected : face);
   style()->drawPrimitive(QStyle::PE_Frame, &frame, &painter, this);
-  const bool isDark = !marked_ && IsDark(face);
-  PaintPicture(painter);
-  PaintCaption(painter, isBlue_ ? (isDark ? kBlue.lighter(170) : kBlue)
-                                : (isDark ? palette().color(QPalette::ButtonText) : Qt::black));
+  PaintCaption(painter);
   if (hasFocus()) {
     painter.setPen(QPen(palette().color(QPalette::Highlight), 2));
     painter.drawRect(rect().adjusted(1, 1, -1, -1));
@@ -116,23 +133,44 @@ void TileWidget::PaintPicture(QPainter& painter) {
   painter.drawPixmap(area, scaled_);
 }
 
-/// Left of the mark where there is one, so that both have room.
-void TileWidget::PaintCaption(QPainter& painter, const QColor& ink) {
-  const int height = fontMetrics().height() + 2;
-  const QRect line(kMargin, rect().bottom() - kMargin - height + 2, width() - 2 * kMargin, height);
-  painter.setPen(ink);
-  painter.drawText(
-      line, (hasSound_ ? Qt::AlignLeft : Qt::AlignHCenter) | Qt::AlignVCenter | Qt::TextSingleLine,
-      caption_);
-  if (hasSound_) {
-    const QRect mark(line.right() - kMarkSize, line.center().y() - kMarkSize / 2, kMarkSize,
-                     kMarkSize);
-    ToolIcon(QStringLiteral("play_sound"), ink).paint(&painter, mark);
+QColor TileWidget::Ink() const {
+  const bool isDark = !marked_ && IsDark(palette().color(QPalette::Button));
+  if (isBlue_) {
+    return isDark ? kBlue.lighter(170) : kBlue;
   }
+  return isDark ? palette().color(QPalette::ButtonText) : QColor(Qt::black);
+}
+
+QRect TileWidget::CaptionLine() const {
+  const int height = fontMetrics().height() + 2;
+  return {kMargin, rect().bottom() - kMargin - height + 2, width() - 2 * kMargin, height};
+}
+
+/// Left of the mark where there is one, so that both have room.
+void TileWidget::PaintCaption(QPainter& painter) {
+  painter.setPen(Ink());
+  painter.drawText(
+      CaptionLine(),
+      (hasSound_ ? Qt::AlignLeft : Qt::AlignHCenter) | Qt::AlignVCenter | Qt::TextSingleLine,
+      caption_);
+}
+
+void TileWidget::PaintMark(QPainter& painter) {
+  ToolIcon(QStringLiteral("play_sound"), Ink()).paint(&painter, mark_->geometry());
+}
+
+void TileWidget::resizeEvent(QResizeEvent* event) {
+  QWidget::resizeEvent(event);
+  const QRect line = CaptionLine();
+  picturePart_->setGeometry(PictureRoom());
+  mark_->setGeometry(line.right() - kMarkSize, line.center().y() - kMarkSize / 2, kMarkSize,
+                     kMarkSize);
 }
 
 void TileWidget::mousePressEvent(QMouseEvent* event) {
-  if (event->button() == Qt::LeftButton) {
+  if (event->button() == Qt::LeftButton && hasSound_ && mark_->geometry().contains(event->pos())) {
+    Q_EMIT MenuAsked(false, event->globalPosition().toPoint());
+  } else if (event->button() == Qt::LeftButton) {
     Q_EMIT Picked();
   } else {
     QWidget::mousePressEvent(event);
