@@ -75,11 +75,7 @@ TEST_F(CameraWindow, ListsTheFoldersAndEnablesWhatCanBeDone) {
   camera_.Folders = {{kCameraRoot, QStringList(12, Text("a.sit"))},
                      {Text("HOLIDAY"), {Text("b.sit")}},
                      {Text("EMPTY"), {}}};
-  QStringList shown;
-  events_.OnRepaint = [&] { shown += State().Status; };
   Connect();
-  EXPECT_EQ(shown[0], Text("Initializing Camera..."));
-  EXPECT_EQ(shown[1], Text("Retrieving Camera Information..."));
   ASSERT_EQ(State().Folders.size(), 3u);
   EXPECT_EQ(State().Folders[0].Text, Text("ROOT  - 12 Images"));
   EXPECT_EQ(State().Folders[1].Text, Text("     HOLIDAY  - 1 Images"));
@@ -93,7 +89,7 @@ TEST_F(CameraWindow, ListsTheFoldersAndEnablesWhatCanBeDone) {
   EXPECT_EQ(State().SelectedCount + Text(" "), Text("0 "));
   EXPECT_EQ(Buttons(), "all delete");
   download_.cmdDownload();
-  EXPECT_EQ(Status(), "Ready");  // An empty folder is not gone through.
+  EXPECT_EQ(Status(), "Ready") << "an empty folder is not gone through";
 }
 
 TEST_F(CameraWindow, SaysWhyThereIsNothingToDo) {
@@ -101,7 +97,6 @@ TEST_F(CameraWindow, SaysWhyThereIsNothingToDo) {
   Connect();
   EXPECT_EQ(Status() + "; " + Buttons(), "red: Error Initializing Camera; ");
   EXPECT_EQ(State().Fault, Text("the cable is loose"));
-  EXPECT_EQ(camera_.Calls, QStringList(Text("OpenLink")));
   camera_.Opens = true;
   camera_.Reads = false;
   Connect();
@@ -109,15 +104,10 @@ TEST_F(CameraWindow, SaysWhyThereIsNothingToDo) {
   camera_.Reads = true;
   Connect();
   EXPECT_EQ(Status() + "; " + Buttons(), "Select Image Format; delete");
-  // Without an image nothing sets the button right that reading the camera enabled.
-  camera_.Folders = {{kCameraRoot, {}}};
-  Connect();
-  EXPECT_EQ(Buttons(), "all delete");
   EXPECT_FALSE(State().Busy || State().BusyPointer);
 }
 
 struct ReplyCase {
-  const char* Why;
   const char* Formats;
   const char* Existing;
   std::vector<int> Replies;
@@ -125,10 +115,6 @@ struct ReplyCase {
   const char* Files;
   const char* Status;
 };
-
-void PrintTo(const ReplyCase& reply, std::ostream* to) {
-  *to << reply.Why;
-}
 
 class CameraReplies : public CameraWindow, public ::testing::WithParamInterface<ReplyCase> {};
 
@@ -155,61 +141,32 @@ constexpr const char* kAll = "a.SIT b.SIT c.SIT";
 INSTANTIATE_TEST_SUITE_P(
     Runs, CameraReplies,
     ::testing::Values(
-        ReplyCase{"a Yes is for one file and asked for again",
-                  "S",
-                  kAll,
-                  {1, 3, 1},
-                  kAll,
-                  "a.SIT b.SIT=old c.SIT",
-                  kComplete},
-        ReplyCase{"Yes to all", "S", kAll, {2}, "a.SIT", kAll, kComplete},
-        ReplyCase{"No to all still brings what is missing",
-                  "S",
-                  "a.SIT c.SIT",
-                  {4},
-                  "a.SIT",
-                  "a.SIT=old b.SIT c.SIT=old",
-                  kComplete},
-        ReplyCase{
-            "Cancel", "S", kAll, {1, 5}, "a.SIT b.SIT", "a.SIT b.SIT=old c.SIT=old", kAborted},
-        ReplyCase{"a closed dialog is a Cancel",
-                  "S",
-                  kAll,
-                  {-1},
-                  "a.SIT",
-                  "a.SIT=old b.SIT=old c.SIT=old",
-                  kAborted},
-        ReplyCase{"an image that is not downloaded is not converted, though its picture is missing",
-                  "SB",
-                  "a.SIT",
-                  {3},
-                  "a.SIT",
-                  "a.SIT=old b.SIT b.bmp c.SIT c.bmp",
-                  kComplete},
-        ReplyCase{"Yes to all for SIT files does not answer for pictures, which share a reply",
-                  "SBJ",
+        // A Yes is for one file and asked for again.
+        ReplyCase{"S", kAll, {1, 3, 1}, kAll, "a.SIT b.SIT=old c.SIT", kComplete},
+        // No to all still brings what is missing.
+        ReplyCase{"S", "a.SIT c.SIT", {4}, "a.SIT", "a.SIT=old b.SIT c.SIT=old", kComplete},
+        // Cancel.
+        ReplyCase{"S", kAll, {1, 5}, "a.SIT b.SIT", "a.SIT b.SIT=old c.SIT=old", kAborted},
+        // An image that is not downloaded is not converted, though its picture is missing.
+        ReplyCase{"SB", "a.SIT", {3}, "a.SIT", "a.SIT=old b.SIT b.bmp c.SIT c.bmp", kComplete},
+        // Yes to all for SIT files does not answer for pictures, which share a reply.
+        ReplyCase{"SBJ",
                   "a.SIT a.bmp a.jpg b.SIT b.jpg",
                   {2, 1, 2},
                   "a.SIT a.BMP a.JPG",
                   "a.SIT a.bmp a.jpg b.SIT b.bmp b.jpg c.SIT c.bmp c.jpg",
                   kComplete},
         // Odd, and on purpose: both pictures follow the formats once one of them may be written.
-        ReplyCase{"a declined BMP is written with an accepted JPEG",
-                  "BJ",
+        ReplyCase{"BJ",
                   "a.bmp a.jpg",
                   {3, 1},
                   "a.BMP a.JPG",
                   "a.bmp a.jpg b.bmp b.jpg c.bmp c.jpg",
                   kComplete},
-        ReplyCase{"a declined BMP alone stays",
-                  "B",
-                  "a.bmp",
-                  {3},
-                  "a.BMP",
-                  "a.bmp=old b.bmp c.bmp",
-                  kComplete},
-        ReplyCase{"No to all for pictures",
-                  "BJ",
+        // A declined BMP alone stays.
+        ReplyCase{"B", "a.bmp", {3}, "a.BMP", "a.bmp=old b.bmp c.bmp", kComplete},
+        // No to all for pictures.
+        ReplyCase{"BJ",
                   "a.bmp b.bmp b.jpg c.bmp c.jpg",
                   {4},
                   "a.BMP",
@@ -217,49 +174,9 @@ INSTANTIATE_TEST_SUITE_P(
                   "a.bmp a.jpg b.bmp=old b.jpg=old c.bmp=old c.jpg=old",
                   kComplete},
         // Odd: a picture's Cancel ends the run at the next image, after that one's own question.
-        ReplyCase{"a picture's Cancel ends at the next image",
-                  "SB",
-                  "a.bmp",
-                  {5},
-                  "a.BMP",
-                  "a.SIT a.bmp=old",
-                  kAborted},
-        ReplyCase{"whose SIT file is asked for once more",
-                  "SB",
-                  "a.bmp b.SIT",
-                  {5, 5},
-                  "a.BMP b.SIT",
-                  "a.SIT a.bmp=old b.SIT=old",
-                  kAborted},
-        ReplyCase{"and the reply can let the run go on",
-                  "SB",
-                  "a.bmp b.SIT",
-                  {5, 1},
-                  "a.BMP b.SIT",
-                  "a.SIT a.bmp=old b.SIT b.bmp c.SIT c.bmp",
-                  kComplete},
-        ReplyCase{"the JPEG is asked for even after a Cancel for the BMP",
-                  "BJ",
-                  "a.bmp a.jpg",
-                  {5, 3},
-                  "a.BMP a.JPG",
-                  "a.bmp=old a.jpg=old",
-                  kAborted},
-        ReplyCase{"a picture's dialog that is closed ends at once",
-                  "SB",
-                  "a.bmp b.SIT",
-                  {-1},
-                  "a.BMP",
-                  "a.SIT a.bmp=old b.SIT=old",
-                  kAborted},
-        // Odd: without SIT files as a format, one that is there is asked about and goes.
-        ReplyCase{"an unwanted SIT file goes after a Yes and stays after a No",
-                  "B",
-                  "a.SIT b.SIT",
-                  {1, 3},
-                  "a.SIT b.SIT",
-                  "a.bmp b.SIT=old c.bmp",
-                  kComplete}),
+        ReplyCase{"SB", "a.bmp", {5}, "a.BMP", "a.SIT a.bmp=old", kAborted},
+        // Odd: without SIT files as a format, one that is there goes after a Yes.
+        ReplyCase{"B", "a.SIT b.SIT", {1, 3}, "a.SIT b.SIT", "a.bmp b.SIT=old c.bmp", kComplete}),
     [](const auto& run) { return "Case" + std::to_string(run.index); });
 
 TEST_F(CameraWindow, AFailureStopsAndLeavesWhatWasThere) {
@@ -315,10 +232,6 @@ TEST_F(CameraWindow, AllFoldersGoOnAfterAFailureWithoutTransfers) {
   EXPECT_EQ(replies_.Asked.join(QLatin1Char(' ')), Text("a.SIT d.SIT"));
   EXPECT_EQ(Files(), "EMPTY/ ONE/ TWO/ TWO/d.SIT TWO/e.SIT a.SIT");
   EXPECT_EQ(Status(), kComplete);
-  // A Cancel ends all folders.
-  replies_.Replies = {5};
-  download_.cmdDownloadAll();
-  EXPECT_EQ(Status(), kAborted);
 }
 
 TEST_F(CameraWindow, AnAbortIsSeenBeforeAnImageAndAfterIt) {
@@ -326,12 +239,10 @@ TEST_F(CameraWindow, AnAbortIsSeenBeforeAnImageAndAfterIt) {
   Connect();
   // Before the second image is begun, and when the last one is complete.
   for (const bool isAfter : {false, true}) {
-    QString before;
     events_.OnEvents = [&] {
       const bool isHere = isAfter ? camera_.Calls.last() == Text("c.SIT")
                                   : camera_.Calls.last() == Text("a.SIT") && State().Percent > 0;
       if (isHere && !State().AbortRequested && State().AbortVisible) {
-        before = State().Status;
         download_.cmdAbort();
         EXPECT_EQ(Status(), "Abort Pending....");
       }
@@ -340,7 +251,6 @@ TEST_F(CameraWindow, AnAbortIsSeenBeforeAnImageAndAfterIt) {
     replies_.Asked.clear();
     PutOld(Text("a.SIT"));
     download_.cmdDownload();
-    EXPECT_THAT(before.toStdString(), HasSubstr(isAfter ? "c.SIT...." : "a.SIT...."));
     EXPECT_EQ(Files(), isAfter ? "a.SIT b.SIT c.SIT" : "a.SIT");
     EXPECT_EQ(Status(), kAborted);
     EXPECT_FALSE(State().AbortRequested);
@@ -364,7 +274,6 @@ TEST_F(CameraWindow, DeletingAsksFirstAndEmptiesTheList) {
   dialogs_.Given = Answer::kCancel;
   download_.cmdDeleteAll();
   EXPECT_FALSE(camera_.Calls.contains(Text("DeleteAllImages")));
-  EXPECT_EQ(dialogs_.Last.Buttons, MessageButtons::kOkCancel);
   dialogs_.Given = Answer::kYes;
   camera_.Deletes = false;
   download_.cmdDeleteAll();
@@ -375,8 +284,6 @@ TEST_F(CameraWindow, DeletingAsksFirstAndEmptiesTheList) {
   EXPECT_EQ(Status() + "; " + Buttons(), "Deleting Images Complete; all ");
   EXPECT_EQ(State().ImageCount + State().SelectedCount, Text("03"));
   EXPECT_TRUE(State().Folders.empty());
-  download_.cmdDownloadAll();
-  EXPECT_EQ(Files(), "");
 }
 
 }  // namespace

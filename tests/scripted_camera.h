@@ -95,28 +95,18 @@ class ScriptedReplies : public OverwriteQuestion {
 class ScriptedEvents : public Progress {
  public:
   std::function<void()> OnEvents = [] {};
-  std::function<void()> OnRepaint = [] {};
   std::function<void()> OnAdvance = [] {};
 
   void LetEventsRun() override { OnEvents(); }
-  void Repaint() override { OnRepaint(); }
   void Advance() override { OnAdvance(); }
 };
 
-/// Answers every message in the same way and keeps the last one.
-class OneAnswer : public Dialogs {
+/// Answers every message in the same way.
+class OneAnswer : public NoDialogs {
  public:
   Answer Given = Answer::kYes;
-  Message Last;
 
-  std::optional<QString> AskOpenFile(const OpenFileQuestion& /*question*/) override { return {}; }
-  std::optional<QString> AskSaveFile(const SaveFileQuestion& /*question*/) override { return {}; }
-  Answer AskYesNoCancel(const QString& /*text*/) override { return Given; }
-  std::optional<QString> AskText(const QString& /*prompt*/) override { return {}; }
-  Answer ShowMessage(const Message& message) override {
-    Last = message;
-    return Given;
-  }
+  Answer ShowMessage(const Message& /*message*/) override { return Given; }
 };
 
 }  // namespace tessa::testing

@@ -75,15 +75,6 @@ Widget& FindIn(const QWidget& window, const char* name) {
   return *found;
 }
 
-/// A caption without the mark of its keyboard letter, and that letter alone.
-inline QString WithoutMark(QString text) {
-  return text.remove(QLatin1Char('&'));
-}
-inline QString LetterOf(const QString& text) {
-  const qsizetype mark = text.indexOf(QLatin1Char('&'));
-  return mark < 0 ? QString() : text.mid(mark + 1, 1).toUpper();
-}
-
 /// Answers every question for a file with one path and remembers what was asked.
 class ScriptedDialogs : public NoDialogs {
  public:

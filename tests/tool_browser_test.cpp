@@ -28,8 +28,6 @@ TEST_F(ToolBrowser, ThumbnailWritesThePictureInTheSizeAskedFor) {
       0);
   const QImage full(Path("b.png"));
   EXPECT_EQ(full.size(), QSize(255, 207));
-  EXPECT_EQ(full.format(), QImage::Format_Indexed8);
-  EXPECT_EQ(full.colorCount(), 256);
 
   Write("broken.sit", First(Image(), 100));
   EXPECT_EQ(Run({"thumbnail", "@broken.sit", "-o", "@c.png"}).Status, 1);
@@ -93,7 +91,6 @@ TEST_F(ToolBrowser, NoteRefusesWithAReasonAndChangesNothing) {
            {{"note", "@a.sit", "--comment", "\u03a9"}, "1252"},
            {{"note", "@short.sit", "--comment", "x"}, "header"},
            {{"note", "@fixed.sit", "--comment", "x"}, "read-only"},
-           {{"note", "@gone.sit"}, "No such file"},
            {{"note", "@p.bmp"}, "only SIT and TMP"}}) {
     const Outcome outcome = Run(words);
     EXPECT_EQ(outcome.Status, 1);

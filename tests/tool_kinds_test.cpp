@@ -14,12 +14,6 @@ Bytes Tmp() {
   return EncodeTmp(fields);
 }
 
-/// A 4 x 2 bitmap of the indices 0, 51, 85, 102 and 255, 100, 230, 30.
-Bytes Bitmap(std::int16_t lowWord, std::int16_t highWord) {
-  const Bytes indices = {0, 51, 85, 102, 255, 100, 230, 30};
-  return EncodeBmp8(4, 2, indices, 4, Ramp(false), lowWord, highWord);
-}
-
 /// Frame `number` from 0: 20 degrees and `number` more, 3 x 2.
 Bytes Frame(int number) {
   const auto first = static_cast<std::int16_t>(2932 + 10 * number);
@@ -106,23 +100,17 @@ TEST_F(ToolKinds, ATxiFileCarriesItsRangeInTheTwoWords) {
     EXPECT_EQ(Info("@x.txi")[u"Kind"_s].toString().toStdString(), "TXI");
   }
   ASSERT_TRUE(QFile::remove(Path("x.txi")));
-  // The words would say 3000 degrees more for each of these.
-  for (const char* range :
-       {"--range=-50:-10", "--range=-900:4000", "--range=0:6600", "--range=-4000:0"}) {
-    ExpectRefused({"export", "@t.tmp", "-o", "@x.txi", range}, "cannot hold the range");
-  }
-  Write("p.bmp", Bitmap(0, 0));
+  // The words would say 3000 degrees more.
+  ExpectRefused({"export", "@t.tmp", "-o", "@x.txi", "--range=-50:-10"}, "cannot hold the range");
+  Write("p.bmp", EncodeBmp8(2, 1, Bytes{7, 9}, 2, {}));
   ExpectRefused({"export", "@p.bmp", "-o", "@x.txi"}, "no temperatures");
 }
 
 TEST_F(ToolKinds, TheNumberOfJobsDoesNotChangeTheOutput) {
   std::vector<std::string> names;
   for (int i = 0; i < 24; ++i) {
-    names.push_back(std::to_string(i) + (i % 3 == 0 ? ".tmp" : i % 3 == 1 ? ".txi" : ".rti"));
-    Write(names.back().c_str(), i % 3 == 0   ? Tmp()
-                                : i % 3 == 1 ? Bitmap(static_cast<std::int16_t>(-i), 1000)
-                                             : Snapshot({Frame(i)}));
-    names.back().insert(0, "@");
+    names.push_back("@" + std::to_string(i) + (i % 2 == 0 ? ".tmp" : ".rti"));
+    Write(names.back().c_str() + 1, i % 2 == 0 ? Tmp() : Snapshot({Frame(i)}));
   }
   for (const char* jobs : {"1", "7"}) {
     const std::string folder = std::string("@out") + jobs;
@@ -154,20 +142,7 @@ TEST_F(ToolKinds, TheVisiblePictureComesOutByteForByte) {
   EXPECT_EQ(Run({"visible", "@v.sit", "-o", "@v.jpg", "--force"}).Status, 0);
   ExpectRefused({"visible", "@v.sit", "-o", "@v.sit", "--force"}, "overwrite the image");
   ExpectRefused({"visible", "@none.sit", "-o", "@x.jpg"}, "no visible-light picture");
-  ExpectRefused({"visible", "@v.jpg", "-o", "@x.jpg"}, "the file is a JPEG picture");
-  ExpectRefused({"visible", "@missing.sit", "-o", "@x.jpg"}, "No such file");
   EXPECT_EQ(ReadAll(Path("v.sit")).size(), 156168 + std::ssize(kJpeg));
-}
-
-TEST_F(ToolKinds, WhatHoldsNoImageIsRefusedWithAPlainReason) {
-  Write("text.bin", ToBytes("a line\nand another"));
-  Write("jpeg.rti", Joined(kJpeg, Bytes(5000)));
-  Write("far.bmp", Bitmap(28013, -18));
-  ExpectRefused({"export", "@text.bin", "-o", "@x.png"}, "the file is text, not a BIN image");
-  ExpectRefused({"info", "@jpeg.rti"}, "/jpeg.rti: the file is a JPEG picture, not a snapshot");
-  const Outcome outcome = Run({"export", "@far.bmp", "-o", "@far.png"});
-  EXPECT_EQ(outcome.Status, 0);
-  EXPECT_THAT(outcome.Error, HasSubstr("warning: the temperature trailer does not lie inside"));
 }
 
 }  // namespace

@@ -56,8 +56,7 @@ TEST_F(ToolSafety, TextsAndNamesReachATerminalHarmless) {
             "\x1B]0;title\x07 fine");
   for (const char* line : {"$T info \"$(printf 'a\\033\\nb.sit')\"",
                            "$T export s.sit -o \"$(printf 'a\\033\\nb')/x.png\"",
-                           "$T export s.sit -o x.png --palette \"$(printf 'a\\033\\nb')\"",
-                           "$T info s.sit --\"$(printf 'a\\033\\nb')\""}) {
+                           "$T export s.sit -o x.png --palette \"$(printf 'a\\033\\nb')\""}) {
     EXPECT_THAT(Shell(line).Error, AllOf(HasSubstr("a\\x1b\\x0ab"), Not(HasSubstr("\x1B"))))
         << line;
   }
@@ -72,31 +71,6 @@ TEST_F(ToolSafety, NamesThatAreNoTextOpenAndAreWrittenBeside) {
       "{ $T sound s.sit --folder \"$n\" 2> /dev/null; rmdir \"$n\"; }");
   EXPECT_EQ(outcome.Status, 0) << outcome.Error;
   EXPECT_THAT(outcome.Out, AllOf(HasSubstr("/d\\xff/n\\xc3\\xff.sit\n"), HasSubstr("\n3\n")));
-}
-
-TEST_F(ToolSafety, PalettesAndPlugInsThatAreMissingAreNamed) {
-  const auto own = [&](const char* arguments) {
-    return Shell(
-        (std::string("mkdir -p bin; test -e bin/tessatool || cp \"$T\" bin; bin/tessatool ") +
-         arguments)
-            .c_str());
-  };
-  for (const char* call :
-       {"frames f.rti --prefix F --folder out --to png", "export s.sit -o x.png"}) {
-    const Outcome outcome = own(call);
-    EXPECT_EQ(outcome.Status, 1) << call;
-    EXPECT_THAT(outcome.Error, HasSubstr("palette.dta: the file cannot be opened")) << call;
-  }
-  EXPECT_FALSE(QFile::exists(Path("out")) || QFile::exists(Path("x.png")));
-  EXPECT_EQ(own("frames f.rti --prefix F --folder out --to csv").Status, 0);
-  EXPECT_EQ(ReadAll(Path("out/F001.csv")), "0,20\n");
-  EXPECT_EQ(own("export s.sit -o x.tif").Status, 0);
-  Write("bin/qt.conf", ToBytes("[Paths]\nPlugins=/nowhere\n"));
-  ASSERT_TRUE(
-      QFile::copy(QStringLiteral(TESSA_BINARY_FOLDER "/palette.dta"), Path("bin/palette.dta")));
-  const Outcome outcome = own("export s.sit -o x.png --bar");
-  EXPECT_EQ(outcome.Status, 1);
-  EXPECT_THAT(outcome.Error, HasSubstr("no working plug-in"));
 }
 
 TEST_F(ToolSafety, SignalsEndARunBetweenFilesAndAKillLeavesNoScraps) {
@@ -117,6 +91,17 @@ TEST_F(ToolSafety, SignalsEndARunBetweenFilesAndAKillLeavesNoScraps) {
     EXPECT_EQ(outcome.Status, status) << signal << outcome.Error;
     EXPECT_EQ(outcome.Out, "") << signal;
   }
+}
+
+TEST_F(ToolSafety, AnInterruptedCardDownloadFinishesTheImagesThatItBegan) {
+  const Outcome outcome = Shell(
+      "mkdir card to; for i in $(seq 400); do ln s.sit card/$i.sit; done; "
+      "env --default-signal=INT $T card download card --to to --sit --bmp & "
+      "while ! test -s to/10.bmp; do :; done; kill -INT $!; wait $!; s=$?; "
+      "for f in to/*.sit; do cmp -s s.sit $f && test -s ${f%sit}bmp || echo bad $f; done; "
+      "test $(ls to | wc -l) -lt 800 || echo bad: all; exit $s");
+  EXPECT_EQ(outcome.Status, 130) << outcome.Error;
+  EXPECT_THAT(outcome.Out, AllOf(HasSubstr("images downloaded to "), Not(HasSubstr("bad"))));
 }
 
 }  // namespace

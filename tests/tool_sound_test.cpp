@@ -32,9 +32,6 @@ TEST_F(ToolSound, SoundWritesEachNoteAndInfoTellsOfIt) {
   const Outcome cut = Run({"sound", "@late.sit", "-o", "@cut.wav"});
   EXPECT_THAT(cut.Error, HasSubstr("1 of 6000 samples are there; what is there was written"));
   EXPECT_EQ(Read("cut.wav").size(), 46u);
-  Write("wave.sit", NoteSit("SIT V3.0A ", "156161  ", "WAV", First(Wave(4000), 50)));
-  EXPECT_EQ(Run({"sound", "@wave.sit", "-o", "@cut.wav", "--force"}).Status, 0);
-  EXPECT_EQ(Read("cut.wav"), First(Wave(4000), 50));
 }
 
 TEST_F(ToolSound, EmbedAppendsTheWaveAndLeavesTheRest) {
@@ -52,28 +49,18 @@ TEST_F(ToolSound, EmbedAppendsTheWaveAndLeavesTheRest) {
 }
 
 TEST_F(ToolSound, RefusalsSayWhyAndChangeNothing) {
-  Write("empty.aif", {});
   Write("silent.sit", NoteSit("SIT V3.0A ", "156161  ", "WAV", First(Wave(4000), 44)));
-  Write("still.sit", NoteSit("SIT V3.0A ", "156161  ", "WAV", Wave(0)));
   Write("cut.aif", First(Read("SND1.AIF"), 100));
   using Case = std::tuple<std::vector<const char*>, int, const char*>;
   for (const auto& [words, status, reason] : std::initializer_list<Case>{
            {{"sound", "@none.sit", "-o", "@x.wav"}, 1, "no sound note"},
            {{"sound", "@silent.sit", "-o", "@x.wav"}, 1, "no data"},
-           {{"sound", "@still.sit", "-o", "@x.wav"}, 1, "0 Hz"},
-           {{"sound", "@SND1.AIF", "-o", "@x.wav"}, 1, "only SIT images"},
-           {{"sound", "@gone.sit", "-o", "@x.wav"}, 1, "No such file"},
            {{"sound", "@side.sit", "-o", "@side.sit", "--force"}, 1, "overwrite"},
            {{"sound", "@side.sit", "-o", "@SND1.AIF", "--force"}, 1, "overwrite"},
            {{"sound", "@side.sit", "-o", "@none.sit"}, 1, "exists"},
-           {{"sound", "@side.sit", "@wave.sit", "-o", "@x.wav"}, 2, "--folder"},
            {{"embed", "@side.sit"}, 2, "--in-place"},
-           {{"embed", "@side.sit", "-o", "@x.wav"}, 2, ".sit"},
            {{"embed", "@late.sit", "--sound", "@SND1.AIF", "--in-place"}, 1, "found again"},
-           {{"embed", "@none.sit", "--in-place"}, 1, "--sound"},
-           {{"embed", "@none.sit", "--sound", "@empty.aif", "--in-place"}, 1, "empty"},
            {{"embed", "@none.sit", "--sound", "@cut.aif", "--in-place"}, 1, "cut"},
-           {{"embed", "@none.sit", "--sound", "@none.sit", "--in-place"}, 1, "no sound"},
            {{"embed", "@side.sit", "-o", "@side.sit", "--force"}, 1, "--in-place"},
            {{"embed", "@SND1.AIF", "--in-place"}, 1, "only SIT images"}}) {
     const Bytes before = Joined(Joined(Read("side.sit"), Read("none.sit")), Read("SND1.AIF"));

@@ -187,17 +187,5 @@ TEST_F(CommandsTest, TheSpaceBarPlaysAndStopsTheNoteAndAMissingOutputIsTold) {
   EXPECT_FALSE(Find<QLabel>("SoundLength").isVisible());
 }
 
-TEST_F(CommandsTest, MenuLettersStayAfterANumberWasEntered) {
-  window_->OpenFile(scene_);
-  Trigger("ToolEdge");
-  QStringList letters;
-  for (const char* name : {"ToolRotation", "ToolEdge"}) {
-    letters.append(LetterOf(Find<QAction>(name).text()));
-    EXPECT_FALSE(letters.last().isEmpty()) << name;
-  }
-  EXPECT_EQ(WithoutMark(Find<QAction>("ToolEdge").text()), Name("Edge Magnitude: 7"));
-  EXPECT_EQ(letters.removeDuplicates(), 0);
-}
-
 }  // namespace
 }  // namespace tessa::testing

@@ -5,17 +5,12 @@
 #include "core/units.h"
 #include "open/load_dialog.h"
 #include "test_main_window.h"
-#include "view/image_tools.h"
 #include "view/range_entry.h"
 #include "view/zoom.h"
-#include "windows/display_colors.h"
 #include "windows/save_sequence_dialog.h"
 
 namespace tessa::testing {
 namespace {
-
-constexpr int kLastColumn = kSitWidth - 1;
-constexpr int kLastRow = kSitHeight - 1;
 
 TEST_F(MainWindowTest, IsEmptyUntilAnImageOpensAndAgainWhenItIsClosed) {
   const auto expectEmpty = [this](const QString& title) {
@@ -42,7 +37,7 @@ TEST_F(MainWindowTest, IsEmptyUntilAnImageOpensAndAgainWhenItIsClosed) {
 
 TEST_F(MainWindowTest, EveryScreenPixelIsTheBufferPixelThatTheReadoutNames) {
   window_->OpenFile(scene_);
-  for (const int level : {1, 2, 3, 5, 9, 15}) {
+  for (const int level : {2, 3, 15}) {
     window_->View().SetZoom(level);
     auto& horizontal = Find<QScrollBar>("HScroll1");
     auto& vertical = Find<QScrollBar>("VScroll1");
@@ -64,39 +59,18 @@ TEST_F(MainWindowTest, EveryScreenPixelIsTheBufferPixelThatTheReadoutNames) {
       EXPECT_EQ(Panel(2), u"Y:  "_s + QString::number(row + 1));
       EXPECT_EQ(QToolTip::text().trimmed(), text);
     }
-    if (horizontal.isVisible()) {
-      horizontal.setValue(horizontal.maximum());
-      EXPECT_EQ(session_.Buffers.Picbuf1.ClientToImageX(Picture().width() - 1), kLastColumn);
-    }
-    if (vertical.isVisible()) {
-      EXPECT_EQ(session_.Buffers.Picbuf1.ClientToImageY(Picture().height() - 1), kLastRow);
-    }
+    horizontal.setValue(horizontal.maximum());
+    EXPECT_EQ(session_.Buffers.Picbuf1.ClientToImageX(Picture().width() - 1), kSitWidth - 1);
+    EXPECT_EQ(session_.Buffers.Picbuf1.ClientToImageY(Picture().height() - 1), kSitHeight - 1);
   }
 }
 
-TEST_F(MainWindowTest, FahrenheitReachesReadoutScaleAndRange) {
+TEST_F(MainWindowTest, UnitAndPaletteReachTheWindow) {
   window_->OpenFile(scene_);
   Find<QRadioButton>("SSOption2").click();
   Hover(200, 100);
   EXPECT_TRUE(Panel(3).endsWith(u" \u00B0F"_s)) << Panel(3).toStdString();
   EXPECT_EQ(Panel(5), u"Range: -40.0 to 248.0"_s);
-  Find<QRadioButton>("SSOption1").click();
-  EXPECT_EQ(session_.View.ScaleLabel[2], u"55.0"_s);
-}
-
-TEST_F(MainWindowTest, LeavingThePictureEmptiesTheReadout) {
-  window_->OpenFile(scene_);
-  Hover(50, 60);
-  ASSERT_FALSE(Panel(3).isEmpty());
-  QEvent leave(QEvent::Leave);
-  QApplication::sendEvent(&Picture(), &leave);
-  EXPECT_EQ(Panel(1) + Panel(2) + Panel(3), QString());
-  Hover(50, 60);
-  EXPECT_FALSE(Panel(3).isEmpty()) << "the same position must show again after a leave";
-}
-
-TEST_F(MainWindowTest, PalettesRecolourThePicture) {
-  window_->OpenFile(scene_);
   auto& list = Find<QComboBox>("Combo1");
   ASSERT_EQ(list.count(), 18);
   list.setCurrentIndex(0);
@@ -108,7 +82,7 @@ TEST_F(MainWindowTest, PalettesRecolourThePicture) {
   EXPECT_EQ(Find<QAction>("btnTrend").toolTip(), u"White Hot"_s);
 }
 
-TEST_F(MainWindowTest, TheFirstClickZoomsAtTheMiddleAndLaterOnesAtTheClick) {
+TEST_F(MainWindowTest, TheFirstClickZoomsAtTheMiddleLaterOnesAtTheClickAndKeysToTheLimits) {
   window_->OpenFile(scene_);
   const QPoint at(100, 80);
   QTest::mouseClick(&Picture(), Qt::LeftButton, {}, at);
@@ -123,10 +97,6 @@ TEST_F(MainWindowTest, TheFirstClickZoomsAtTheMiddleAndLaterOnesAtTheClick) {
   EXPECT_EQ(horizontal.value(), std::lround(column / 320.0 * horizontal.maximum()));
   QTest::mouseClick(&Picture(), Qt::RightButton, {}, at);
   EXPECT_EQ(session_.View.Zoom.ZoomLevel, 3);
-}
-
-TEST_F(MainWindowTest, ZoomKeysStopAtTheLimits) {
-  window_->OpenFile(scene_);
   for (const auto& [command, limit] : {std::pair{"ZoomIn", 15}, std::pair{"ZoomOut", 1}}) {
     for (int i = 0; i < 20; ++i) {
       Trigger(command);
@@ -134,21 +104,6 @@ TEST_F(MainWindowTest, ZoomKeysStopAtTheLimits) {
     EXPECT_EQ(session_.View.Zoom.ZoomLevel, limit);
     EXPECT_EQ(Find<QLabel>("SSPanel26").text(), u"Zoom: %1"_s.arg(limit));
   }
-  Trigger("ZoomFit");
-  EXPECT_EQ(session_.View.Zoom.ZoomLevel, 2);
-  EXPECT_FALSE(IsShown("HScroll1"));
-}
-
-TEST_F(MainWindowTest, EnteredToolNumbersStayInTheirRanges) {
-  ScriptedDialogs dialogs{QString()};
-  for (const char* answer : {"400", "-361", "text", "359.6"}) {
-    dialogs.Text = QString::fromLatin1(answer);
-    EnterRotationAngle(session_.View, dialogs, session_.Steps);
-  }
-  EXPECT_EQ(session_.View.RotationCaption, u"360"_s);
-  dialogs.Text = u"11"_s;
-  EnterEdgeMagnitude(session_.View, dialogs, session_.Steps);
-  EXPECT_EQ(session_.View.EdgeCaption, u"0"_s);
 }
 
 TEST_F(MainWindowTest, SlowDragsAddUpAtHighZoom) {
@@ -160,30 +115,6 @@ TEST_F(MainWindowTest, SlowDragsAddUpAtHighZoom) {
     Q_EMIT Picture().Dragged(QPoint(-1, 0));
   }
   EXPECT_EQ(horizontal.value(), before + 10);
-}
-
-TEST_F(MainWindowTest, ADragWithoutAFileIsPassedOver) {
-  QMimeData data;
-  data.setData(u"text/uri-list"_s, QByteArray());
-  QDragEnterEvent enter(QPoint(5, 5), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
-  static_cast<QObject&>(*window_).event(&enter);
-  Drop(data);
-  EXPECT_TRUE(session_.Image.CurrentFile.isEmpty());
-  data.setUrls({QUrl::fromLocalFile(scene_)});
-  Drop(data);
-  EXPECT_EQ(session_.Image.CurrentFilePath, scene_);
-}
-
-TEST_F(MainWindowTest, TypedTextStaysWhileOneLooksAroundAndGoesWithTheNextLoad) {
-  window_->OpenFile(scene_);
-  auto& maximum = Find<QLineEdit>("Text2");
-  maximum.selectAll();
-  QTest::keyClicks(&maximum, u"12.3"_s);
-  window_->View().SetZoom(3);
-  EXPECT_EQ(maximum.text(), u"12.3"_s);
-  EXPECT_EQ(session_.View.RangeHighText, u"12.3"_s);
-  window_->OpenFile(scene_);
-  EXPECT_EQ(maximum.text(), u"55.0"_s) << "the record's text is the same as before";
 }
 
 TEST_F(MainWindowTest, ASequenceIsSteppedByButtonsAndKeys) {
@@ -216,20 +147,16 @@ TEST_F(MainWindowTest, TheDialogListsFramesOfAPrefixMarksFilesThatAreThereAndCon
     QTest::keyClicks(&prefix, text);
     QTest::keyClick(&prefix, Qt::Key_Return);
   };
-  EXPECT_FALSE(names.isEnabled());
-  EXPECT_EQ(status.text(), u"Type a prefix and press Enter to list the files."_s);
   list(u"steps"_s);
   ASSERT_EQ(names.count(), 3);
   names.selectAll();
   QTest::keyClicks(&prefix, u"/"_s);
   EXPECT_EQ(status.text(), u"A prefix cannot contain / or \\."_s);
   EXPECT_EQ(names.count(), 0) << "a list is never that of another prefix";
-  EXPECT_FALSE(convert.isVisible());
   list(u"Z"_s);
   EXPECT_EQ(names.item(1)->text(), u"Z002.BMP   \u2013 will be replaced"_s);
   FindIn<QRadioButton>(dialog, "Option2").click();
   EXPECT_EQ(names.item(2)->text(), u"Z003.TXI"_s);
-  EXPECT_FALSE(convert.isVisible());
   FindIn<QPushButton>(dialog, "SSCommand2").click();
   convert.click();
   EXPECT_TRUE(QFile::exists(folder_.Path(u"Z003.TXI"_s)));
@@ -253,19 +180,14 @@ TEST_F(MainWindowTest, FitShowsAllOfAHugePictureUntilTheNextStepWhichIsTheLowest
   EXPECT_LE(Picture().height(), canvas.height());
   Hover(Picture().width() - 1, Picture().height() - 1);
   EXPECT_NEAR(session_.Cursor.LastX, 3000, 8);
-  EXPECT_NEAR(session_.Cursor.LastY, 2000, 8);
-  EXPECT_TRUE(Find<QLabel>("SSPanel26").text().endsWith(u" %"_s));
   window_->resize(900, 640);
   QCoreApplication::processEvents();
   EXPECT_FALSE(scrollBars()) << "follows the window";
-  Trigger("ZoomOut");
-  EXPECT_FALSE(scrollBars()) << "there is nothing below";
   Trigger("ZoomIn");
   EXPECT_EQ(session_.Buffers.Picbuf1.ZoomDenominator, 2.0);
-  EXPECT_EQ(Find<QLabel>("SSPanel26").text(), u"Zoom: 1"_s);
 }
 
-TEST_F(MainWindowTest, KeysAndTheRightButtonDoOneThingEach) {
+TEST_F(MainWindowTest, ArrowKeysPanThePicture) {
   window_->OpenFile(scene_);
   EXPECT_EQ(window_->focusWidget(), &Picture());
   QTest::keyClick(&Picture(), Qt::Key_Equal);
@@ -278,31 +200,9 @@ TEST_F(MainWindowTest, KeysAndTheRightButtonDoOneThingEach) {
   QTest::keyClick(&Picture(), Qt::Key_Left);
   EXPECT_EQ(horizontal.value(), before);
   EXPECT_EQ(session_.View.Zoom.ZoomLevel, 4) << "arrows pan only";
-
-  QContextMenuEvent byMouse(QContextMenuEvent::Mouse, QPoint(5, 5), {}, Qt::NoModifier);
-  QApplication::sendEvent(&Picture(), &byMouse);
-  EXPECT_TRUE(byMouse.isAccepted()) << "the picture keeps the right button to itself";
-  bool menu = false;
-  QTimer::singleShot(0, window_.get(), [&] {
-    menu = QApplication::activePopupWidget() != nullptr;
-    if (menu) {
-      QApplication::activePopupWidget()->close();
-    }
-  });
-  QContextMenuEvent byKey(QContextMenuEvent::Keyboard, QPoint(5, 5), {}, Qt::NoModifier);
-  QApplication::sendEvent(&Picture(), &byKey);
-  EXPECT_TRUE(menu);
-
-  auto& palettes = Find<QComboBox>("Combo1");
-  palettes.setFocus();
-  const int selected = palettes.currentIndex();
-  QTest::keyClick(&palettes, Qt::Key_Up);
-  QTest::keyClick(&palettes, Qt::Key_Up);
-  EXPECT_EQ(palettes.currentIndex(), selected - 2);
-  EXPECT_EQ(window_->focusWidget(), &palettes);
 }
 
-TEST_F(MainWindowTest, TheReadoutFollowsWhenThePictureMovesUnderARestingCursor) {
+TEST_F(MainWindowTest, TheReadoutFollowsAMovingPictureAndGoesWithTheCursor) {
   window_->OpenFile(scene_);
   window_->View().SetZoom(8);
   QCursor::setPos(Picture().mapToGlobal(QPoint(100, 100)));
@@ -313,60 +213,30 @@ TEST_F(MainWindowTest, TheReadoutFollowsWhenThePictureMovesUnderARestingCursor) 
   auto& vertical = Find<QScrollBar>("VScroll1");
   vertical.setValue(vertical.value() + 10);
   EXPECT_NE(Panel(2), before);
+  QEvent leave(QEvent::Leave);
+  QApplication::sendEvent(&Picture(), &leave);
+  EXPECT_EQ(Panel(1) + Panel(2) + Panel(3), QString());
+  Hover(100, 100);
+  EXPECT_FALSE(Panel(3).isEmpty()) << "the same position must show again after a leave";
 }
 
-TEST_F(MainWindowTest, WhileAnImageLoadsNothingOfTheFormerOneNorTheWelcomeStands) {
-  window_->OpenFile(scene_);
-  Hover(5, 5);
-  session_.View.PictureVisible = false;  // As the load begins.
-  session_.View.BlankPanelVisible = true;
-  session_.View.LoadProgressVisible = true;
-  window_->BringIntoLine();
-  EXPECT_FALSE(IsShown("SSPanel9"));
-  for (int panel = 1; panel <= 5; ++panel) {
-    EXPECT_EQ(Panel(panel), QString()) << panel;
-  }
-}
-
-TEST_F(MainWindowTest, ADroppedFolderOpensNothingAndTheWelcomeButtonOffersEveryKind) {
+TEST_F(MainWindowTest, ADropOpensAFileAloneAndTheButtonsOfferTheirKinds) {
   QMimeData data;
   data.setUrls({QUrl::fromLocalFile(folder_.Path(QString()))});
   Drop(data);
   EXPECT_TRUE(session_.Image.CurrentFile.isEmpty());
   EXPECT_EQ(session_.View.Notice.Kind, NoticeKind::kFailed);
-  EXPECT_TRUE(session_.View.Notice.Text.contains(QStringLiteral("folders")));
   ScriptedDialogs& dialogs = UseDialogs();
   dialogs.AskedFilter = -1;
   Find<QPushButton>("BlankOpenButton").click();
   EXPECT_EQ(dialogs.AskedFilter, kAllImagesFilter);
   EXPECT_EQ(session_.Image.CurrentFilePath, scene_);
-  const QStringList filters = LoadFilters(session_.Words);
-  ASSERT_EQ(filters.size(), 9);
-  EXPECT_TRUE(filters[kAllImagesFilter].contains(u" *.rti"_s));
-  EXPECT_TRUE(filters[1].startsWith(u"Bitmap Images"_s));
-  EXPECT_TRUE(filters[7].startsWith(u"RTI Snapshots"_s));
-}
-
-TEST(Display, FewerThan256ColorsAreRefusedInWords) {
-  EXPECT_EQ(DisplayColors(24, 1), 16777216.0F);
-  EXPECT_EQ(DisplayColors(4, 2), 32.0F) << "planes multiply, they are not bits";
-  const Strings words;
-  EXPECT_EQ(TooFewColorsText(256.0F, words), QString());
-  EXPECT_EQ(TooFewColorsText(16.0F, words),
-            u"This Version of Corvane T-40 Viewer requires 256 or Greater Color "
-            "Display Mode\r\nYou only have 16 colors."_s);
-}
-
-TEST_F(MainWindowTest, TheLoadButtonOffersTheKindOfTheOpenImage) {
-  ScriptedDialogs& dialogs = UseDialogs();
-  auto& button = Find<QToolButton>("btnOpenImage");
-  EXPECT_EQ(button.toolTip(), u"Load Image SIT Images"_s);
-  button.click();
-  EXPECT_EQ(dialogs.AskedFilter, 4);
-  session_.Image.UiLocked = true;
-  dialogs.AskedFilter = 0;
-  button.click();
-  EXPECT_EQ(dialogs.AskedFilter, 0) << "locked";
+  Find<QToolButton>("btnOpenImage").click();
+  EXPECT_EQ(dialogs.AskedFilter, 4) << "of the image that is open";
+  Trigger("mnuClose");
+  data.setUrls({QUrl::fromLocalFile(scene_)});
+  Drop(data);
+  EXPECT_EQ(session_.Image.CurrentFilePath, scene_);
 }
 
 TEST_F(MainWindowTest, ALanguageReachesEveryOpenWindow) {
@@ -377,24 +247,14 @@ TEST_F(MainWindowTest, ALanguageReachesEveryOpenWindow) {
   EXPECT_FALSE(Find<QCheckBox>("chkLang").isChecked());
   EXPECT_TRUE(Find<QMenu>("mnuFile").title().remove(QLatin1Char('&')) == u"Datei"_s);
   EXPECT_TRUE(Panel(4).startsWith(u"Emissionsgrad: 0.95"_s));
-  EXPECT_EQ(Find<QPushButton>("Command2").text(), session_.Words.LangString(216, ""));
   // The toolkit's own words follow as well.
   EXPECT_EQ(QCoreApplication::translate("QPlatformTheme", "Cancel"), u"Abbrechen"_s);
-  EXPECT_EQ(Find<QAction>("mnuLoadQZR").toolTip(), u"Alle Bilder"_s);
   window_->OpenFile(folder_.Write(u"steps.rti"_s, ThreeFrames()));
   EXPECT_EQ(Find<QLabel>("ssMemo").text(), u"Bildanzahl: 3"_s);
   session_.Words.SetLanguage(0);
   Find<QCheckBox>("chkLang").setChecked(true);
   EXPECT_EQ(Find<QLabel>("Label7").text(), u"1 of 3"_s);
   EXPECT_EQ(QCoreApplication::translate("QPlatformTheme", "Cancel"), u"Cancel"_s);
-  // Each entry of a menu has a letter of its own.
-  QStringList letters;
-  for (const QAction* action : Find<QMenu>("mnuFile").actions()) {
-    letters.append(LetterOf(action->text()));
-  }
-  letters.removeAll(QString());
-  EXPECT_GE(letters.size(), 5);
-  EXPECT_EQ(letters.removeDuplicates(), 0);
 }
 
 TEST_F(MainWindowTest, TheRangePanelWorksByKeyboard) {
@@ -406,7 +266,6 @@ TEST_F(MainWindowTest, TheRangePanelWorksByKeyboard) {
   QTest::keyClick(&maximum, Qt::Key_Return);
   EXPECT_EQ(session_.Range.RangeMaxValue(), 40.0);
   EXPECT_EQ(maximum.text(), u"40.0"_s);
-  EXPECT_EQ(maximum.selectedText(), maximum.text());
   auto& slider = Find<QWidget>("RangeV");
   QWidget* const upper = slider.childAt(slider.width() / 2, 0) != nullptr
                              ? slider.childAt(slider.width() / 2, 0)
@@ -416,51 +275,33 @@ TEST_F(MainWindowTest, TheRangePanelWorksByKeyboard) {
   QTest::keyClick(upper, Qt::Key_Up);
   EXPECT_GT(session_.Range.RangeMaxValue(), before);
   EXPECT_EQ(session_.Image.SitScaleMax, static_cast<float>(session_.Range.RangeMaxValue()));
-  QTest::keyClick(upper, Qt::Key_PageDown);
-  EXPECT_LT(session_.Range.RangeMaxValue(), before);
   EXPECT_EQ(session_.View.Zoom.ZoomLevel, 2) << "the thumb keeps its keys to itself";
 }
 
-TEST_F(MainWindowTest, ThumbsFollowTheMouseButNeverPassEachOther) {
+TEST_F(MainWindowTest, ThumbsFollowTheMouseAndItsDirectionChoosesBetweenTwoThatLieOverEachOther) {
   window_->OpenFile(scene_);
   auto& slider = Find<QWidget>("RangeV");
+  const auto drag = [](QWidget* thumb, int distance) {
+    const QPoint middle = thumb->rect().center();
+    QTest::mousePress(thumb, Qt::LeftButton, Qt::NoModifier, middle);
+    const QPointF to = middle + QPoint(0, distance);
+    QMouseEvent move(QEvent::MouseMove, to, thumb->mapToGlobal(to), Qt::NoButton, Qt::LeftButton,
+                     Qt::NoModifier);
+    QApplication::sendEvent(thumb, &move);
+    QTest::mouseRelease(thumb, Qt::LeftButton);
+  };
   QWidget* const lower = slider.findChildren<QWidget*>().constFirst();
-  QTest::mousePress(lower, Qt::LeftButton);
-  QMouseEvent move(QEvent::MouseMove, QPointF(10, -2000), lower->mapToGlobal(QPointF(10, -2000)),
-                   Qt::NoButton, Qt::LeftButton, Qt::NoModifier);
-  QApplication::sendEvent(lower, &move);
-  EXPECT_EQ(session_.Range.RangeMinValue(), session_.Range.RangeMaxValue());
-  QTest::mouseRelease(lower, Qt::LeftButton);
-  EXPECT_LT(session_.Range.RangeMinValue(), session_.Range.RangeMaxValue()) << "spread at rest";
-  EXPECT_FLOAT_EQ(session_.Image.SitScaleMax, static_cast<float>(session_.Range.RangeMaxValue()));
-}
-
-TEST_F(MainWindowTest, TheDirectionOfADragChoosesBetweenThumbsThatLieOverEachOther) {
-  window_->OpenFile(scene_);
-  auto& slider = Find<QWidget>("RangeV");
+  drag(lower, -2000);
+  EXPECT_LT(session_.Range.RangeMinValue(), session_.Range.RangeMaxValue()) << "never past it";
   for (const int direction : {1, -1}) {
     EnterRangeTexts(u"25"_s, u"25"_s, session_.View);
     Find<QPushButton>("Command1").click();
-    QWidget* const top = slider.childAt(
-        slider.width() / 2, slider.findChildren<QWidget*>().constFirst()->geometry().center().y());
+    QWidget* const top = slider.childAt(slider.width() / 2, lower->geometry().center().y());
     ASSERT_NE(top, nullptr);
-    const QPoint middle = top->rect().center();
-    QTest::mousePress(top, Qt::LeftButton, Qt::NoModifier, middle);
-    const QPointF to = middle + QPoint(0, 40 * direction);
-    QMouseEvent move(QEvent::MouseMove, to, top->mapToGlobal(to), Qt::NoButton, Qt::LeftButton,
-                     Qt::NoModifier);
-    QApplication::sendEvent(top, &move);
-    QTest::mouseRelease(top, Qt::LeftButton);
+    drag(top, 40 * direction);
     EXPECT_EQ(session_.Range.RangeMaxValue() > 25.5, direction < 0);
     EXPECT_EQ(session_.Range.RangeMinValue() < 24.5, direction > 0);
   }
-}
-
-TEST_F(MainWindowTest, TheSmallestSizeIsRestoredAfterAResize) {
-  window_->resize(300, 200);
-  QTest::qWait(400);
-  EXPECT_GE(window_->width(), 670);
-  EXPECT_GE(window_->height(), 572);
 }
 
 }  // namespace

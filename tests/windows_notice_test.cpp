@@ -7,17 +7,14 @@ namespace {
 class NoticeWindowTest : public MainWindowTest {
  protected:
   NoticeWindowTest() { session_.Words.ReadTable(WordTable()); }
-  void Open(const char* name, std::size_t bytes) {
-    const Bytes file = EncodedScene();
-    window_->OpenFile(
-        folder_.Write(QString::fromUtf8(name), First(file, std::min(bytes, file.size()))));
+  void Open(const char* name, const Bytes& file) {
+    window_->OpenFile(folder_.Write(QString::fromUtf8(name), file));
   }
-  static constexpr std::size_t kWhole = 1000000;
 };
 
 TEST_F(NoticeWindowTest, AUselessFileHasItsOwnPageAndTheNextImageTakesItsPlace) {
-  Open("Gut.sit", kWhole);
-  Open("<b>Übel.sit", 500);
+  Open("Gut.sit", EncodedScene());
+  Open("<b>Übel.sit", First(EncodedScene(), 500));
   EXPECT_FALSE(IsShown("Picbuf1") || IsShown("SSPanel8") || IsShown("SSPanel1") ||
                IsShown("SSPanel9") || IsShown("NoticeStrip"));
   EXPECT_TRUE(IsShown("NoPicturePanel") && IsShown("NoPictureFolder"));
@@ -32,12 +29,12 @@ TEST_F(NoticeWindowTest, AUselessFileHasItsOwnPageAndTheNextImageTakesItsPlace) 
   EXPECT_TRUE(IsShown("NoticeStrip"));
   Find<QAction>("mnuClose").trigger();
   EXPECT_TRUE(IsShown("SSPanel9") && !IsShown("NoPicturePanel") && !IsShown("NoticeStrip"));
-  Open("Gut.sit", kWhole);
+  Open("Gut.sit", EncodedScene());
   EXPECT_TRUE(IsShown("Picbuf1") && !IsShown("NoPicturePanel"));
 }
 
 TEST_F(NoticeWindowTest, TheStripClosesByButtonAndEscapeAndShowsMarkupAsText) {
-  Open("Kurz.sit", 100001);
+  Open("Kurz.sit", First(EncodedScene(), 100001));
   EXPECT_TRUE(IsShown("NoticeStrip") && IsShown("Picbuf1"));
   EXPECT_FALSE(IsShown("NoticeFurther"));
   auto& close = Find<QToolButton>("NoticeClose");

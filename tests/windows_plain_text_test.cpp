@@ -7,7 +7,6 @@
 #include "windows/preferences_dialog.h"
 #include "windows/save_sequence_dialog.h"
 #include "windows/splash_window.h"
-#include "windows/visible_window.h"
 
 namespace tessa::testing {
 namespace {
@@ -88,11 +87,6 @@ TEST_F(PlainTextTest, NoWindowTakesTextFromAFileOrAPathForMarkup) {
   EXPECT_FALSE(entry.contains(QLatin1Char('\t')) || entry.contains(QLatin1Char('\n')));
   EXPECT_TRUE(entry.contains(u"<h1>&&"_s)) << entry.toStdString();
 
-  // Frames carry stamps, and the photograph's window shares the session.
-  window_->OpenFile(folder_.Write(u"Photo.sit"_s, EncodedSceneWithPhotograph()));
-  ScriptedDialogs dialogs{QString()};
-  VisibleWindow photograph(session_, dialogs, nullptr);
-  EXPECT_TRUE(photograph.findChildren<QLabel*>().isEmpty());
   window_->OpenFile(folder_.Write(HostilePath(u"frames.rti"_s), ThreeFrames()));
   session_.Image.ImageDate = QString::fromLatin1(kMarkup);
   window_->BringIntoLine();
