@@ -80,7 +80,6 @@ void PreferencesDialog::AddFolder(QGridLayout& layout, int row, const char* pane
                                          screen()->availableSize().width() / 3));
   folder.Choose = new QPushButton(QStringLiteral("\u2026"), this);
   folder.Choose->setObjectName(QString::fromLatin1(buttonName));
-  folder.Choose->setAutoDefault(false);
   folder.Choose->setFixedWidth(folder.Choose->sizeHint().height() * 3 / 2);
   folder.Caption->setBuddy(folder.Choose);
   connect(folder.Choose, &QPushButton::clicked, this, [this, &folder] { AskForFolder(folder); });

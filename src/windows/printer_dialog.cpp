@@ -35,7 +35,6 @@ PrinterDialog::PrinterDialog(const QStringList& printers, const QString& presele
   const auto button = [&](const char* name, int id, const char* text) {
     auto* const made = new QPushButton(words.LangString(id, text), this);
     made->setObjectName(QString::fromLatin1(name));
-    made->setAutoDefault(false);
     return made;
   };
   QPushButton* const ok = button("Command1", 200, "OK");
