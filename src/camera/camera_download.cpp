@@ -91,6 +91,7 @@ void CameraDownload::ListFolders() {
   State.Folders.clear();
   State.CamFolderNames.clear();
   State.SelectedFolder = -1;
+  TellFolderFaults();
   for (int i = 0; i < count; ++i) {
     const QString name = camera.FolderName(i);
     const QString shown = name == kCameraRoot ? kCameraRootShown : name;
@@ -102,6 +103,17 @@ void CameraDownload::ListFolders() {
                                  QLatin1Char(' ') + surroundings_.Words.LangString(177, "Images"),
                              images});
   }
+}
+
+void CameraDownload::TellFolderFaults() {
+  QStringList faults;
+  for (int i = 0; i < surroundings_.Cam1.FolderCount(); ++i) {
+    const std::string fault = surroundings_.Cam1.FolderFault(i);
+    if (!fault.empty()) {
+      faults += PlainLine(QString::fromStdString(fault));
+    }
+  }
+  State.Fault = faults.join(QLatin1String("; "));
 }
 
 void CameraDownload::SelectFolder(int index) {
@@ -185,6 +197,7 @@ void CameraDownload::cmdDeleteAll() {
       State.DeleteAllEnabled = false;
       State.DownloadEnabled = false;
       State.ImageCount = QStringLiteral("0");
+      TellFolderFaults();
     } else {
       State.StatusColour = DownloadState::kDarkRed;
       State.Status = QStringLiteral("Error Deleting Images");

@@ -69,6 +69,8 @@ class CameraDownload {
 
  private:
   void ListFolders();
+  /// What of the card could not be listed goes into State.Fault.
+  void TellFolderFaults();
   void ShowStatus(int textId, const char* defaultText, const char* ending = "");
   void ShowError(int textId, const char* defaultText);
 

@@ -39,6 +39,8 @@ class CameraLink {
 
   /// Length of an image in bytes, 0 where the camera does not tell.
   virtual std::uint64_t ImageSize(int /*folderIndex*/, int /*imageIndex*/) { return 0; }
+  /// Why not all of a folder could be listed, with its path; empty for one that was.
+  virtual std::string FolderFault(int /*folderIndex*/) { return {}; }
   /// True when the camera itself keeps one of its images at `path`. Nothing is written or deleted
   /// there.
   virtual bool KeepsImageAt(const QString& /*path*/) { return false; }

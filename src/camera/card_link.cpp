@@ -20,18 +20,28 @@ namespace {
 
 namespace fs = std::filesystem;
 
+constexpr std::size_t kMostReasons = 5;
+
 /// Names in a folder that are not hidden and whose kind is `wanted`, links being a kind of their
 /// own. What cannot be read has none.
 QStringList NamesIn(const QString& folder, fs::file_type wanted, std::error_code& error) {
   QStringList names;
+  std::error_code hidden;  // Why the kind of an entry is not known.
   fs::directory_iterator entry(fs::path(PathToBytes(folder).toStdString()), error);
   for (; !error && entry != fs::directory_iterator(); entry.increment(error)) {
     const std::string name = entry->path().filename().string();
+    if (name.starts_with('.')) {
+      continue;
+    }
     std::error_code unreadable;
-    if (!name.starts_with('.') && entry->symlink_status(unreadable).type() == wanted) {
+    const fs::file_type kind = entry->symlink_status(unreadable).type();
+    if (kind == wanted) {
       names += PathFromBytes(QByteArray::fromStdString(name));
+    } else if (kind == fs::file_type::none) {
+      hidden = unreadable;
     }
   }
+  error = error ? error : hidden;
   std::sort(names.begin(), names.end(), [](const QString& first, const QString& second) {
     const int order = first.toUpper().compare(second.toUpper());
     return order == 0 ? first < second : order < 0;
@@ -42,7 +52,7 @@ QStringList NamesIn(const QString& folder, fs::file_type wanted, std::error_code
 QStringList ImagesIn(const QString& folder, std::error_code& error) {
   QStringList images = NamesIn(folder, fs::file_type::regular, error);
   images.removeIf([](const QString& name) {
-    return !name.endsWith(QLatin1String(".sit"), Qt::CaseInsensitive);
+    return PathToBytes(name).right(4).toLower() != ".sit";  // Of bytes, ASCII letters alone.
   });
   return images;
 }
@@ -98,15 +108,26 @@ bool CardLink::ReadCameraInfo() {
   if (error) {
     return Fail(PlainUtf8(folder_) + ": " + error.message());
   }
-  folders_.push_back({kCameraRoot, folder_, ImagesIn(folder_, error)});
+  ReadFolder(kCameraRoot, folder_);
   for (const QString& name : subfolders) {
-    // One that this user may not read has no images for him.
-    std::error_code unreadable;
-    const QString path = JoinPath(folder_, name);
-    folders_.push_back({name, path, ImagesIn(path, unreadable)});
+    ReadFolder(name, JoinPath(folder_, name));
   }
   isRead_ = true;
   return true;
+}
+
+void CardLink::ReadFolder(const QString& name, const QString& path) {
+  std::error_code error;
+  CardFolder folder{name, path, ImagesIn(path, error), {}};
+  if (error) {
+    folder.Fault = PlainUtf8(path) + " cannot be listed: " + error.message();
+  }
+  folders_.push_back(std::move(folder));
+}
+
+std::string CardLink::FolderFault(int folderIndex) {
+  const CardFolder* const folder = At(folderIndex);
+  return folder == nullptr ? std::string() : folder->Fault;
 }
 
 const CardLink::CardFolder* CardLink::At(int folderIndex) const {
@@ -160,16 +181,22 @@ bool CardLink::DeleteAllImages() {
   }
   // Copies of these images may not be on their disk yet.
   ::sync();
-  std::string reason;
+  std::string reasons;
+  std::size_t failed = 0;
   for (const CardFolder& folder : folders_) {
     for (const QString& name : folder.Images) {
-      const QByteArray path = PathToBytes(JoinPath(folder.Path, name));
+      const QString image = JoinPath(folder.Path, name);
+      const QByteArray path = PathToBytes(image);
       struct stat status {};
       const bool isImage = ::lstat(path.constData(), &status) == 0 && S_ISREG(status.st_mode);
-      if (isImage && ::unlink(path.constData()) != 0) {
-        reason = PlainUtf8(name) + ": " + SystemErrorText(errno);
+      if (isImage && ::unlink(path.constData()) != 0 && ++failed <= kMostReasons) {
+        const std::string reason = SystemErrorText(errno);
+        reasons += (failed > 1 ? "; " : "") + PlainUtf8(image) + ": " + reason;
       }
     }
+  }
+  if (failed > kMostReasons) {
+    reasons += " and " + std::to_string(failed - kMostReasons) + " more";
   }
   const std::vector<CardFolder> listed = std::move(folders_);
   if (!ReadCameraInfo()) {
@@ -180,7 +207,7 @@ bool CardLink::DeleteAllImages() {
       return PathExists(JoinPath(folder.Path, name));
     });
   });
-  return isLeft ? Fail(reason.empty() ? "images are left on the card" : reason) : true;
+  return isLeft ? Fail(reasons.empty() ? "images are left on the card" : reasons) : true;
 }
 
 std::uint64_t CardLink::ImageSize(int folderIndex, int imageIndex) {

@@ -9,7 +9,8 @@
 namespace tessa {
 
 /// The camera's memory card, or any folder in its place: the folder is the root, and its direct
-/// subfolders are the others. Images are plain files ending in .sit in any letter case. Both are
+/// subfolders are the others. Images are plain files ending in .sit in any letter case, other
+/// letters that only count as those in some language being none of them. Both are
 /// sorted by their upper-case names. Hidden folders and files stay out, and links are not followed,
 /// so that nothing outside of the card is ever touched.
 class CardLink : public CameraLink {
@@ -36,6 +37,7 @@ class CardLink : public CameraLink {
   bool DownloadImage(int folderIndex, int imageIndex, const QString& targetPath) override;
   bool DeleteAllImages() override;
   std::uint64_t ImageSize(int folderIndex, int imageIndex) override;
+  std::string FolderFault(int folderIndex) override;
   bool KeepsImageAt(const QString& path) override;
   bool IsPlaceOf(int folderIndex, int imageIndex, const QString& path) override;
   std::string Fault() const override { return fault_; }
@@ -50,8 +52,9 @@ class CardLink : public CameraLink {
     QString Name;
     QString Path;
     QStringList Images;
+    std::string Fault;  // Why not all of it could be listed.
   };
-  static CardFolder ReadFolder(const QString& name, const QString& path);
+  void ReadFolder(const QString& name, const QString& path);
   const CardFolder* At(int folderIndex) const;
   bool Fail(const std::string& reason);
 

@@ -109,9 +109,10 @@ void DownloadConversion::dwnGetMainImage(Picbuf& picture, Picbuf& barPicture, do
     const int width = picture.BufWidth();
     const int height = picture.BufHeight();
     const bool hasBar = Options.PaletteBar == 1;
-    const QSize highSize = MeasureText(LabelText(hi));
-    const int labelWidth = std::max(highSize.width(), MeasureText(LabelText(lo)).width());
-    const int barWidth = hasBar ? kLabelLeft + labelWidth : 0;
+    // Without a bar there is no text to be measured, and perhaps nothing to measure it with.
+    const QSize highSize = hasBar ? MeasureText(LabelText(hi)) : QSize();
+    const int barWidth =
+        hasBar ? kLabelLeft + std::max(highSize.width(), MeasureText(LabelText(lo)).width()) : 0;
     const int gap = HasVisibleImage ? kVisibleGap : 0;
     const int visibleWidth =
         HasVisibleImage ? RoundToInteger(Divide(pbVis_.BufWidth(), pbVis_.BufHeight()) * height)

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <memory>
 
 #include "core/units.h"
 #include "formats/ansi_text.h"
@@ -62,6 +63,26 @@ QString DateText(const std::string& digits) {
          year;
 }
 
+/// True for a JPEG picture of more pixels than a camera's photograph has, and for one that does not
+/// say how many where it should.
+bool IsLarge(const Bytes& jpeg) {
+  constexpr std::uint64_t kLargePixels = 2'000'000;
+  constexpr std::size_t kFrameStart = 9;  // Of a frame header, up to its width.
+  for (std::size_t at = 2; at + kFrameStart <= jpeg.size() && jpeg[at] == 0xFF;) {
+    const auto number = [&](std::size_t offset) {
+      return static_cast<std::size_t>(jpeg[at + offset] << 8 | jpeg[at + offset + 1]);
+    };
+    const int marker = jpeg[at + 1];
+    const bool isFrame =
+        marker >= 0xC0 && marker <= 0xCF && marker != 0xC4 && marker != 0xC8 && marker != 0xCC;
+    if (isFrame) {
+      return std::uint64_t{number(5)} * number(7) > kLargePixels;
+    }
+    at += 2 + number(2);
+  }
+  return true;
+}
+
 }  // namespace
 
 DownloadConversion::DownloadConversion(const Strings& words, const Palettes& palettes)
@@ -83,6 +104,10 @@ void DownloadConversion::dwnLoadThumbSIT(const QString& path) {
   if (!start.empty()) {
     header_ = std::move(sit.Header);
     Faults.insert(Faults.end(), sit.Faults.begin(), sit.Faults.end());
+  } else if (file) {
+    const bool isEmpty = file->Size() == 0;
+    Faults.push_back({isEmpty ? ProblemKind::kTruncated : ProblemKind::kUnreadable, 0, "Header",
+                      isEmpty ? "the file is empty" : "the file cannot be read", true});
   }
   if (file && Wants(DownloadOptions::kVisible)) {
     dwnProcessVisible(*file, VisiblePosition(header_, sit.VisibleLength));
@@ -195,24 +220,35 @@ void DownloadConversion::dwnProcessVisible(const RandomFile& file, std::uint64_t
   // What cannot be decoded leaves a black field, never the photograph of another image.
   pbVis_.CreateBuffer(0, kVisibleHeight, kVisibleWidth, 24);
   Steps.Run("visible picture", [&] {
-    Problems faults;
-    LoadedPicture picture = LoadJpegPicture(MemorySource(jpeg), PictureUse::kColours, faults);
-    for (const Problem& fault : faults) {
-      Faults.push_back({fault.Kind, position - 1, std::string(kVisibleField), fault.Text, false});
+    if (LargePhotographs == nullptr || !IsLarge(jpeg)) {
+      TakePhotograph(jpeg, position);
+      return;
     }
-    if (picture.Width == 0) {
-      throw StepFailure("the visible picture cannot be decoded");
-    }
-    Picbuf pbVisLoad;
-    pbVisLoad.Take(std::move(picture));
-    // The last column stays out, as everywhere where these photographs are shown.
-    pbVisLoad.SelWidth = pbVisLoad.BufWidth() - 1;
-    pbVisLoad.SelHeight = pbVisLoad.BufHeight();
-    pbVis_.SelLeft = pbVis_.SelTop = 0;
-    pbVis_.SelWidth = pbVis_.BufWidth();
-    pbVis_.SelHeight = pbVis_.BufHeight();
-    pbVis_.CopyFrom(true, pbVisLoad, true);
+    LargePhotographs->acquire();
+    const std::unique_ptr<std::counting_semaphore<>, void (*)(std::counting_semaphore<>*)> turn(
+        LargePhotographs, [](std::counting_semaphore<>* turns) { turns->release(); });
+    TakePhotograph(jpeg, position);
   });
+}
+
+void DownloadConversion::TakePhotograph(const Bytes& jpeg, std::uint64_t position) {
+  Problems faults;
+  LoadedPicture picture = LoadJpegPicture(MemorySource(jpeg), PictureUse::kColours, faults);
+  for (const Problem& fault : faults) {
+    Faults.push_back({fault.Kind, position - 1, std::string(kVisibleField), fault.Text, false});
+  }
+  if (picture.Width == 0) {
+    throw StepFailure("the visible picture cannot be decoded");
+  }
+  Picbuf pbVisLoad;
+  pbVisLoad.Take(std::move(picture));
+  // The last column stays out, as everywhere where these photographs are shown.
+  pbVisLoad.SelWidth = pbVisLoad.BufWidth() - 1;
+  pbVisLoad.SelHeight = pbVisLoad.BufHeight();
+  pbVis_.SelLeft = pbVis_.SelTop = 0;
+  pbVis_.SelWidth = pbVis_.BufWidth();
+  pbVis_.SelHeight = pbVis_.BufHeight();
+  pbVis_.CopyFrom(true, pbVisLoad, true);
 }
 
 void DownloadConversion::dwnCleanUp() {

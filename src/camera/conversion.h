@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QString>
+#include <semaphore>
 
 #include "camera/download_options.h"
 #include "core/file_access.h"
@@ -15,7 +16,7 @@ namespace tessa {
 
 /// Makes the picture of a downloaded camera image (a SIT file of 320 x 240 pixels) with palette
 /// bar, photograph and text band. Owns all its buffers and touches no open image, so several may
-/// work in threads of their own. Needs a QGuiApplication for its texts.
+/// work in threads of their own. Needs a QGuiApplication for the bar and the text band.
 class DownloadConversion {
  public:
   /// Words and palettes are not changed and have to stay for as long as the conversion.
@@ -23,6 +24,9 @@ class DownloadConversion {
 
   /// Used by all conversions that follow.
   DownloadOptions Options;
+  /// Lets only some of several conversions decode a large photograph at a time, for the sake of
+  /// memory. None: no limit. Has to stay for as long as the conversion.
+  std::counting_semaphore<>* LargePhotographs = nullptr;
 
   /// Leaves the picture of the file at `path` in PicBuf2. Of a file that cannot be read the picture
   /// is flat and goes by the header of the image before; `Faults` then says so.
@@ -56,6 +60,8 @@ class DownloadConversion {
   void ChooseScale(double& min, double& max);
   void MapTemperatures(double min, double max);
   void dwnProcessVisible(const RandomFile& file, std::uint64_t position);
+  /// Fills pbVis with the photograph.
+  void TakePhotograph(const Bytes& jpeg, std::uint64_t position);
   void dwnGetMainImage(Picbuf& picture, Picbuf& barPicture, double lo, double hi);
   QString LeftBlock() const;
   /// `width`: of its widest line, pixels.

@@ -1,6 +1,7 @@
 #include "camera/download_files.h"
 
 #include <fcntl.h>
+#include <sys/mman.h>
 #include <sys/stat.h>
 #include <sys/statvfs.h>
 #include <unistd.h>
@@ -12,11 +13,13 @@
 #include "core/plain_line.h"
 #include "core/steps.h"
 #include "core/transfer_files.h"
+#include "view/jpeg_picture.h"
 
 namespace tessa {
 namespace {
 
 constexpr int kThreeLetters = 3;
+constexpr std::uint64_t kMillion = 1'000'000;
 
 // Where the right block of the text ends: the last column of the thermal picture.
 constexpr int kRightEdge = 320;
@@ -35,10 +38,49 @@ std::uint64_t PixelCount(const DownloadOptions& options) {
          (kHeight + static_cast<std::uint64_t>(OverlayLines(options)) * kLineHeight);
 }
 
-void WaitForDisk(const QString& path) {
-  const FileDescriptor file(::open(PathToBytes(path).constData(), O_RDONLY | O_CLOEXEC));
-  if (!file || ::fsync(file.Get()) != 0) {
+bool IsLink(const QString& path) {
+  struct stat status {};
+  return ::lstat(PathToBytes(path).constData(), &status) == 0 && S_ISLNK(status.st_mode);
+}
+
+/// Moves a complete file's copy into the place of another one.
+void PutInPlace(const SourceFile& source, const QString& path) {
+  const TargetFolder folder(FolderOfPath(path));
+  const QByteArray name = PathToBytes(FileNameOf(path));
+  StagedFile copy(source, folder);
+  copy.TakeRightsOf(name);
+  copy.GiveName(name, Overwrite::kReplace);
+}
+
+/// Replaces a link by a file of these bytes.
+void ReplaceLink(const QString& path, const Bytes& content) {
+  // A file without a name there gets the rights that a new one has there.
+  SourceFile made{FileDescriptor(::open(PathToBytes(FolderOfPath(path)).constData(),
+                                        O_TMPFILE | O_RDWR | O_CLOEXEC, 0666)),
+                  {}};
+  const bool isOnDisk = static_cast<bool>(made.File);
+  if (!isOnDisk) {
+    made.File = FileDescriptor(::memfd_create("picture", MFD_CLOEXEC));
+  }
+  if (!made.File || !WriteAllAt(made.File.Get(), content, 0) ||
+      ::fstat(made.File.Get(), &made.Status) != 0) {
     throw StepFailure(SystemErrorText(errno));
+  }
+  if (!isOnDisk) {
+    made.Status.st_mode = S_IFREG | S_IRUSR | S_IWUSR;
+  }
+  PutInPlace(made, path);
+}
+
+void SavePicture(const QString& path, const Bytes& content, Overwrite overwrite) {
+  if (overwrite == Overwrite::kRefuse || !IsLink(path)) {
+    WriteWholeFile(path, content, overwrite);
+    return;
+  }
+  try {
+    ReplaceLink(path, content);
+  } catch (const StepFailure& reason) {
+    throw StepFailure(PlainUtf8(path) + " cannot be written: " + reason.what());
   }
 }
 
@@ -77,23 +119,21 @@ void RemoveFile(const QString& path) {
   }
 }
 
-void BringSit(const QString& path, const std::function<void(const QString& target)>& download) {
-  if (!IsTaken(path)) {
-    download(path);
-    return;
-  }
-  const TargetFolder folder(FolderOfPath(path));
-  const QByteArray name = PathToBytes(FileNameOf(path));
-  folder.CheckReplaceable(name);
-  const QString part = JoinPath(folder.Path(), PathFromBytes(RandomPartName()));
-  download(part);
+void CheckReplaceable(const QString& path) {
   try {
-    WaitForDisk(part);
-    RenameInto(part, folder, name, Overwrite::kReplace);
-  } catch (const StepFailure&) {
-    ::unlink(PathToBytes(part).constData());
-    throw;
+    TargetFolder(FolderOfPath(path)).CheckReplaceable(PathToBytes(FileNameOf(path)));
+    // A rename would replace even a write-protected file.
+    if (!IsLink(path) && ::faccessat(AT_FDCWD, PathToBytes(path).constData(), W_OK, 0) != 0) {
+      throw StepFailure(SystemErrorText(errno));
+    }
+  } catch (const StepFailure& reason) {
+    throw StepFailure(PlainUtf8(path) + " cannot be replaced: " + reason.what());
   }
+}
+
+void ReplaceFile(const QString& source, const QString& path) {
+  CheckReplaceable(path);
+  PutInPlace(OpenSource(source), path);
 }
 
 void MakePicture(const QString& sit, DownloadConversion& conversion) {
@@ -114,23 +154,23 @@ void CheckPicture(const DownloadConversion& conversion) {
   }
 }
 
-void SaveBmp(const QString& path, DownloadConversion& conversion) {
-  Picbuf& picture = conversion.PicBuf2;
-  picture.JpegQuality = 0;
-  picture.FileType = Picbuf::kBmp;
-  picture.FileName = path;
-  picture.SaveFile();
+void SaveBmp(const QString& path, DownloadConversion& conversion, Overwrite overwrite) {
+  const Picbuf& picture = conversion.PicBuf2;
+  const int width = picture.BufWidth();
+  const int height = picture.BufHeight();
+  SavePicture(path,
+              picture.BufDepth() == 8
+                  ? EncodeBmp8(width, height, picture.Pixels(), picture.Stride(), picture.Palette())
+                  : EncodeBmp24(width, height, picture.Pixels(), picture.Stride()),
+              overwrite);
 }
 
-void SaveJpeg(const QString& path, DownloadConversion& conversion) {
+void SaveJpeg(const QString& path, DownloadConversion& conversion, Overwrite overwrite) {
   Picbuf& picture = conversion.PicBuf2;
   if (picture.BufDepth() < 24) {
     picture.ConvertDepth(24);
   }
-  picture.JpegQuality = JpegQualityOf(conversion.Options);
-  picture.FileType = Picbuf::kJpeg;
-  picture.FileName = path;
-  picture.SaveFile();
+  SavePicture(path, EncodeJpeg(picture.ToImage(), JpegQualityOf(conversion.Options)), overwrite);
 }
 
 std::uint64_t SpaceNeeded(const ImageTargets& targets, std::uint64_t sitSize,
@@ -158,9 +198,12 @@ std::optional<std::uint64_t> FreeSpace(const QString& folder) {
   return std::uint64_t{status.f_bavail} * status.f_frsize;
 }
 
-QString Megabytes(std::uint64_t bytes) {
-  constexpr std::uint64_t kMillion = 1'000'000;
+QString NeededMegabytes(std::uint64_t bytes) {
   return QString::number((bytes + kMillion - 1) / kMillion);
+}
+
+QString FreeMegabytes(std::uint64_t bytes) {
+  return QString::number(bytes / kMillion);
 }
 
 }  // namespace tessa

@@ -2,11 +2,11 @@
 
 #include <QString>
 #include <cstdint>
-#include <functional>
 #include <optional>
 
 #include "camera/conversion.h"
 #include "camera/download_options.h"
+#include "core/write_file.h"
 
 namespace tessa {
 
@@ -34,17 +34,20 @@ void MakeFolder(const QString& path);
 /// Removes a file that was made here; one that is not there is no failure.
 void RemoveFile(const QString& path);
 
-/// Has `download` write the SIT file at `path`. What is there is replaced once the new file is
-/// complete and on the disk; after a failure it is as it was.
-void BringSit(const QString& path, const std::function<void(const QString& target)>& download);
+/// Refuses what no file may take the place of, and a file that this user may not write.
+void CheckReplaceable(const QString& path);
+/// Has a copy of the file at `source` take the place of the one at `path` once it is complete and
+/// on the disk; after a failure the old one is as it was. Its rights stay. A link itself is
+/// replaced, not what it leads to.
+void ReplaceFile(const QString& source, const QString& path);
 
 /// Makes the picture of the SIT file with all that the conversion's options want.
 void MakePicture(const QString& sit, DownloadConversion& conversion);
 /// Refuses the picture when it shows no image.
 void CheckPicture(const DownloadConversion& conversion);
-/// Each replaces an older file as a whole.
-void SaveBmp(const QString& path, DownloadConversion& conversion);
-void SaveJpeg(const QString& path, DownloadConversion& conversion);
+/// Each replaces an older file as ReplaceFile() does, or refuses it.
+void SaveBmp(const QString& path, DownloadConversion& conversion, Overwrite overwrite);
+void SaveJpeg(const QString& path, DownloadConversion& conversion, Overwrite overwrite);
 
 /// Bytes that the files of an image of `sitSize` bytes will take beyond those that are there and
 /// are replaced; a little too much rather than too little.
@@ -52,7 +55,9 @@ std::uint64_t SpaceNeeded(const ImageTargets& targets, std::uint64_t sitSize,
                           const DownloadOptions& options);
 /// Bytes that are free for this user; nothing when the system does not tell.
 std::optional<std::uint64_t> FreeSpace(const QString& folder);
-/// Millions of bytes, rounded up.
-QString Megabytes(std::uint64_t bytes);
+/// Millions of bytes: what is needed is rounded up and what is free down, so that the words never
+/// say that it would be enough.
+QString NeededMegabytes(std::uint64_t bytes);
+QString FreeMegabytes(std::uint64_t bytes);
 
 }  // namespace tessa

@@ -77,9 +77,9 @@ class ValueReader {
   qsizetype at_ = 0;
 };
 
-/// `value` as it stands, or in quotes where only that gives it back. Where neither does it is cut
-/// when it is read, as every line is; what would keep the lines after it from being read is left
-/// out.
+/// `value` as it stands, or in quotes where only that gives it back. Where neither does it is
+/// written up to the comma or line end that would cut it anyway, so that the lines after it keep
+/// their places; what would keep them from being read is left out.
 QString TextLine(const QString& value) {
   const auto isReadAs = [](const QString& line, const QString& wanted) {
     const QString text = line + QLatin1String("\r\n1\r\n");
@@ -93,8 +93,11 @@ QString TextLine(const QString& value) {
   if (isReadAs(quoted, value)) {
     return quoted;
   }
-  const bool isOneLine = std::none_of(value.begin(), value.end(), IsLineEnd);
-  return isOneLine && !value.trimmed().startsWith(kQuote) ? value : QString();
+  const auto end = std::find_if(value.begin(), value.end(), [](QChar character) {
+    return character == kComma || IsLineEnd(character);
+  });
+  const QString cut = value.left(end - value.begin());
+  return isReadAs(cut, cut) ? cut : QString();
 }
 
 /// A blank stands where a minus sign would be.

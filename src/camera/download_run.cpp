@@ -104,7 +104,7 @@ bool DownloadRun::HasSpace(int firstFolder, int folderCount) {
   state_.StatusColour = DownloadState::kDarkRed;
   state_.Status =
       with_.Words.LangString(540, "Not enough space in the target folder: %1 MB needed, %2 MB free")
-          .arg(Megabytes(needed), Megabytes(*free));
+          .arg(NeededMegabytes(needed), FreeMegabytes(*free));
   return false;
 }
 
@@ -129,6 +129,10 @@ ImageFolder DownloadRun::MakeTarget(int folderIndex) {
 
 void DownloadRun::RunFolder(int folderIndex, const ImageFolder& target,
                             const std::function<void()>& showPercent) {
+  const std::string unlisted = with_.Cam1.FolderFault(folderIndex);
+  if (!unlisted.empty()) {
+    image_.Faults.Try("folder", [&] { throw StepFailure(unlisted); });
+  }
   const int images = state_.Folders.at(static_cast<std::size_t>(folderIndex)).Images;
   for (int i = 0; i < images; ++i) {
     if (StopsForAbort() || !image_.Bring(folderIndex, i, target)) {

@@ -67,7 +67,7 @@ bool ImageDownload::Bring(int folderIndex, int imageIndex, const ImageFolder& ta
     Replies.Fail();
     return false;
   }
-  bool isConverted = true;
+  bool isConverted = false;
   if (WantsPictures(options_)) {
     AskForPictures(image);
     if (writeBmp_ || writeJpeg_) {
@@ -99,18 +99,27 @@ bool ImageDownload::Download(const Image& image, QString& sit) {
     }
   };
   try {
-    if (options_.Sit == 0) {
-      if (stage_.isEmpty()) {
-        stage_ = with_.Folder.TemporaryFile(QStringLiteral("download.sit"));
-      }
-      sit = stage_;
-      RemoveFile(sit);
+    sit = image.Targets.Sit;
+    if (options_.Sit != 0 && !image.SitExists) {
       download(sit);
+      return true;
+    }
+    if (options_.Sit != 0 && camera.IsPlaceOf(image.FolderIndex, image.Index, sit)) {
+      return true;
+    }
+    if (options_.Sit != 0) {
+      CheckReplaceable(sit);
+    }
+    if (stage_.isEmpty()) {
+      stage_ = with_.Folder.TemporaryFile(QStringLiteral("download.sit"));
+    }
+    RemoveFile(stage_);
+    download(stage_);
+    if (options_.Sit == 0) {
+      sit = stage_;
     } else {
-      sit = image.Targets.Sit;
-      if (!image.SitExists || !camera.IsPlaceOf(image.FolderIndex, image.Index, sit)) {
-        BringSit(sit, download);
-      }
+      ReplaceFile(stage_, sit);
+      RemoveFile(stage_);
     }
     return true;
   } catch (const StepFailure& reason) {
@@ -120,13 +129,20 @@ bool ImageDownload::Download(const Image& image, QString& sit) {
   }
 }
 
-void ImageDownload::AskForPictures(const Image& image) {
+void ImageDownload::AskForPictures(Image& image) {
   const QString stem = image.Name.chopped(kEndingSize - 1);
+  const auto ask = [&](const QString& path, const char* ending, Overwrite& overwrite) {
+    if (!IsTaken(path)) {
+      return true;
+    }
+    overwrite = Overwrite::kReplace;
+    return Replies.AskForPicture(stem + Upper(ending));
+  };
   if (options_.Bmp == 1) {
-    writeBmp_ = !IsTaken(image.Targets.Bmp) || Replies.AskForPicture(stem + Upper("bmp"));
+    writeBmp_ = ask(image.Targets.Bmp, "bmp", image.Bmp);
   }
   if (options_.Jpeg == 1) {
-    writeJpeg_ = !IsTaken(image.Targets.Jpeg) || Replies.AskForPicture(stem + Upper("jpg"));
+    writeJpeg_ = ask(image.Targets.Jpeg, "jpg", image.Jpeg);
   }
 }
 
@@ -146,15 +162,14 @@ bool ImageDownload::Convert(const QString& sit, const Image& image) {
       hasPicture && Faults.Try("picture", [&] { named([&] { CheckPicture(conversion); }); });
   // Both go by the formats alone: a BMP that was declined is written with an accepted JPEG.
   if (hasPicture && options_.Bmp == 1) {
-    isDone = Faults.Try("BMP", [&] { SaveBmp(image.Targets.Bmp, conversion); }) && isDone;
+    isDone =
+        Faults.Try("BMP", [&] { SaveBmp(image.Targets.Bmp, conversion, image.Bmp); }) && isDone;
   }
   if (hasPicture && options_.Jpeg == 1) {
-    isDone = Faults.Try("JPEG", [&] { SaveJpeg(image.Targets.Jpeg, conversion); }) && isDone;
+    isDone =
+        Faults.Try("JPEG", [&] { SaveJpeg(image.Targets.Jpeg, conversion, image.Jpeg); }) && isDone;
   }
   with_.Watcher.LetEventsRun();
-  conversion.PicBuf2.FileName.clear();
-  conversion.PicBuf2.JpegQuality = 0;
-  conversion.PicBuf2.FileType = Picbuf::kBmp;
   return isDone;
 }
 

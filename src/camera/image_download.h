@@ -64,13 +64,16 @@ class ImageDownload {
     QString Name;
     ImageTargets Targets;
     bool SitExists = false;
+    // What may become of pictures: those that were not there are not asked about.
+    Overwrite Bmp = Overwrite::kRefuse;
+    Overwrite Jpeg = Overwrite::kRefuse;
   };
 
   void ShowName(const QString& name, const ImageFolder& target);
   int Ask(const QString& name);
   /// Tells where the SIT file is now; false when the camera failed.
   bool Download(const Image& image, QString& sit);
-  void AskForPictures(const Image& image);
+  void AskForPictures(Image& image);
   /// False when not all was made and written.
   bool Convert(const QString& sit, const Image& image);
   void LetStageGo(const QString& sit, const Image& image, bool isConverted);
@@ -78,7 +81,7 @@ class ImageDownload {
   const DownloadSurroundings& with_;
   const DownloadOptions& options_;
   DownloadState& state_;
-  QString stage_;  // Where SIT files that are not wanted stand for a moment.
+  QString stage_;  // Where SIT files stand for a moment that are not wanted or replace others.
   bool writeBmp_ = false;
   bool writeJpeg_ = false;
 };

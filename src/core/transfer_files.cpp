@@ -228,6 +228,13 @@ void StagedFile::Change(ByteSpan start, ByteSpan tail) {
   }
 }
 
+void StagedFile::TakeRightsOf(const QByteArray& name) const {
+  const auto there = folder_->Find(name);
+  if (there && S_ISREG(there->st_mode)) {
+    TakeOverRights(folder_->Descriptor(), name, *there, file_.Get());
+  }
+}
+
 void StagedFile::Sync() const {
   if (::fsync(file_.Get()) != 0) {
     Refuse(errno);

@@ -72,6 +72,9 @@ class StagedFile {
 
   /// Puts `tail` behind the copy and `start` in the place of its first bytes.
   void Change(ByteSpan start, ByteSpan tail);
+  /// Owner, group, access list and permissions become those of the plain file that stands under
+  /// `name`, if there is one: before the copy takes its place.
+  void TakeRightsOf(const QByteArray& name) const;
   /// Waits until the bytes are on the disk.
   void Sync() const;
   /// What is replaced is whole until the new file takes its place, which is on the disk by then. A

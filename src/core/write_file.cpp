@@ -105,40 +105,6 @@ void CheckReplaceable(const Target& target, Overwrite overwrite) {
   }
 }
 
-/// Gives the new file the owner, group, access list and permissions of the one it replaces. What
-/// cannot be kept never lets more people in.
-void TakeOverRights(const Target& target, int descriptor) {
-  const struct stat& old = target.Status;
-  mode_t mode = old.st_mode & kPermissionBits;
-  struct stat made {};
-  bool groupKept = ::fstat(descriptor, &made) == 0 && made.st_gid == old.st_gid;
-  if (!groupKept || made.st_uid != old.st_uid) {
-    if (::fchown(descriptor, old.st_uid, old.st_gid) == 0) {
-      groupKept = true;
-    } else if (::fchown(descriptor, static_cast<uid_t>(-1), old.st_gid) == 0) {
-      groupKept = true;
-    }
-  }
-  const FileDescriptor source(::openat(target.Folder.Get(), target.Name.constData(),
-                                       O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC));
-  std::array<char, 4096> list{};
-  const ssize_t size =
-      source ? ::fgetxattr(source.Get(), kAccessList, list.data(), list.size()) : -1;
-  const bool hasNone = size < 0 && source && (errno == ENODATA || errno == EOPNOTSUPP);
-  const bool listKept =
-      hasNone || (size >= 0 && ::fsetxattr(descriptor, kAccessList, list.data(),
-                                           static_cast<std::size_t>(size), 0) == 0);
-  if (hasNone) {
-    static_cast<void>(::fremovexattr(descriptor, kAccessList));  // Inherited from the folder.
-  }
-  if (!groupKept || !listKept) {
-    // The group's bits were meant for another group, or are the outline of the list.
-    mode = (mode & ~static_cast<mode_t>(S_IRWXG)) |
-           (mode & (mode << 3) & static_cast<mode_t>(S_IRWXG));
-  }
-  static_cast<void>(::fchmod(descriptor, mode));
-}
-
 /// A name that this process made and removes again unless it has become the final one.
 class OwnName {
  public:
@@ -174,7 +140,7 @@ class OwnName {
 
 void Fill(const Target& target, int descriptor, ByteSpan content) {
   if (target.Exists) {
-    TakeOverRights(target, descriptor);
+    TakeOverRights(target.Folder.Get(), target.Name, target.Status, descriptor);
   }
   if (!WriteAllAt(descriptor, content, 0)) {
     throw Refused(errno);
@@ -299,6 +265,37 @@ void WriteWholeFile(const QString& path, ByteSpan content, Overwrite overwrite) 
   } catch (const Refused& reason) {
     throw StepFailure(PlainUtf8(path) + " cannot be written: " + reason.what());
   }
+}
+
+void TakeOverRights(int folder, const QByteArray& name, const struct stat& old, int descriptor) {
+  mode_t mode = old.st_mode & kPermissionBits;
+  struct stat made {};
+  bool groupKept = ::fstat(descriptor, &made) == 0 && made.st_gid == old.st_gid;
+  if (!groupKept || made.st_uid != old.st_uid) {
+    if (::fchown(descriptor, old.st_uid, old.st_gid) == 0) {
+      groupKept = true;
+    } else if (::fchown(descriptor, static_cast<uid_t>(-1), old.st_gid) == 0) {
+      groupKept = true;
+    }
+  }
+  const FileDescriptor source(
+      ::openat(folder, name.constData(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC));
+  std::array<char, 4096> list{};
+  const ssize_t size =
+      source ? ::fgetxattr(source.Get(), kAccessList, list.data(), list.size()) : -1;
+  const bool hasNone = size < 0 && source && (errno == ENODATA || errno == EOPNOTSUPP);
+  const bool listKept =
+      hasNone || (size >= 0 && ::fsetxattr(descriptor, kAccessList, list.data(),
+                                           static_cast<std::size_t>(size), 0) == 0);
+  if (hasNone) {
+    static_cast<void>(::fremovexattr(descriptor, kAccessList));  // Inherited from the folder.
+  }
+  if (!groupKept || !listKept) {
+    // The group's bits were meant for another group, or are the outline of the list.
+    mode = (mode & ~static_cast<mode_t>(S_IRWXG)) |
+           (mode & (mode << 3) & static_cast<mode_t>(S_IRWXG));
+  }
+  static_cast<void>(::fchmod(descriptor, mode));
 }
 
 void SyncFolder(const QString& folder) {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <sys/stat.h>
+
 #include <QByteArray>
 #include <QString>
 
@@ -23,6 +25,11 @@ void WriteWholeFile(const QString& path, ByteSpan content, Overwrite overwrite);
 /// Waits until everything written to the file system of `folder` is on the disk. Throws
 /// StepFailure.
 void SyncFolder(const QString& folder);
+
+/// Gives an open file the owner, group, access list and permissions of the plain file `name` in the
+/// open `folder`, whose status is `old` and which it is to replace. What cannot be kept never lets
+/// more people in.
+void TakeOverRights(int folder, const QByteArray& name, const struct stat& old, int descriptor);
 
 /// Writes all of `content` at `offset`; false, with errno set, when the system will not take it.
 bool WriteAllAt(int descriptor, ByteSpan content, std::uint64_t offset);

@@ -94,7 +94,7 @@ void TakeWave(const RandomFile& file, std::uint64_t offset, NoteWave& wave) {
 }  // namespace
 
 bool IsSitName(const QString& path) {
-  return path.endsWith(QLatin1String("SIT"), Qt::CaseInsensitive);
+  return PathToBytes(path).right(3).toUpper() == "SIT";  // Of bytes, ASCII letters alone.
 }
 
 QString SideSoundPath(const QString& imagePath, const SitHeader& header) {

@@ -11,6 +11,7 @@
 #include "core/plain_line.h"
 #include "core/platform_failure.h"
 #include "core/steps.h"
+#include "core/units.h"
 #include "export/image_export.h"
 #include "tool/card_download.h"
 
@@ -31,6 +32,54 @@ bool Open(CardLink& card, const std::string& folder) {
   return false;
 }
 
+/// Says which folders could not be listed; false when there are any.
+bool TellFolderFaults(CardLink& card) {
+  bool isAll = true;
+  for (int i = 0; i < card.FolderCount(); ++i) {
+    const std::string fault = card.FolderFault(i);
+    if (!fault.empty()) {
+      PrintError(fault);
+      isAll = false;
+    }
+  }
+  return isAll;
+}
+
+/// Begins the application that texts are drawn with; it needs no display for it. Where the system
+/// gives this user no folder for running programs it is to use one of ours, which goes at the end,
+/// instead of one that it would leave behind.
+class TextDrawing {
+ public:
+  TextDrawing() {
+    constexpr const char* kRuntimeFolder = "XDG_RUNTIME_DIR";
+    const bool isGiven = qEnvironmentVariableIsSet(kRuntimeFolder);
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    if (!isGiven) {
+      try {
+        qputenv(kRuntimeFolder, PathToBytes(folder_.TemporaryPath()));
+      } catch (const StepFailure&) {
+        qunsetenv(kRuntimeFolder);  // Then it makes its own.
+      }
+    }
+    BeginPlatformStart("tessatool");
+    application_ = std::make_unique<QGuiApplication>(argumentCount_, arguments_.data());
+    EndPlatformStart();
+    if (!isGiven) {
+      qunsetenv(kRuntimeFolder);
+    }
+  }
+  TextDrawing(const TextDrawing&) = delete;
+  TextDrawing& operator=(const TextDrawing&) = delete;
+  ~TextDrawing() = default;
+
+ private:
+  ApplicationFolder folder_ = OwnFolder();
+  int argumentCount_ = 1;
+  std::array<char, 10> name_ = {"tessatool"};
+  std::array<char*, 2> arguments_ = {name_.data(), nullptr};
+  std::unique_ptr<QGuiApplication> application_;
+};
+
 int CountImages(CardLink& card) {
   int images = 0;
   for (int i = 0; i < card.FolderCount(); ++i) {
@@ -39,7 +88,10 @@ int CountImages(CardLink& card) {
   return images;
 }
 
-/// Scale and limits; false when the text is neither a choice nor two rising numbers.
+/// Degrees; nothing is as cold or as hot.
+constexpr double kFarthestLimit = 1e6;
+
+/// Scale and limits; false when the text is neither a choice nor two rising numbers of sense.
 bool TakeScale(const QString& scale, DownloadOptions& options) {
   if (scale == QLatin1String("camera") || scale == QLatin1String("auto")) {
     options.Scale = scale == QLatin1String("auto") ? DownloadOptions::kAutoScale
@@ -51,8 +103,16 @@ bool TakeScale(const QString& scale, DownloadOptions& options) {
     return false;
   }
   options.Scale = DownloadOptions::kCustomScale;
-  options.MinTemp = QString::number(range->Low, 'f');
-  options.MaxTemp = QString::number(range->High, 'f');
+  if (range->Low < -kFarthestLimit || range->High > kFarthestLimit) {
+    return false;
+  }
+  // As typed where the conversion reads it the same, else with all its digits.
+  const QStringList typed = scale.split(QLatin1Char(':'));
+  const auto limit = [](const QString& text, double value) {
+    return ParseNumber(text) == value ? text : QString::number(value, 'g', 17);
+  };
+  options.MinTemp = limit(typed.first(), range->Low);
+  options.MaxTemp = limit(typed.last(), range->High);
   return true;
 }
 
@@ -89,7 +149,7 @@ int RunCardList(const CardListCall& call) {
     PrintLine(Counted(count, "image") + QStringLiteral(" in ") +
               Counted(card.FolderCount(), "folder"));
   }
-  return kToolDone;
+  return TellFolderFaults(card) ? kToolDone : kToolFailed;
 }
 
 int RunCardDownload(const CardDownloadCall& call) {
@@ -113,7 +173,8 @@ int RunCardDownload(const CardDownloadCall& call) {
     return kToolWrongCall;
   }
   if (!TakeScale(FromArgument(call.Scale), options)) {
-    PrintError("--scale takes camera, auto or LO:HI with LO below HI");
+    PrintError(
+        "--scale takes camera, auto or LO:HI with LO below HI, both from -1000000 to 1000000");
     return kToolWrongCall;
   }
   const auto palettes = ReadToolPalettes(WantsPictures(options));
@@ -121,16 +182,9 @@ int RunCardDownload(const CardDownloadCall& call) {
   if (!palettes || !Open(card, call.Card)) {
     return kToolFailed;
   }
-  // Texts are drawn with the fonts of a GUI application, which needs no display for it.
-  std::unique_ptr<QGuiApplication> application;
-  int argumentCount = 1;
-  std::array<char, 10> name = {"tessatool"};
-  std::array<char*, 2> arguments = {name.data(), nullptr};
+  std::unique_ptr<TextDrawing> drawing;
   if (OverlayLines(options) > 0 || (WantsPictures(options) && call.Bar)) {
-    qputenv("QT_QPA_PLATFORM", "offscreen");
-    BeginPlatformStart("tessatool");
-    application = std::make_unique<QGuiApplication>(argumentCount, arguments.data());
-    EndPlatformStart();
+    drawing = std::make_unique<TextDrawing>();
   }
   const auto existing = call.Replace ? CardTargets::kReplace
                         : call.Skip  ? CardTargets::kSkip
@@ -156,6 +210,7 @@ int RunCardDeleteAll(const std::string& folder) {
       images += card.ImagePath(i, k);
     }
   }
+  const bool isAll = TellFolderFaults(card);
   const bool isDone = card.DeleteAllImages();
   const std::string fault = card.Fault();
   int done = 0;
@@ -169,7 +224,7 @@ int RunCardDeleteAll(const std::string& folder) {
   if (!isDone) {
     PrintError(FromArgument(folder), fault);
   }
-  return isDone ? kToolDone : kToolFailed;
+  return isDone && isAll ? kToolDone : kToolFailed;
 }
 
 }  // namespace tessa

@@ -12,10 +12,6 @@
 namespace tessa {
 namespace {
 
-std::string IsThere(const QString& path) {
-  return PlainUtf8(path) + " is there already";
-}
-
 QString Images(int count) {
   return QString::number(count) +
          (count == 1 ? QStringLiteral(" image") : QStringLiteral(" images"));
@@ -47,12 +43,16 @@ void CardDownload::Plan(const std::optional<QString>& onlyFolder) {
   const auto free = FreeSpace(options_.TargetPath);
   if (free && space_ > *free) {
     throw StepFailure(PlainUtf8(options_.TargetPath) + ": not enough space, " +
-                      Megabytes(space_).toStdString() + " MB needed, " +
-                      Megabytes(*free).toStdString() + " MB free");
+                      NeededMegabytes(space_).toStdString() + " MB needed, " +
+                      FreeMegabytes(*free).toStdString() + " MB free");
   }
 }
 
 void CardDownload::PlanFolder(int index) {
+  const std::string fault = card_.FolderFault(index);
+  if (!fault.empty()) {
+    faults_.push_back(fault);
+  }
   const QString name = card_.FolderName(index);
   const bool isRoot = name == kCameraRoot || name.toUpper() == kCameraRootShown;
   const QString folder = isRoot ? options_.TargetPath : JoinPath(options_.TargetPath, name);
@@ -71,7 +71,10 @@ void CardDownload::PlanFolder(int index) {
       for (const QString& target : WantedTargets(job.Targets)) {
         targets_.insert(target);
       }
-      space_ += SpaceNeeded(job.Targets, card_.ImageSize(index, i), options_);
+      const Choice choice = Choose(job.Targets);
+      if (choice.Refused.empty()) {
+        space_ += SpaceNeeded(job.Targets, card_.ImageSize(index, i), choice.Wanted);
+      }
     } catch (const StepFailure& reason) {
       job.Fault = reason.what();
     }
@@ -94,6 +97,10 @@ QStringList CardDownload::WantedTargets(const ImageTargets& targets) const {
 }
 
 int CardDownload::Run(int jobs) {
+  constexpr std::size_t kMostPerProcessor = 4;
+  for (const std::string& fault : faults_) {
+    PrintError(fault);
+  }
   for (const QString& folder : folders_) {
     try {
       if (!IsTaken(folder)) {
@@ -105,8 +112,9 @@ int CardDownload::Run(int jobs) {
     }
   }
   results_.resize(jobs_.size());
-  const std::size_t wanted =
-      jobs > 0 ? static_cast<std::size_t>(jobs) : std::max(1U, std::thread::hardware_concurrency());
+  const std::size_t processors = std::max(1U, std::thread::hardware_concurrency());
+  const std::size_t wanted = std::min(jobs > 0 ? static_cast<std::size_t>(jobs) : processors,
+                                      kMostPerProcessor * processors);
   StopAfterThisFile();
   std::vector<std::jthread> threads;
   for (std::size_t i = 1; i < std::min(wanted, jobs_.size()); ++i) {
@@ -128,11 +136,12 @@ int CardDownload::Run(int jobs) {
   if (Interrupted()) {
     return InterruptedStatus();
   }
-  return failed_ > 0 || !hasAllFolders_ ? kToolFailed : kToolDone;
+  return failed_ > 0 || !faults_.empty() || !hasAllFolders_ ? kToolFailed : kToolDone;
 }
 
 void CardDownload::Work(int worker) {
   DownloadConversion conversion(words_, palettes_);
+  conversion.LargePhotographs = &largePhotographs_;
   QString stage;
   std::string fault;
   if (options_.Sit == 0) {
@@ -149,7 +158,7 @@ void CardDownload::Work(int worker) {
       if (!fault.empty()) {
         throw StepFailure(fault);
       }
-      result = BringOne(jobs_[at], stage, conversion);
+      BringOne(jobs_[at], stage, conversion, result);
     } catch (const std::exception& reason) {
       result.Fault = reason.what();
     }
@@ -157,69 +166,96 @@ void CardDownload::Work(int worker) {
   }
 }
 
-CardDownload::Result CardDownload::BringOne(const Job& job, const QString& stage,
-                                            DownloadConversion& conversion) const {
+CardDownload::Choice CardDownload::Choose(const ImageTargets& targets) const {
+  Choice choice{options_, {}, {}};
+  DownloadOptions& wanted = choice.Wanted;
+  if (existing_ == CardTargets::kSkip) {
+    if (wanted.Sit == 1 && IsTaken(targets.Sit)) {
+      // An image that is not downloaded is not made into pictures either.
+      wanted.Sit = wanted.Bmp = wanted.Jpeg = 0;
+      choice.Skipped += targets.Sit;
+      return choice;
+    }
+    for (const auto& [box, path] :
+         {std::pair(&wanted.Bmp, &targets.Bmp), std::pair(&wanted.Jpeg, &targets.Jpeg)}) {
+      if (*box == 1 && IsTaken(*path)) {
+        *box = 0;
+        choice.Skipped += *path;
+      }
+    }
+  } else if (existing_ == CardTargets::kRefuse) {
+    for (const QString& target : WantedTargets(targets)) {
+      if (IsTaken(target)) {
+        choice.Refused = PlainUtf8(target) + " is there already; --replace would replace it";
+        break;
+      }
+    }
+  }
+  return choice;
+}
+
+void CardDownload::BringOne(const Job& job, const QString& stage, DownloadConversion& conversion,
+                            Result& result) const {
   if (!job.Fault.empty()) {
     throw StepFailure(job.Fault);
   }
-  Result result;
-  DownloadOptions wanted = options_;
-  if (existing_ == CardTargets::kSkip) {
-    if (wanted.Sit == 1 && IsTaken(job.Targets.Sit)) {
-      // An image that is not downloaded is not made into pictures either.
-      result.Skipped = IsThere(job.Targets.Sit);
-      return result;
-    }
-    for (const auto& [box, path] :
-         {std::pair(&wanted.Bmp, &job.Targets.Bmp), std::pair(&wanted.Jpeg, &job.Targets.Jpeg)}) {
-      if (*box == 1 && IsTaken(*path)) {
-        *box = 0;
-        result.Skipped = IsThere(*path);
-      }
-    }
-    if (!WantsAnyFormat(wanted)) {
-      return result;
-    }
-  } else if (existing_ == CardTargets::kRefuse) {
-    for (const QString& target : WantedTargets(job.Targets)) {
-      if (IsTaken(target)) {
-        throw StepFailure(IsThere(target) + "; --replace would replace it");
-      }
-    }
+  const Choice choice = Choose(job.Targets);
+  result.Skipped = choice.Skipped;
+  if (!choice.Refused.empty()) {
+    throw StepFailure(choice.Refused);
   }
-  WriteOne(job, wanted, stage, conversion, result);
-  return result;
+  if (WantsPictures(choice.Wanted) && FileSize(job.Source) == 0U) {
+    throw StepFailure("the file is empty");
+  }
+  if (WantsAnyFormat(choice.Wanted)) {
+    WriteOne(job, choice.Wanted, stage, conversion, result);
+  }
+}
+
+void CardDownload::BringSit(const Job& job) const {
+  const QString& target = job.Targets.Sit;
+  if (existing_ != CardTargets::kReplace || !IsTaken(target)) {
+    card_.BringImage(job.Folder, job.Image, target);
+    return;
+  }
+  // A card that is copied onto itself has the image already.
+  if (card_.IsPlaceOf(job.Folder, job.Image, target)) {
+    return;
+  }
+  if (card_.KeepsImageAt(target)) {
+    throw StepFailure(PlainUtf8(target) + " is another image of the card");
+  }
+  ReplaceFile(job.Source, target);
 }
 
 void CardDownload::WriteOne(const Job& job, const DownloadOptions& wanted, const QString& stage,
                             DownloadConversion& conversion, Result& result) const {
-  const auto download = [&](const QString& path) { card_.BringImage(job.Folder, job.Image, path); };
   if (wanted.Sit == 1) {
-    // A card that is copied onto itself has the image already.
-    const bool isTaken = IsTaken(job.Targets.Sit);
-    if (!isTaken || !card_.IsPlaceOf(job.Folder, job.Image, job.Targets.Sit)) {
-      if (isTaken && card_.KeepsImageAt(job.Targets.Sit)) {
-        throw StepFailure(PlainUtf8(job.Targets.Sit) + " is another image of the card");
-      }
-      BringSit(job.Targets.Sit, download);
-    }
+    BringSit(job);
     result.Written += job.Targets.Sit;
   } else {
     RemoveFile(stage);
-    download(stage);
+    card_.BringImage(job.Folder, job.Image, stage);
   }
   if (WantsPictures(wanted)) {
     conversion.Options = wanted;
     MakePicture(wanted.Sit == 1 ? job.Targets.Sit : stage, conversion);
     CheckPicture(conversion);
-    result.Warnings = conversion.Faults;
+    for (const Problem& fault : conversion.Faults) {
+      result.Warnings.push_back(fault.Text);
+    }
+    for (const FailedStep& step : conversion.Steps.Failures()) {
+      result.Warnings.push_back(step.Step + ": " + step.Reason);
+    }
   }
+  const Overwrite overwrite =
+      existing_ == CardTargets::kReplace ? Overwrite::kReplace : Overwrite::kRefuse;
   if (wanted.Bmp == 1) {
-    SaveBmp(job.Targets.Bmp, conversion);
+    SaveBmp(job.Targets.Bmp, conversion, overwrite);
     result.Written += job.Targets.Bmp;
   }
   if (wanted.Jpeg == 1) {
-    SaveJpeg(job.Targets.Jpeg, conversion);
+    SaveJpeg(job.Targets.Jpeg, conversion, overwrite);
     result.Written += job.Targets.Jpeg;
   }
   if (wanted.Sit != 1) {
@@ -237,20 +273,29 @@ void CardDownload::Report(std::size_t at, Result result) {
 }
 
 void CardDownload::PrintResult(const Job& job, const Result& result) {
+  const QString written = result.Written.join(QLatin1String(", "));
   if (!result.Fault.empty()) {
-    PrintError(job.Source, result.Fault);
+    PrintError(job.Source, written.isEmpty()
+                               ? result.Fault
+                               : PlainUtf8(written) + " written, picture failed: " + result.Fault);
     ++failed_;
     return;
   }
-  for (const Problem& warning : result.Warnings) {
-    PrintError(job.Source, "warning: " + warning.Text);
+  for (const std::string& warning : result.Warnings) {
+    PrintError(job.Source, "warning: " + warning);
   }
-  if (result.Written.isEmpty()) {
-    PrintLine(job.Source + QStringLiteral(": skipped, since ") +
-              QString::fromStdString(result.Skipped));
+  const QString skipped =
+      result.Skipped.isEmpty()
+          ? QString()
+          : QStringLiteral("skipped, since ") + result.Skipped.join(QLatin1String(" and ")) +
+                (result.Skipped.size() == 1 ? QStringLiteral(" is there already")
+                                            : QStringLiteral(" are there already"));
+  if (written.isEmpty()) {
+    PrintLine(job.Source + QStringLiteral(": ") + skipped);
     ++skipped_;
   } else {
-    PrintLine(job.Source + QStringLiteral(" -> ") + result.Written.join(QLatin1String(", ")));
+    PrintLine(job.Source + QStringLiteral(" -> ") + written +
+              (skipped.isEmpty() ? skipped : QStringLiteral("; ") + skipped));
     ++done_;
   }
 }
