@@ -43,7 +43,8 @@ class TransferFaults : public ::testing::Test {
   }
   static std::string Names(const QTemporaryDir& folder) {
     return QDir(folder.path())
-        .entryList(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot)
+        .entryList(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot,
+                   QDir::Name)
         .join(QLatin1Char(' '))
         .toStdString();
   }
@@ -121,9 +122,6 @@ TEST_F(TransferFaults, ASoundStaysWhileAnImageMayNameIt) {
     EXPECT_EQ(transfer.Finish().size(), 0u);
     EXPECT_EQ(Names(from_), "SND1.AIF loop.sit");
   }
-  ::unlink(PathOf(from_, "loop.sit"));
-  Write(from_, "late.sit", image_);
-  EXPECT_NE(DeleteImage(from_.filePath(u"late.sit"_s), sounds), u""_s);
 }
 
 TEST_F(TransferFaults, WhatTheImageWouldFindInTheTargetDecidesAboutTheSound) {
@@ -156,32 +154,24 @@ TEST_F(TransferFaults, AnImageThatDoesNotComeLeavesTheOldSound) {
     EXPECT_THROW(transfer.Bring(plan, Overwrite::kReplace), StepFailure);
     EXPECT_EQ(Names(*to), "SND1.AIF a.sit");
     EXPECT_EQ(Read(*to, "SND1.AIF"), Note(2));
-    struct stat status {};
-    ::stat(PathOf(from_, "SND1.AIF"), &status);
-    EXPECT_EQ(status.st_nlink, 1u);
   }
 }
 
 TEST_F(TransferFaults, TheTargetIsToBlameForWhatStandsThere) {
-  const auto reason = [&](const QTemporaryDir& to) -> std::string {
-    try {
-      ImageTransfer transfer(to.path(), {false, false, true});
-      Bring(transfer, "a.sit");
-      // As a file system without capital letters would find it.
-      EXPECT_EQ(::link(PathOf(to, "a.sit"), PathOf(to, "A.SIT")), 0);
-      EXPECT_TRUE(transfer.Plan(from_.filePath(u"A.SIT"_s)).ImageIsOurs);
-    } catch (const StepFailure& failure) {
-      return failure.what();
-    }
-    return {};
-  };
-  EXPECT_EQ(reason(far_), "");
-  QDir(near_.path()).mkdir(u"a.sit"_s);
-  EXPECT_EQ(reason(near_), "a folder of that name is in the target folder");
+  ImageTransfer transfer(near_.path(), {false, false, true});
+  Bring(transfer, "a.sit");
+  // As a file system without capital letters would find it.
+  EXPECT_EQ(::link(PathOf(near_, "a.sit"), PathOf(near_, "A.SIT")), 0);
+  EXPECT_TRUE(transfer.Plan(from_.filePath(u"A.SIT"_s)).ImageIsOurs);
+  const auto bring = [&] { Bring(transfer, "b.sit"); };
+  QDir(near_.path()).mkdir(u"b.sit"_s);
+  EXPECT_THAT(bring, ::testing::ThrowsMessage<StepFailure>(
+                         "a folder of that name is in the target folder"));
   ::chmod(near_.path().toUtf8(), 0555);
   ::chmod(from_.path().toUtf8(), 0755);
   const OrdinaryUser user;
-  EXPECT_EQ(reason(near_), "the target folder cannot be written: Permission denied");
+  EXPECT_THAT(bring, ::testing::ThrowsMessage<StepFailure>(
+                         HasSubstr("the target folder cannot be written")));
 }
 
 }  // namespace

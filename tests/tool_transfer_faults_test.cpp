@@ -13,7 +13,10 @@ class ToolTransferFaults : public ToolTest {
     Write("SND1.AIF", EncodeIfSound(8000, std::vector<std::uint16_t>(300, 700)));
   }
   std::string Names(const char* folder) const {
-    return QDir(Path(folder)).entryList(QDir::Files).join(QLatin1Char(' ')).toStdString();
+    return QDir(Path(folder))
+        .entryList(QDir::Files, QDir::Name)
+        .join(QLatin1Char(' '))
+        .toStdString();
   }
 };
 

@@ -121,6 +121,7 @@ class BringRun : public Run {
     for (const QString& name : request_.FileNames) {
       ShowGauge();
       if (IsSameFolder()) {
+        FinishBatch();
         const QString head = Text(wording_.SameFolderHead);
         surroundings_.Questions.ShowMessage({head,
                                              head + Text("\n\nSource Directory = Target Directory"),

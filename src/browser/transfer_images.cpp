@@ -8,43 +8,10 @@
 #include "core/path_bytes.h"
 #include "core/plain_line.h"
 #include "core/steps.h"
-#include "sound/embed_sound.h"
 #include "sound/sound_note.h"
 
 namespace tessa {
 namespace {
-
-QByteArray NameOf(const QString& path) {
-  return PathToBytes(FileNameOf(path));
-}
-
-/// The wave that can go into the image for its sound file, and the header for it; false when the
-/// sound has to stay a file.
-bool MakeWave(const QString& image, const QString& sound, TransferPlan& plan) {
-  try {
-    plan.Status = OpenSource(image).Status;
-    plan.SoundStatus = OpenSource(sound).Status;
-  } catch (const StepFailure&) {
-    return false;
-  }
-  Problems unused;
-  const auto file = RandomFile::Open(image, unused);
-  if (!file) {
-    return false;
-  }
-  const SitHeader header = ReadSitHeader(file->ReadAt(0, kSitHeaderSize), unused);
-  if (FindNoImage(unused) != nullptr || !WhyNotEmbed(header, file->Size()).empty()) {
-    return false;
-  }
-  NoteWave wave = ReadSideSound(sound, FixedSoundRate(VersionInMiddle(header)), EmptySound::kLeave);
-  if (!wave.IsWhole()) {
-    return false;
-  }
-  const auto record = RecordWithWave(header, file->Size() + 1);
-  plan.Record.assign(record.begin(), record.end());
-  plan.Wave = std::move(wave.File);
-  return true;
-}
 
 /// Removing a name needs the right to write to its folder.
 void CheckMayLeave(const QString& source) {
@@ -92,87 +59,6 @@ ImageTransfer::ImageTransfer(const QString& targetFolder, TransferOptions option
       options_(options),
       targetNames_("/proc/self/fd/" + QByteArray::number(folder_.Descriptor())) {}
 
-TransferPlan ImageTransfer::Plan(const QString& source) {
-  TransferPlan plan;
-  plan.Source = source;
-  plan.ImageIsThere = folder_.Find(NameOf(source)).has_value();
-  plan.ImageIsOurs = IsOurs(NameOf(source));
-  plan.Sound = sounds_.Of(source).Existing(source);
-  if (!plan.Sound.isEmpty()) {
-    PlanSound(plan);
-  }
-  return plan;
-}
-
-void ImageTransfer::PlanSound(TransferPlan& plan) {
-  plan.SoundName = NameOf(plan.Sound);
-  plan.SoundIsEmpty = options_.EmbedSounds && FileSize(plan.Sound) == 0;
-  if (plan.SoundIsEmpty || (options_.EmbedSounds && MakeWave(plan.Source, plan.Sound, plan))) {
-    return;
-  }
-  targetNames_.Refresh();
-  QStringList alike = targetNames_.Alike(FileNameOf(plan.Sound));
-  if (alike.isEmpty() && folder_.Find(plan.SoundName)) {
-    alike += FileNameOf(plan.Sound);  // It came just now.
-  }
-  if (alike.isEmpty()) {
-    return;
-  }
-  // There as here: the name as the image has it, else the only one that is alike.
-  const QString wanted = SideSoundNameOf(plan.Source);
-  plan.SoundIsUnclear = alike.size() > 1 && !alike.contains(wanted);
-  if (plan.SoundIsUnclear) {
-    return;
-  }
-  plan.SoundName = PathToBytes(alike.contains(wanted) ? wanted : alike.first());
-  const auto there = folder_.Find(plan.SoundName);
-  try {
-    plan.SoundIsSame = there && HasSound(OpenSource(plan.Sound), plan);
-  } catch (const StepFailure&) {
-    // It cannot be read: then it is not the same, and bringing it tells why.
-  }
-  plan.SoundIsThere = there && !plan.SoundIsSame;
-  plan.SoundIsOurs = plan.SoundIsThere && IsOurs(plan.SoundName);
-}
-
-bool ImageTransfer::HasSound(const SourceFile& sound, const TransferPlan& plan) const {
-  // Many images may name one large sound: what this run brought is not read again.
-  const auto known = soundsBrought_.constFind(plan.Sound);
-  const auto there = folder_.Find(plan.SoundName);
-  const bool isKnown = known != soundsBrought_.constEnd() && known->Name == plan.SoundName &&
-                       there && IsUnchanged(known->Source, sound.Status) &&
-                       IsUnchanged(known->Target, *there);
-  return isKnown || HasSameBytes(sound, folder_, plan.SoundName);
-}
-
-/// Time may have passed since the plan was made.
-void ImageTransfer::CheckSound(const SourceFile& sound, const TransferPlan& plan) const {
-  if (plan.SoundIsSame && !HasSound(sound, plan)) {
-    throw StepFailure("it or the file of its name in the target folder was changed just now");
-  }
-}
-
-bool ImageTransfer::IsOurs(const QByteArray& name) const {
-  const auto there = folder_.Find(name);
-  return written_.contains(name) ||
-         (there && writtenFiles_.count({there->st_dev, there->st_ino}) > 0);
-}
-
-void ImageTransfer::Remember(const QByteArray& name) {
-  written_.insert(name);
-  targetNames_.Add(PathFromBytes(name));
-  if (const auto there = folder_.Find(name)) {
-    writtenFiles_.insert({there->st_dev, there->st_ino});
-  }
-}
-
-QString ImageTransfer::WentAlong(const QString& source) {
-  const auto brought = soundsBrought_.constFind(sounds_.Of(source).PathOf(source));
-  return brought == soundsBrought_.constEnd()
-             ? QString()
-             : JoinPath(folder_.Path(), PathFromBytes(brought->Name));
-}
-
 void ImageTransfer::Bring(const TransferPlan& plan, Overwrite overwrite) {
   folder_.CheckWritable();
   if (plan.SoundIsUnclear) {
@@ -180,7 +66,7 @@ void ImageTransfer::Bring(const TransferPlan& plan, Overwrite overwrite) {
                                              "name in capital letters only"));
   }
   if (overwrite == Overwrite::kReplace) {
-    folder_.CheckReplaceable(NameOf(plan.Source));
+    folder_.CheckReplaceable(plan.Name);
     if (plan.SoundIsThere) {
       try {
         folder_.CheckReplaceable(plan.SoundName);
@@ -195,15 +81,7 @@ void ImageTransfer::Bring(const TransferPlan& plan, Overwrite overwrite) {
   if (!Rename(plan, overwrite)) {
     Copy(plan, overwrite);
   }
-  Remember(NameOf(plan.Source));
-}
-
-/// Notes a sound that is in the target folder now.
-void ImageTransfer::RememberSound(const TransferPlan& plan, const struct stat& source) {
-  Remember(plan.SoundName);
-  if (const auto there = folder_.Find(plan.SoundName)) {
-    soundsBrought_.insert(plan.Sound, {source, plan.SoundName, *there});
-  }
+  Remember(plan.Name);
 }
 
 void ImageTransfer::Try(const TransferPlan& plan) const {
@@ -253,7 +131,7 @@ bool ImageTransfer::Rename(const TransferPlan& plan, Overwrite overwrite) {
     }
   };
   try {
-    if (!RenameInto(plan.Source, folder_, NameOf(plan.Source),
+    if (!RenameInto(plan.Source, folder_, plan.Name,
                     plan.ImageIsThere ? overwrite : Overwrite::kRefuse)) {
       takeSoundBack();
       return false;
@@ -266,7 +144,7 @@ bool ImageTransfer::Rename(const TransferPlan& plan, Overwrite overwrite) {
   if (old) {
     old->LetGo();
   }
-  ClearReadOnly(folder_, NameOf(plan.Source));
+  ClearReadOnly(folder_, plan.Name);
   sounds_.Of(plan.Source).ImageLeft(plan.Source);
   if (!sound.isEmpty()) {
     ClearReadOnly(folder_, plan.SoundName);
@@ -320,7 +198,7 @@ void ImageTransfer::Copy(const TransferPlan& plan, Overwrite overwrite) {
     }
   }
   try {
-    image.GiveName(NameOf(plan.Source), plan.ImageIsThere ? overwrite : Overwrite::kRefuse);
+    image.GiveName(plan.Name, plan.ImageIsThere ? overwrite : Overwrite::kRefuse);
   } catch (const StepFailure&) {
     if (sound && !old) {
       sound->TakeBack(plan.SoundName);
@@ -341,7 +219,7 @@ void ImageTransfer::Copy(const TransferPlan& plan, Overwrite overwrite) {
   if (options_.Move) {
     leaving.Source = plan.Source;
     leaving.Status = source.Status;
-    leaving.Copy = image.Release(NameOf(plan.Source));
+    leaving.Copy = image.Release(plan.Name);
     if (soundCame) {
       leaving.SoundCopy =
           sound ? sound->Release(plan.SoundName) : OpenPlaced(folder_, plan.SoundName);

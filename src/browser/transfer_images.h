@@ -27,6 +27,7 @@ struct TransferOptions {
 /// One image on its way and what would be in its place.
 struct TransferPlan {
   QString Source;
+  QByteArray Name;              // Of the image, in both folders.
   QString Sound;                // The sound file that it names, if it is there.
   QByteArray SoundName;         // Where the image would find it in the target folder.
   bool ImageIsThere = false;    // Something of the image's name stands in the target folder.

@@ -34,6 +34,7 @@ class FolderNames {
   bool isComplete_ = false;
   int readings_ = 0;
   std::chrono::steady_clock::time_point readAt_;
+  std::chrono::steady_clock::duration took_{};  // By the last reading.
 };
 
 }  // namespace tessa
