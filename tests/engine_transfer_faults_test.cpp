@@ -1,6 +1,7 @@
 #include <fcntl.h>
 #include <sys/stat.h>
 
+#include <fstream>
 #include <functional>
 #include <thread>
 
@@ -30,16 +31,15 @@ class TransferFaults : public ::testing::Test {
   static Bytes Note(std::uint16_t value) {
     return EncodeIfSound(8000, std::vector<std::uint16_t>(300, value));
   }
+  static QString In(const QTemporaryDir& folder, const char* name) {
+    return folder.filePath(QString::fromLatin1(name));
+  }
   static QByteArray PathOf(const QTemporaryDir& folder, const char* name) {
-    return folder.filePath(QString::fromLatin1(name)).toUtf8();
+    return In(folder, name).toUtf8();
   }
   static void Write(const QTemporaryDir& folder, const char* name, const Bytes& bytes) {
-    QFile file(folder.filePath(QString::fromLatin1(name)));  // In place, as others may do.
-    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-    file.write(reinterpret_cast<const char*>(bytes.data()), static_cast<qint64>(bytes.size()));
-  }
-  static Bytes Read(const QTemporaryDir& folder, const char* name) {
-    return ReadBytes(folder.filePath(QString::fromLatin1(name)));
+    std::ofstream(PathOf(folder, name).constData(), std::ios::binary)
+        .write(reinterpret_cast<const char*>(bytes.data()), std::ssize(bytes));
   }
   static std::string Names(const QTemporaryDir& folder) {
     return QDir(folder.path())
@@ -49,7 +49,7 @@ class TransferFaults : public ::testing::Test {
         .toStdString();
   }
   void Bring(ImageTransfer& transfer, const char* name) const {
-    transfer.Bring(transfer.Plan(from_.filePath(QString::fromLatin1(name))), Overwrite::kReplace);
+    transfer.Bring(transfer.Plan(In(from_, name)), Overwrite::kReplace);
   }
 
   const Bytes image_ = NoteSit("SIT V2.9A ", "SND1    ", "AIF");
@@ -108,11 +108,11 @@ TEST_F(TransferFaults, NoSourceWaitsForAnAnswerAndAStandingFailureIsToldAfterANo
 
 TEST_F(TransferFaults, ASoundStaysWhileAnImageMayNameIt) {
   FolderSounds sounds(from_.path());
-  EXPECT_EQ(DeleteImage(from_.filePath(u"a.sit"_s), sounds), u""_s);
-  ::unlink(PathOf(from_, "c.sit"));
+  EXPECT_EQ(DeleteImage(In(from_, "a.sit"), sounds), u""_s);
+  EXPECT_EQ(DeleteImage(In(from_, "c.sit"), sounds), u""_s);
   std::this_thread::sleep_for(std::chrono::milliseconds(30));
   Write(from_, "late.sit", image_);
-  EXPECT_EQ(DeleteImage(from_.filePath(u"b.sit"_s), sounds), u""_s);
+  EXPECT_EQ(DeleteImage(In(from_, "b.sit"), sounds), u""_s);
   // Nobody can read it, not even the system's master.
   ASSERT_EQ(::symlink("loop.sit", PathOf(from_, "loop.sit")), 0);
   for (const QTemporaryDir* to : {&near_, &far_}) {
@@ -128,20 +128,21 @@ TEST_F(TransferFaults, WhatTheImageWouldFindInTheTargetDecidesAboutTheSound) {
   for (const bool moves : {false, true}) {
     Write(near_, "snd1.aif", Note(2));
     ImageTransfer transfer(near_.path(), {moves, false, true});
-    const TransferPlan plan = transfer.Plan(from_.filePath(u"a.sit"_s));
+    const TransferPlan plan = transfer.Plan(In(from_, "a.sit"));
     EXPECT_TRUE(plan.SoundIsThere);
     EXPECT_THROW(transfer.Bring(plan, Overwrite::kRefuse), StepFailure);
     EXPECT_EQ(Names(near_), "snd1.aif");
     transfer.Bring(plan, Overwrite::kReplace);
     Bring(transfer, "b.sit");
     EXPECT_EQ(Names(near_), "a.sit b.sit snd1.aif");
-    EXPECT_EQ(Read(near_, "snd1.aif"), Note(1));
+    EXPECT_EQ(ReadBytes(In(near_, "snd1.aif")), Note(1));
     Write(near_, "Snd1.aif", Note(2));
     std::this_thread::sleep_for(std::chrono::milliseconds(30));
     EXPECT_THROW(Bring(transfer, "c.sit"), StepFailure);
-    EXPECT_EQ(Read(near_, "snd1.aif"), Note(1));
-    QDir(near_.path()).removeRecursively();
-    QDir().mkdir(near_.path());
+    EXPECT_EQ(ReadBytes(In(near_, "snd1.aif")), Note(1));
+    ::unlink(PathOf(near_, "Snd1.aif"));
+    ::unlink(PathOf(near_, "a.sit"));
+    ::unlink(PathOf(near_, "b.sit"));
   }
 }
 
@@ -149,11 +150,11 @@ TEST_F(TransferFaults, AnImageThatDoesNotComeLeavesTheOldSound) {
   for (const QTemporaryDir* to : {&near_, &far_}) {
     Write(*to, "SND1.AIF", Note(2));
     ImageTransfer transfer(to->path(), {true, false, true});
-    const TransferPlan plan = transfer.Plan(from_.filePath(u"a.sit"_s));
+    const TransferPlan plan = transfer.Plan(In(from_, "a.sit"));
     Write(*to, "a.sit", {1});  // After the question.
     EXPECT_THROW(transfer.Bring(plan, Overwrite::kReplace), StepFailure);
     EXPECT_EQ(Names(*to), "SND1.AIF a.sit");
-    EXPECT_EQ(Read(*to, "SND1.AIF"), Note(2));
+    EXPECT_EQ(ReadBytes(In(*to, "SND1.AIF")), Note(2));
   }
 }
 
@@ -162,7 +163,7 @@ TEST_F(TransferFaults, TheTargetIsToBlameForWhatStandsThere) {
   Bring(transfer, "a.sit");
   // As a file system without capital letters would find it.
   EXPECT_EQ(::link(PathOf(near_, "a.sit"), PathOf(near_, "A.SIT")), 0);
-  EXPECT_TRUE(transfer.Plan(from_.filePath(u"A.SIT"_s)).ImageIsOurs);
+  EXPECT_TRUE(transfer.Plan(In(from_, "A.SIT")).ImageIsOurs);
   const auto bring = [&] { Bring(transfer, "b.sit"); };
   QDir(near_.path()).mkdir(u"b.sit"_s);
   EXPECT_THAT(bring, ::testing::ThrowsMessage<StepFailure>(
