@@ -110,7 +110,7 @@ TEST_F(TransferFaults, ASoundStaysWhileAnImageMayNameIt) {
   FolderSounds sounds(from_.path());
   EXPECT_EQ(DeleteImage(In(from_, "a.sit"), sounds), u""_s);
   EXPECT_EQ(DeleteImage(In(from_, "c.sit"), sounds), u""_s);
-  std::this_thread::sleep_for(std::chrono::milliseconds(30));
+  std::this_thread::sleep_for(std::chrono::milliseconds(100));
   Write(from_, "late.sit", image_);
   EXPECT_EQ(DeleteImage(In(from_, "b.sit"), sounds), u""_s);
   // Nobody can read it, not even the system's master.
@@ -137,7 +137,7 @@ TEST_F(TransferFaults, WhatTheImageWouldFindInTheTargetDecidesAboutTheSound) {
     EXPECT_EQ(Names(near_), "a.sit b.sit snd1.aif");
     EXPECT_EQ(ReadBytes(In(near_, "snd1.aif")), Note(1));
     Write(near_, "Snd1.aif", Note(2));
-    std::this_thread::sleep_for(std::chrono::milliseconds(30));
+    std::this_thread::sleep_for(std::chrono::milliseconds(100));
     EXPECT_THROW(Bring(transfer, "c.sit"), StepFailure);
     EXPECT_EQ(ReadBytes(In(near_, "snd1.aif")), Note(1));
     ::unlink(PathOf(near_, "Snd1.aif"));
