@@ -127,6 +127,7 @@ class BringRun : public Run {
       }
       ShowGauge();
       if (IsSameFolder()) {
+        FinishBatch();
         const QString head = Text(wording_.SameFolderHead);
         surroundings_.Questions.ShowMessage({head,
                                              head + Text("\n\nSource Directory = Target Directory"),
@@ -174,15 +175,32 @@ class BringRun : public Run {
     if (transfer_) {
       plan = transfer_->Plan(PathOf(name));
     }
-    Overwrite overwrite = Overwrite::kRefuse;
-    for (const QString& there : {plan.ImageIsThere ? name : QString(),
-                                 plan.SoundIsThere ? FileNameOf(plan.Sound) : QString()}) {
-      const Answer answer = there.isEmpty() ? Answer::kYes : AskToReplace(there);
-      if (answer != Answer::kYes) {
-        return answer == Answer::kNo;
-      }
-      overwrite = there.isEmpty() ? overwrite : Overwrite::kReplace;
+    const bool isInTheWay = plan.ImageIsThere || plan.SoundIsThere;
+    // Nobody knows how long a question stands: no source waits for the answer.
+    if (isInTheWay && !FinishBatch()) {
+      return false;
     }
+    Overwrite overwrite = isInTheWay ? Overwrite::kReplace : Overwrite::kRefuse;
+    bool isWanted = true;
+    for (const QString& there : {plan.ImageIsThere ? name : QString(),
+                                 plan.SoundIsThere ? PathFromBytes(plan.SoundName) : QString()}) {
+      const Answer answer = there.isEmpty() || !isWanted ? Answer::kYes : AskToReplace(there);
+      if (answer == Answer::kCancel) {
+        return false;
+      }
+      isWanted = isWanted && answer == Answer::kYes;
+    }
+    if (isWanted) {
+      BringWanted(plan, overwrite);
+    }
+    if (!failure_) {
+      return true;
+    }
+    const std::string reason = *failure_;
+    return FinishBatch() && AskToGoOn(FilesOf(name), reason);
+  }
+
+  void BringWanted(const TransferPlan& plan, Overwrite overwrite) {
     try {
       if (transfer_ && failure_) {
         transfer_->Try(plan);
@@ -193,7 +211,6 @@ class BringRun : public Run {
     } catch (const StepFailure& reason) {
       failure_ = reason.what();
     }
-    return !failure_ || AskToGoOn(FilesOf(name), *failure_);
   }
 
   Answer AskToReplace(const QString& name) const {

@@ -8,37 +8,10 @@
 #include "core/path_bytes.h"
 #include "core/plain_line.h"
 #include "core/steps.h"
-#include "sound/embed_sound.h"
 #include "sound/sound_note.h"
 
 namespace tessa {
 namespace {
-
-QByteArray NameOf(const QString& path) {
-  return PathToBytes(FileNameOf(path));
-}
-
-/// The wave that can go into the image for its sound file, and the header for it; false when the
-/// sound has to stay a file.
-bool MakeWave(const QString& image, const QString& sound, TransferPlan& plan) {
-  Problems unused;
-  const auto file = RandomFile::Open(image, unused);
-  if (!file) {
-    return false;
-  }
-  const SitHeader header = ReadSitHeader(file->ReadAt(0, kSitHeaderSize), unused);
-  if (FindNoImage(unused) != nullptr || !WhyNotEmbed(header, file->Size()).empty()) {
-    return false;
-  }
-  NoteWave wave = ReadSideSound(sound, FixedSoundRate(VersionInMiddle(header)), EmptySound::kLeave);
-  if (!wave.IsWhole()) {
-    return false;
-  }
-  const auto record = RecordWithWave(header, file->Size() + 1);
-  plan.Record.assign(record.begin(), record.end());
-  plan.Wave = std::move(wave.File);
-  return true;
-}
 
 /// Removing a name needs the right to write to its folder.
 void CheckMayLeave(const QString& source) {
@@ -68,60 +41,38 @@ void RemoveUnchanged(const QString& path, const struct stat& copied) {
   RemoveName(path);
 }
 
+/// A wave was made of what was there when the plan was made.
+void CheckPlanned(const struct stat& planned, const SourceFile& now) {
+  if (!IsUnchanged(planned, now.Status)) {
+    throw StepFailure("it was changed just now");
+  }
+}
+
 StepFailure AboutSound(const QString& sound, const StepFailure& reason) {
   return StepFailure("its sound file " + PlainUtf8(FileNameOf(sound)) + ": " + reason.what());
 }
 
 }  // namespace
 
-FolderSounds& ImageTransfer::SoundsOf(const QString& source) {
-  auto& sounds = sounds_[FolderOfPath(source)];
-  if (!sounds) {
-    sounds = std::make_shared<FolderSounds>(FolderOfPath(source));
-  }
-  return *sounds;
-}
-
-TransferPlan ImageTransfer::Plan(const QString& source) {
-  TransferPlan plan;
-  plan.Source = source;
-  plan.ImageIsThere = folder_.Find(NameOf(source)).has_value();
-  plan.ImageIsOurs = written_.contains(NameOf(source));
-  plan.Sound = SoundsOf(source).Existing(source);
-  if (!plan.Sound.isEmpty()) {
-    PlanSound(plan);
-  }
-  return plan;
-}
-
-void ImageTransfer::PlanSound(TransferPlan& plan) {
-  plan.SoundIsEmpty = options_.EmbedSounds && FileSize(plan.Sound) == 0;
-  if (plan.SoundIsEmpty || (options_.EmbedSounds && MakeWave(plan.Source, plan.Sound, plan))) {
-    return;
-  }
-  const QByteArray name = NameOf(plan.Sound);
-  const auto there = folder_.Find(name);
-  if (!there) {
-    return;
-  }
-  try {
-    const SourceFile sound = OpenSource(plan.Sound);
-    // Many images may name one large sound: what this run brought is not read again.
-    const bool isKnown =
-        soundsBrought_.contains(plan.Sound) && there->st_size == sound.Status.st_size;
-    plan.SoundIsSame = isKnown || HasSameBytes(sound, folder_, name);
-  } catch (const StepFailure&) {
-    // It cannot be read: then it is not the same, and bringing it tells why.
-  }
-  plan.SoundIsThere = !plan.SoundIsSame;
-  plan.SoundIsOurs = plan.SoundIsThere && written_.contains(name);
-}
+ImageTransfer::ImageTransfer(const QString& targetFolder, TransferOptions options)
+    : folder_(targetFolder),
+      options_(options),
+      targetNames_("/proc/self/fd/" + QByteArray::number(folder_.Descriptor())) {}
 
 void ImageTransfer::Bring(const TransferPlan& plan, Overwrite overwrite) {
+  folder_.CheckWritable();
+  if (plan.SoundIsUnclear) {
+    throw AboutSound(plan.Sound, StepFailure("several files in the target folder differ from that "
+                                             "name in capital letters only"));
+  }
   if (overwrite == Overwrite::kReplace) {
-    folder_.CheckReplaceable(NameOf(plan.Source));
+    folder_.CheckReplaceable(plan.Name);
     if (plan.SoundIsThere) {
-      folder_.CheckReplaceable(NameOf(plan.Sound));
+      try {
+        folder_.CheckReplaceable(plan.SoundName);
+      } catch (const StepFailure& reason) {
+        throw AboutSound(plan.Sound, reason);
+      }
     }
   }
   if (options_.Move) {
@@ -130,11 +81,7 @@ void ImageTransfer::Bring(const TransferPlan& plan, Overwrite overwrite) {
   if (!Rename(plan, overwrite)) {
     Copy(plan, overwrite);
   }
-  written_.insert(NameOf(plan.Source));
-  if (!plan.Sound.isEmpty() && plan.Wave.empty() && !plan.SoundIsEmpty) {
-    written_.insert(NameOf(plan.Sound));
-    soundsBrought_.insert(plan.Sound);
-  }
+  Remember(plan.Name);
 }
 
 void ImageTransfer::Try(const TransferPlan& plan) const {
@@ -147,23 +94,27 @@ bool ImageTransfer::Rename(const TransferPlan& plan, Overwrite overwrite) {
     return false;
   }
   const QString& sound = plan.Sound;
-  const QByteArray soundName = NameOf(sound);
   const bool isLast =
-      !sound.isEmpty() && !SoundsOf(plan.Source).IsNamedByOthers(sound, plan.Source);
+      !sound.isEmpty() && !sounds_.Of(plan.Source).IsNamedByOthers(sound, plan.Source);
   std::optional<SourceFile> openSound;
   std::optional<StagedFile> copy;
+  std::optional<ReplacedFile> old;  // Puts the old sound back when the image does not come.
   bool linked = false;
   if (!sound.isEmpty()) {
     try {
       openSound = OpenSource(sound);
+      CheckSound(*openSound, plan);
       if (!plan.SoundIsSame) {
         const Overwrite how = plan.SoundIsThere ? overwrite : Overwrite::kRefuse;
+        if (how == Overwrite::kReplace) {
+          old.emplace(folder_, plan.SoundName);
+        }
         // A sound that stays behind as well must not be one file under two names.
-        linked = isLast && !IsLink(sound) && LinkInto(sound, folder_, soundName, how);
+        linked = isLast && !IsLink(sound) && LinkInto(sound, folder_, plan.SoundName, how);
         if (!linked) {
           copy.emplace(*openSound, folder_);
           copy->Sync();
-          copy->GiveName(soundName, how);
+          copy->GiveName(plan.SoundName, how);
         }
       }
     } catch (const StepFailure& reason) {
@@ -171,17 +122,16 @@ bool ImageTransfer::Rename(const TransferPlan& plan, Overwrite overwrite) {
     }
   }
   const auto takeSoundBack = [&] {
-    if (plan.SoundIsThere) {
-      return;  // What was there before is gone; the source's own is where it was.
-    }
-    if (copy) {
-      copy->TakeBack(soundName);
+    if (old) {
+      old.reset();
+    } else if (copy) {
+      copy->TakeBack(plan.SoundName);
     } else if (linked) {
-      ::unlinkat(folder_.Descriptor(), soundName.constData(), 0);
+      ::unlinkat(folder_.Descriptor(), plan.SoundName.constData(), 0);
     }
   };
   try {
-    if (!RenameInto(plan.Source, folder_, NameOf(plan.Source),
+    if (!RenameInto(plan.Source, folder_, plan.Name,
                     plan.ImageIsThere ? overwrite : Overwrite::kRefuse)) {
       takeSoundBack();
       return false;
@@ -191,10 +141,13 @@ bool ImageTransfer::Rename(const TransferPlan& plan, Overwrite overwrite) {
     throw;
   }
   copied_ = true;
-  ClearReadOnly(folder_, NameOf(plan.Source));
-  SoundsOf(plan.Source).ImageLeft(plan.Source);
+  if (old) {
+    old->LetGo();
+  }
+  ClearReadOnly(folder_, plan.Name);
+  sounds_.Of(plan.Source).ImageLeft(plan.Source);
   if (!sound.isEmpty()) {
-    ClearReadOnly(folder_, soundName);
+    ClearReadOnly(folder_, plan.SoundName);
     if (isLast) {
       try {
         RemoveUnchanged(sound, openSound->Status);
@@ -202,6 +155,7 @@ bool ImageTransfer::Rename(const TransferPlan& plan, Overwrite overwrite) {
         // It is in both folders now: nothing is lost.
       }
     }
+    RememberSound(plan, openSound->Status);
   }
   return true;
 }
@@ -210,42 +164,67 @@ void ImageTransfer::Copy(const TransferPlan& plan, Overwrite overwrite) {
   const SourceFile source = OpenSource(plan.Source);
   StagedFile image(source, folder_);
   if (!plan.Wave.empty()) {
+    CheckPlanned(plan.Status, source);
     image.Change(plan.Record, plan.Wave);
   }
   const bool soundMustCome = options_.Move || options_.SoundMustCome;
-  struct stat soundStatus {};
+  LeavingFile leaving;
   std::optional<StagedFile> sound;
+  std::optional<ReplacedFile> old;  // Puts the old sound back when the image does not come.
+  bool soundCame = false;
   if (!plan.Sound.isEmpty() && !plan.SoundIsEmpty) {
     try {
       const SourceFile from = OpenSource(plan.Sound);
-      soundStatus = from.Status;
-      if (plan.Wave.empty() && !plan.SoundIsSame) {
+      leaving.Sound = plan.Sound;
+      leaving.SoundStatus = from.Status;
+      CheckSound(from, plan);
+      if (!plan.Wave.empty()) {
+        CheckPlanned(plan.SoundStatus, from);
+      } else if (!plan.SoundIsSame) {
+        const Overwrite how = plan.SoundIsThere ? overwrite : Overwrite::kRefuse;
         sound.emplace(from, folder_);
-        sound->GiveName(NameOf(plan.Sound), plan.SoundIsThere ? overwrite : Overwrite::kRefuse);
+        if (how == Overwrite::kReplace) {
+          old.emplace(folder_, plan.SoundName);
+        }
+        sound->GiveName(plan.SoundName, how);
       }
+      soundCame = plan.Wave.empty();
     } catch (const StepFailure& reason) {
       if (soundMustCome) {
         throw AboutSound(plan.Sound, reason);
       }
       sound.reset();
+      old.reset();
     }
   }
   try {
-    image.GiveName(NameOf(plan.Source), plan.ImageIsThere ? overwrite : Overwrite::kRefuse);
+    image.GiveName(plan.Name, plan.ImageIsThere ? overwrite : Overwrite::kRefuse);
   } catch (const StepFailure&) {
-    if (sound && !plan.SoundIsThere) {
-      sound->TakeBack(NameOf(plan.Sound));
+    if (sound && !old) {
+      sound->TakeBack(plan.SoundName);
     }
     throw;
   }
   copied_ = true;
+  if (old) {
+    old->LetGo();
+  }
   if (plan.SoundIsEmpty) {
     // Embedding removes a sound file without a byte in it.
     static_cast<void>(IsSoundFile(plan.Sound, EmptySound::kRemove));
   }
+  if (soundCame) {
+    RememberSound(plan, leaving.SoundStatus);
+  }
   if (options_.Move) {
-    waiting_.push_back(
-        {plan.Source, source.Status, plan.SoundIsEmpty ? QString() : plan.Sound, soundStatus});
+    leaving.Source = plan.Source;
+    leaving.Status = source.Status;
+    leaving.Copy = image.Release(plan.Name);
+    if (soundCame) {
+      leaving.SoundCopy =
+          sound ? sound->Release(plan.SoundName) : OpenPlaced(folder_, plan.SoundName);
+    }
+    waiting_.push_back(std::move(leaving));
   }
 }
 
@@ -259,7 +238,7 @@ std::vector<TransferFault> ImageTransfer::Finish() {
     folder_.Sync();
   } catch (const StepFailure& reason) {
     for (const LeavingFile& gone : waiting) {
-      faults.push_back({gone.Source, reason.what()});
+      faults.push_back({gone.Source, std::string(reason.what()) + "; the source stays"});
     }
     if (faults.empty()) {
       faults.push_back({QString(), reason.what()});
@@ -273,14 +252,21 @@ std::vector<TransferFault> ImageTransfer::Finish() {
 }
 
 void ImageTransfer::LetGo(const LeavingFile& gone, std::vector<TransferFault>& faults) {
+  const auto fault = [&](const std::string& reason) { faults.push_back({gone.Source, reason}); };
+  FolderSounds& sounds = sounds_.Of(gone.Source);
+  const bool isLast = !gone.Sound.isEmpty() && !sounds.IsNamedByOthers(gone.Sound, gone.Source);
+  if (!IsStillThere(folder_, gone.Copy)) {
+    return fault("its copy was removed or changed by another program; the source stays");
+  }
+  if (gone.SoundCopy && !IsStillThere(folder_, *gone.SoundCopy)) {
+    return fault("its sound file " + PlainUtf8(FileNameOf(gone.Sound)) +
+                 ": the copy was removed or changed by another program; the source stays");
+  }
   try {
     RemoveUnchanged(gone.Source, gone.Status);
   } catch (const StepFailure& reason) {
-    faults.push_back({gone.Source, reason.what()});
-    return;
+    return fault(std::string("it is in both folders now: ") + reason.what());
   }
-  FolderSounds& sounds = SoundsOf(gone.Source);
-  const bool isLast = !gone.Sound.isEmpty() && !sounds.IsNamedByOthers(gone.Sound, gone.Source);
   sounds.ImageLeft(gone.Source);
   if (isLast) {
     try {

@@ -5,8 +5,10 @@
 #include <QHash>
 #include <QSet>
 #include <QString>
-#include <memory>
+#include <optional>
+#include <set>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "browser/transfer_sounds.h"
@@ -25,15 +27,20 @@ struct TransferOptions {
 /// One image on its way and what would be in its place.
 struct TransferPlan {
   QString Source;
-  QString Sound;              // The sound file that it names, if it is there.
-  bool ImageIsThere = false;  // Something of the image's name stands in the target folder.
-  bool SoundIsThere = false;  // A file of the sound's name does, with other bytes.
-  bool ImageIsOurs = false;   // This run put the image there ...
-  bool SoundIsOurs = false;   // ... or the sound.
-  bool SoundIsSame = false;   // The sound is there already, byte for byte.
-  bool SoundIsEmpty = false;  // It has no byte to embed: it goes, and the image comes without.
-  Bytes Wave;                 // Goes into the image instead of the sound file beside it.
-  Bytes Record;               // The header for it.
+  QByteArray Name;              // Of the image, in both folders.
+  QString Sound;                // The sound file that it names, if it is there.
+  QByteArray SoundName;         // Where the image would find it in the target folder.
+  bool ImageIsThere = false;    // Something of the image's name stands in the target folder.
+  bool SoundIsThere = false;    // A file of the sound's name does, with other bytes.
+  bool ImageIsOurs = false;     // This run put the image there ...
+  bool SoundIsOurs = false;     // ... or the sound.
+  bool SoundIsSame = false;     // The sound is there already, byte for byte.
+  bool SoundIsEmpty = false;    // It has no byte to embed: it goes, and the image comes without.
+  bool SoundIsUnclear = false;  // Several there differ in case: the image would find none.
+  Bytes Wave;                   // Goes into the image instead of the sound file beside it.
+  Bytes Record;                 // The header for it.
+  struct stat Status {};        // Of the image and of its sound when `Wave` was made.
+  struct stat SoundStatus {};
 };
 
 /// A source that stays although its image is in the target folder.
@@ -48,8 +55,7 @@ struct TransferFault {
 class ImageTransfer {
  public:
   /// Throws StepFailure when there is no such folder.
-  ImageTransfer(const QString& targetFolder, TransferOptions options)
-      : folder_(targetFolder), options_(options) {}
+  ImageTransfer(const QString& targetFolder, TransferOptions options);
 
   const TargetFolder& Folder() const { return folder_; }
 
@@ -60,8 +66,8 @@ class ImageTransfer {
   void Bring(const TransferPlan& plan, Overwrite overwrite);
   /// Tries the copying alone and leaves nothing. Throws as Bring() does.
   void Try(const TransferPlan& plan) const;
-  /// True for a sound file that was brought with an image of it, though it has not been asked for.
-  bool WentAlong(const QString& source) const { return soundsBrought_.contains(SamePath(source)); }
+  /// Where a sound file went with an image of it, before it was asked for; empty when it did not.
+  QString WentAlong(const QString& source);
   /// Number of moved images whose sources are still to go.
   std::size_t Waiting() const { return waiting_.size(); }
   bool IsBatchFull() const { return waiting_.size() >= kBatch; }
@@ -72,25 +78,39 @@ class ImageTransfer {
  private:
   static constexpr std::size_t kBatch = 64;
 
-  /// A source that is to go, and what it was when it was copied.
+  /// A source that is to go, what it was when it was copied, and its copy.
   struct LeavingFile {
     QString Source;
     struct stat Status {};
+    PlacedFile Copy;
     QString Sound;
     struct stat SoundStatus {};
+    std::optional<PlacedFile> SoundCopy;  // None when it is inside the image.
+  };
+  /// A sound file, what it was when it was brought, and what came of it.
+  struct BroughtSound {
+    struct stat Source {};
+    QByteArray Name;
+    struct stat Target {};
   };
 
-  FolderSounds& SoundsOf(const QString& source);
   void PlanSound(TransferPlan& plan);
+  bool HasSound(const SourceFile& sound, const TransferPlan& plan) const;
+  void CheckSound(const SourceFile& sound, const TransferPlan& plan) const;
+  bool IsOurs(const QByteArray& name) const;
+  void Remember(const QByteArray& name);
+  void RememberSound(const TransferPlan& plan, const struct stat& source);
   bool Rename(const TransferPlan& plan, Overwrite overwrite);
   void Copy(const TransferPlan& plan, Overwrite overwrite);
   void LetGo(const LeavingFile& gone, std::vector<TransferFault>& faults);
 
   TargetFolder folder_;
   TransferOptions options_;
-  QHash<QString, std::shared_ptr<FolderSounds>> sounds_;  // By source folder.
-  QSet<QByteArray> written_;                              // Names in the target folder.
-  QSet<QString> soundsBrought_;                           // Source paths.
+  SoundFolders sounds_;
+  FolderNames targetNames_;
+  QSet<QByteArray> written_;                        // Names in the target folder ...
+  std::set<std::pair<dev_t, ino_t>> writtenFiles_;  // ... and their files, whatever the case.
+  QHash<QString, BroughtSound> soundsBrought_;      // By source path.
   std::vector<LeavingFile> waiting_;
   bool copied_ = false;  // Something may not be on the disk yet.
 };

@@ -3,8 +3,9 @@
 #include <sys/stat.h>
 
 #include <algorithm>
-#include <filesystem>
+#include <cerrno>
 
+#include "core/file_access.h"
 #include "core/path_bytes.h"
 #include "sound/sound_note.h"
 
@@ -21,21 +22,27 @@ bool LeadsToPlainFile(const QString& path) {
   return ::stat(PathToBytes(path).constData(), &status) == 0 && S_ISREG(status.st_mode);
 }
 
+/// True for what may be an image although its header cannot be read.
+bool IsUnreadable(const QString& path) {
+  struct stat status {};
+  if (::stat(PathToBytes(path).constData(), &status) != 0) {
+    return errno != ENOENT;
+  }
+  if (!S_ISREG(status.st_mode)) {
+    return false;
+  }
+  Problems unused;
+  const auto file = RandomFile::Open(path, unused);
+  return !file || file->ReadAt(0, kSitHeaderSize).size() <
+                      std::min<std::uint64_t>(kSitHeaderSize, file->Size());
+}
+
 }  // namespace
 
-void FolderSounds::ReadNames() {
-  namespace fs = std::filesystem;
-  if (names_) {
-    return;
-  }
-  names_.emplace();
-  std::error_code error;
-  fs::directory_iterator entry(PathToBytes(folder_).toStdString(), error);
-  for (; !error && entry != fs::directory_iterator(); entry.increment(error)) {
-    const QString name =
-        PathFromBytes(QByteArray::fromStdString(entry->path().filename().string()));
-    (*names_)[name.toCaseFolded()] += name;
-  }
+FolderSounds::FolderSounds(const QString& folder) : folder_(folder), names_(PathToBytes(folder)) {}
+
+QString FolderSounds::PathOf(const QString& file) const {
+  return JoinPath(folder_, FileNameOf(file));
 }
 
 QString FolderSounds::Resolve(const QString& image) {
@@ -47,9 +54,9 @@ QString FolderSounds::Resolve(const QString& image) {
   if (IsThere(exact)) {
     return exact;
   }
-  ReadNames();
+  names_.Refresh();
   // Several that differ in case only: nobody can tell which is meant.
-  const QStringList alike = names_->value(name.toCaseFolded());
+  const QStringList alike = names_.Alike(name);
   return alike.size() == 1 ? JoinPath(folder_, alike.first()) : QString();
 }
 
@@ -60,38 +67,77 @@ QString FolderSounds::Existing(const QString& image) {
   return isSound ? sound : QString();
 }
 
-void FolderSounds::ReadUsers() {
-  if (users_) {
+void FolderSounds::ReadImages() {
+  const int reading = names_.Refresh();
+  if (imagesOfReading_ == reading) {
     return;
   }
-  ReadNames();
-  users_.emplace();
-  for (const QStringList& alike : *names_) {
+  imagesOfReading_ = reading;
+  for (const QString& name : soundOfImage_.keys() + unknown_.values()) {
+    if (!names_.Has(name)) {
+      Forget(name);
+    }
+  }
+  for (const QStringList& alike : names_.All()) {
     for (const QString& name : alike) {
-      const QString sound = Existing(JoinPath(folder_, name));
-      if (!sound.isEmpty()) {
-        (*users_)[sound].insert(name);
+      if (IsSitName(name) && !soundOfImage_.contains(name)) {
+        ReadImage(name);
       }
     }
   }
 }
 
-bool FolderSounds::IsNamedByOthers(const QString& sound, const QString& image) {
-  ReadUsers();
-  const QSet<QString> users = users_->value(sound);
-  return users.size() > (users.contains(FileNameOf(image)) ? 1 : 0);
-}
-
-void FolderSounds::ImageLeft(const QString& image) {
-  if (users_) {
-    for (QSet<QString>& users : *users_) {
-      users.remove(FileNameOf(image));
-    }
+void FolderSounds::ReadImage(const QString& name) {
+  const QString path = JoinPath(folder_, name);
+  const QString sound = SideSoundNameOf(path);
+  if (sound.isEmpty() && IsUnreadable(path)) {
+    unknown_.insert(name);
+    return;
+  }
+  unknown_.remove(name);
+  soundOfImage_[name] = sound;
+  if (!sound.isEmpty()) {
+    namedBy_[sound.toCaseFolded()].insert(name);
   }
 }
 
-QString SamePath(const QString& path) {
-  return JoinPath(FolderOfPath(path), FileNameOf(path));
+bool FolderSounds::IsNamedByOthers(const QString& sound, const QString& image) {
+  ReadImages();
+  const QString own = FileNameOf(image);
+  if (!names_.IsComplete() || unknown_.size() > (unknown_.contains(own) ? 1 : 0)) {
+    return true;
+  }
+  const QString name = FileNameOf(sound);
+  const QSet<QString> users = namedBy_.value(name.toCaseFolded());
+  return std::any_of(users.begin(), users.end(), [&](const QString& user) {
+    const QString wanted = soundOfImage_.value(user);
+    // A name that is not there to the letter may mean any that is alike.
+    return user != own && (wanted == name || !names_.Has(wanted));
+  });
+}
+
+void FolderSounds::Forget(const QString& name) {
+  unknown_.remove(name);
+  const auto known = soundOfImage_.constFind(name);
+  if (known != soundOfImage_.constEnd()) {
+    namedBy_[known->toCaseFolded()].remove(name);
+    soundOfImage_.erase(known);
+  }
+}
+
+void FolderSounds::ImageLeft(const QString& image) {
+  names_.Remove(FileNameOf(image));
+  Forget(FileNameOf(image));
+}
+
+FolderSounds& SoundFolders::Of(const QString& image) {
+  const QString folder = FolderOfPath(image);
+  struct stat status {};
+  // In a folder that cannot be asked nothing can be read either.
+  const bool isKnown = ::stat(PathToBytes(folder).constData(), &status) == 0;
+  const std::pair key =
+      isKnown ? std::pair(status.st_dev, status.st_ino) : std::pair<dev_t, ino_t>(0, 0);
+  return folders_.try_emplace(key, folder).first->second;
 }
 
 }  // namespace tessa

@@ -29,6 +29,21 @@ void CheckPlain(mode_t mode) {
   }
 }
 
+/// As CheckPlain(), of what a file would take the place of.
+void CheckTaken(mode_t mode) {
+  if (!S_ISREG(mode)) {
+    throw StepFailure(S_ISDIR(mode) ? "a folder of that name is in the target folder"
+                                    : "what has that name in the target folder is no plain file");
+  }
+}
+
+/// The same file, and nobody wrote to it.
+bool HasSameContent(const struct stat& before, const struct stat& now) {
+  return before.st_dev == now.st_dev && before.st_ino == now.st_ino &&
+         before.st_size == now.st_size && before.st_mtim.tv_sec == now.st_mtim.tv_sec &&
+         before.st_mtim.tv_nsec == now.st_mtim.tv_nsec;
+}
+
 /// True where the error only says that the file system cannot do it this way.
 bool IsUnsupported(int errorNumber) {
   return errorNumber == EXDEV || errorNumber == EINVAL || errorNumber == ENOSYS ||
@@ -88,13 +103,24 @@ void TargetFolder::CheckReplaceable(const QByteArray& name) const {
     return;
   }
   if (!S_ISLNK(there->st_mode)) {
-    CheckPlain(there->st_mode);
+    CheckTaken(there->st_mode);
     return;
   }
   struct stat leadsTo {};
   if (::fstatat(folder_.Get(), name.constData(), &leadsTo, 0) == 0) {
-    CheckPlain(leadsTo.st_mode);
+    CheckTaken(leadsTo.st_mode);
   }
+}
+
+void TargetFolder::CheckWritable() const {
+  if (::faccessat(folder_.Get(), ".", W_OK | X_OK, AT_EACCESS) != 0) {
+    throw StepFailure("the target folder cannot be written: " + SystemErrorText(errno));
+  }
+}
+
+bool TargetFolder::HasName() const {
+  struct stat status {};
+  return ::fstat(folder_.Get(), &status) == 0 && status.st_nlink > 0;
 }
 
 void TargetFolder::Sync() const {
@@ -116,9 +142,26 @@ SourceFile OpenSource(const QString& path) {
 }
 
 bool IsUnchanged(const struct stat& before, const struct stat& now) {
-  return before.st_dev == now.st_dev && before.st_ino == now.st_ino &&
-         before.st_size == now.st_size && before.st_mtim.tv_sec == now.st_mtim.tv_sec &&
-         before.st_mtim.tv_nsec == now.st_mtim.tv_nsec;
+  // The time of change also tells of bytes whose own time was set back, and of second names.
+  return HasSameContent(before, now) &&
+         (before.st_nlink != now.st_nlink || (before.st_ctim.tv_sec == now.st_ctim.tv_sec &&
+                                              before.st_ctim.tv_nsec == now.st_ctim.tv_nsec));
+}
+
+PlacedFile OpenPlaced(const TargetFolder& folder, const QByteArray& name) {
+  PlacedFile file{name,
+                  FileDescriptor(::openat(folder.Descriptor(), name.constData(),
+                                          O_PATH | O_NOFOLLOW | O_CLOEXEC)),
+                  {}};
+  if (!file.File || ::fstat(file.File.Get(), &file.Status) != 0) {
+    Refuse(errno);
+  }
+  return file;
+}
+
+bool IsStillThere(const TargetFolder& folder, const PlacedFile& file) {
+  const auto there = folder.Find(file.Name);
+  return there && HasSameContent(file.Status, *there) && folder.HasName();
 }
 
 bool HasSameBytes(const SourceFile& source, const TargetFolder& folder, const QByteArray& name) {
@@ -278,6 +321,48 @@ void StagedFile::TakeBack(const QByteArray& name) const {
   if (there && ::fstat(file_.Get(), &own) == 0 && there->st_dev == own.st_dev &&
       there->st_ino == own.st_ino) {
     ::unlinkat(folder_->Descriptor(), name.constData(), 0);
+  }
+}
+
+PlacedFile StagedFile::Release(const QByteArray& name) {
+  PlacedFile placed{name, std::move(file_), {}};
+  if (::fstat(placed.File.Get(), &placed.Status) != 0) {
+    Refuse(errno);
+  }
+  return placed;
+}
+
+ReplacedFile::ReplacedFile(const TargetFolder& folder, QByteArray name)
+    : folder_(&folder), name_(std::move(name)) {
+  const int in = folder.Descriptor();
+  if (!folder.Find(name_)) {
+    return;
+  }
+  const QByteArray part = RandomPartName();
+  // Where files have one name only, the old one has none until the new one has it.
+  if (::linkat(in, name_.constData(), in, part.constData(), 0) != 0 &&
+      (!IsUnsupported(errno) ||
+       !RenameAt(in, name_.constData(), in, part.constData(), Overwrite::kRefuse))) {
+    Refuse(errno);
+  }
+  part_ = part;
+}
+
+ReplacedFile::~ReplacedFile() {
+  if (part_.isEmpty()) {
+    return;
+  }
+  const int in = folder_->Descriptor();
+  if (::renameat(in, part_.constData(), in, name_.constData()) == 0) {
+    // Two names of one file are left alone by the system.
+    ::unlinkat(in, part_.constData(), 0);
+  }
+}
+
+void ReplacedFile::LetGo() {
+  if (!part_.isEmpty()) {
+    ::unlinkat(folder_->Descriptor(), part_.constData(), 0);
+    part_.clear();
   }
 }
 

@@ -33,6 +33,10 @@ class TargetFolder {
   /// Refuses what no file may take the place of: folders, pipes, devices, and links to those. A
   /// link to a plain file or to nothing may be replaced; what it leads to is left alone.
   void CheckReplaceable(const QByteArray& name) const;
+  /// Throws when this user may put no files here.
+  void CheckWritable() const;
+  /// False when the folder was removed: then nobody can reach what is put here.
+  bool HasName() const;
   /// Waits until all that was put here is on the disk.
   void Sync() const;
 
@@ -51,8 +55,19 @@ struct SourceFile {
 /// Refuses folders, pipes and devices without waiting for them; follows links.
 SourceFile OpenSource(const QString& path);
 
-/// True when `now` is the same file with the same bytes, as far as the system can tell.
+/// True when `now` is the same file with the same bytes, as far as size and times can tell.
 bool IsUnchanged(const struct stat& before, const struct stat& now);
+
+/// A file in a target folder. Held open, so that no other file takes its number.
+struct PlacedFile {
+  QByteArray Name;
+  FileDescriptor File;
+  struct stat Status {};
+};
+
+PlacedFile OpenPlaced(const TargetFolder& folder, const QByteArray& name);
+/// True when the name still leads to that file, with the bytes that it had.
+bool IsStillThere(const TargetFolder& folder, const PlacedFile& file);
 
 /// True when both hold the same bytes. `name` is in `folder`; anything but a plain file has none.
 bool HasSameBytes(const SourceFile& source, const TargetFolder& folder, const QByteArray& name);
@@ -82,6 +97,8 @@ class StagedFile {
   void GiveName(const QByteArray& name, Overwrite overwrite);
   /// Takes a name that GiveName() gave away again.
   void TakeBack(const QByteArray& name) const;
+  /// The copy under the name that GiveName() gave it. To be called last.
+  PlacedFile Release(const QByteArray& name);
 
  private:
   void Open();
@@ -91,6 +108,25 @@ class StagedFile {
   const TargetFolder* folder_;
   FileDescriptor file_;
   QByteArray part_;  // The temporary name; empty while there is none.
+};
+
+/// Keeps what stands under a name by a temporary name until it is certain that it is replaced. Puts
+/// it back otherwise.
+class ReplacedFile {
+ public:
+  ReplacedFile(const TargetFolder& folder, QByteArray name);
+  ReplacedFile(const ReplacedFile&) = delete;
+  ReplacedFile(ReplacedFile&&) = delete;
+  ReplacedFile& operator=(const ReplacedFile&) = delete;
+  ReplacedFile& operator=(ReplacedFile&&) = delete;
+  ~ReplacedFile();
+
+  void LetGo();
+
+ private:
+  const TargetFolder* folder_;
+  QByteArray name_;
+  QByteArray part_;  // Empty when there is nothing to put back.
 };
 
 /// A second name in `folder` for the file at `path`. False when the file system knows no such

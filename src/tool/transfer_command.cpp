@@ -1,8 +1,10 @@
 #include "tool/transfer_command.h"
 
-#include <memory>
+#include <utility>
+#include <vector>
 
 #include "browser/transfer_images.h"
+#include "core/file_access.h"
 #include "core/path_bytes.h"
 #include "core/plain_line.h"
 #include "core/steps.h"
@@ -37,25 +39,33 @@ class Bringing {
       }
     }
     Finish();
+    TellSounds();
     PrintSum();
     return Interrupted() ? InterruptedStatus() : failed_ > 0 ? kToolFailed : kToolDone;
   }
 
  private:
+  /// What is told of a file as soon as it is sure.
+  struct Brought {
+    QString Source;
+    QString Line;
+  };
+
   void BringOne(const QString& path) {
     if (transfer_.Folder().IsSameFolder(FolderOfPath(path))) {
       throw StepFailure("it is in that folder already");
     }
     const QString target = JoinPath(transfer_.Folder().Path(), FileNameOf(path));
-    if (transfer_.WentAlong(path)) {
-      PrintLine(path + QStringLiteral(" -> ") + target);
-      ++done_;
+    const QString along = transfer_.WentAlong(path);
+    if (!along.isEmpty()) {
+      wentAlong_.push_back({path, path + QStringLiteral(" -> ") + along});
       return;
     }
     const TransferPlan plan = transfer_.Plan(path);
     if (plan.ImageIsThere || plan.SoundIsThere) {
       const QString there =
-          plan.ImageIsThere ? target : JoinPath(transfer_.Folder().Path(), FileNameOf(plan.Sound));
+          plan.ImageIsThere ? target
+                            : JoinPath(transfer_.Folder().Path(), PathFromBytes(plan.SoundName));
       if (skips_) {
         PrintLine(path + QStringLiteral(": skipped, since ") + there +
                   QStringLiteral(" is there already"));
@@ -69,24 +79,45 @@ class Bringing {
         throw StepFailure(PlainUtf8(there) + " is there already; --replace would replace it");
       }
     }
+    const std::size_t waited = transfer_.Waiting();
     transfer_.Bring(plan, replaces_ ? Overwrite::kReplace : Overwrite::kRefuse);
     QString line = path + QStringLiteral(" -> ") + target;
     if (!plan.Wave.empty()) {
       line += QStringLiteral(" with its sound inside");
     } else if (!plan.Sound.isEmpty() && !plan.SoundIsEmpty) {
-      line += QStringLiteral(" with ") + FileNameOf(plan.Sound);
+      line += QStringLiteral(" with ") + PathFromBytes(plan.SoundName);
     }
+    if (transfer_.Waiting() > waited) {
+      waiting_.push_back({path, line});
+    } else {
+      Tell(line);
+    }
+  }
+
+  void Tell(const QString& line) {
     PrintLine(line);
     ++done_;
   }
-
+  /// Lets sources go, and tells of those that are gone.
   void Finish() {
+    QSet<QString> stayed;
     for (const TransferFault& fault : transfer_.Finish()) {
-      if (fault.Source.isEmpty()) {
-        Fail(transfer_.Folder().Path(), fault.Reason);
+      stayed.insert(fault.Source);
+      Fail(fault.Source.isEmpty() ? transfer_.Folder().Path() : fault.Source, fault.Reason);
+    }
+    for (const Brought& file : std::exchange(waiting_, {})) {
+      if (!stayed.contains(file.Source)) {
+        Tell(file.Line);
+      }
+    }
+  }
+  /// Sounds that were named themselves, though images take them along.
+  void TellSounds() {
+    for (const Brought& file : wentAlong_) {
+      if (moves_ && PathExists(file.Source)) {
+        Fail(file.Source, "it was copied and stays: an image that stays names it or may do so");
       } else {
-        --done_;
-        Fail(fault.Source, "it is in both folders now: " + fault.Reason);
+        Tell(file.Line);
       }
     }
   }
@@ -111,6 +142,8 @@ class Bringing {
   bool moves_;
   bool replaces_;
   bool skips_;
+  std::vector<Brought> waiting_;
+  std::vector<Brought> wentAlong_;
   int done_ = 0;
   int skipped_ = 0;
   int failed_ = 0;
@@ -132,7 +165,7 @@ int RunBring(const BringCall& call) {
 int RunDelete(const std::vector<std::string>& files) {
   int done = 0;
   int status = kToolDone;
-  QHash<QString, std::shared_ptr<FolderSounds>> folders;
+  SoundFolders folders;
   QSet<QString> gone;  // Sounds that went with their images.
   StopAfterThisFile();
   for (const std::string& file : files) {
@@ -140,13 +173,10 @@ int RunDelete(const std::vector<std::string>& files) {
       break;
     }
     const QString path = FromArgument(file);
-    auto& sounds = folders[FolderOfPath(path)];
-    if (!sounds) {
-      sounds = std::make_shared<FolderSounds>(FolderOfPath(path));
-    }
+    FolderSounds& sounds = folders.Of(path);
     try {
-      if (!gone.contains(SamePath(path))) {
-        gone.insert(DeleteImage(path, *sounds));
+      if (!gone.contains(sounds.PathOf(path))) {
+        gone.insert(DeleteImage(path, sounds));
       }
       PrintLine(path + QStringLiteral(" deleted"));
       ++done;
