@@ -18,6 +18,8 @@ namespace {
 
 constexpr int kTreeWidth = 380;
 constexpr int kLookMilliseconds = 1000;
+/// Parts of the paper's colour to one of the text's.
+constexpr int kGreyShare = 4;
 constexpr int kDarkBelow = 128;
 /// Marks the entry that was added for the chosen folder.
 constexpr int kOwnEntry = Qt::UserRole + 1;
@@ -65,6 +67,7 @@ DownloadTarget::DownloadTarget(QString& path, const QStringList& recentFolders,
     watched->installEventFilter(this);
   }
   connect(panel_, &FolderPanel::FolderChanged, this, &DownloadTarget::TakeChoice);
+  ShowTreeFocus();
   look_.setInterval(kLookMilliseconds);
   connect(&look_, &QTimer::timeout, this, &DownloadTarget::ShowFault);
   look_.start();
@@ -106,6 +109,10 @@ bool DownloadTarget::eventFilter(QObject* watched, QEvent* event) {
   switch (event->type()) {
     case QEvent::FocusIn:
       isUsersAct_ = false;
+      ShowTreeFocus();
+      break;
+    case QEvent::FocusOut:
+      ShowTreeFocus();
       break;
     case QEvent::KeyPress:
     case QEvent::MouseButtonPress:
@@ -120,9 +127,26 @@ bool DownloadTarget::eventFilter(QObject* watched, QEvent* event) {
 
 void DownloadTarget::changeEvent(QEvent* event) {
   QWidget::changeEvent(event);
-  if (event->type() == QEvent::PaletteChange && fault_ != nullptr) {
+  if (event->type() == QEvent::PaletteChange && panel_ != nullptr) {
     ShowFault();
+    ShowTreeFocus();
   }
+}
+
+/// The chosen line is grey while keys go elsewhere.
+void DownloadTarget::ShowTreeFocus() {
+  QTreeView& tree = panel_->Tree();
+  QPalette colours = palette();
+  if (!tree.hasFocus()) {
+    const QColor text = colours.color(QPalette::Active, QPalette::Text);
+    const QColor base = colours.color(QPalette::Active, QPalette::Base);
+    const auto mixed = [](int of, int with) { return (of + kGreyShare * with) / (1 + kGreyShare); };
+    colours.setColor(QPalette::Highlight,
+                     QColor(mixed(text.red(), base.red()), mixed(text.green(), base.green()),
+                            mixed(text.blue(), base.blue())));
+    colours.setColor(QPalette::HighlightedText, text);
+  }
+  tree.setPalette(colours);
 }
 
 void DownloadTarget::TakeChoice(const QString& folder) {

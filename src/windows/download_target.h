@@ -48,6 +48,7 @@ class DownloadTarget : public QWidget {
   void ShowFolder();
   void ShowPlace();
   void ShowFault();
+  void ShowTreeFocus();
 
   QString& path_;
   const Strings& words_;
