@@ -9,7 +9,9 @@
 #include <QRadioButton>
 #include <QSignalBlocker>
 #include <QVBoxLayout>
+#include <algorithm>
 
+#include "core/units.h"
 #include "widgets/palette_swatch.h"
 #include "widgets/plain_text.h"
 
@@ -97,6 +99,11 @@ QWidget* DownloadOptionsPanel::MakeScale() {
     });
   }
   layout->addWidget(MakeLimits());
+  limitWords_ = new PlainLabel(box);
+  limitWords_->setObjectName(QStringLiteral("LimitWords"));
+  limitWords_->setWordWrap(true);
+  limitWords_->setContentsMargins(kIndent, 0, 0, 0);
+  layout->addWidget(limitWords_);
   units_ = {MakeRadio(Numbered("Option1", 0), 113, "Celsius", box),
             MakeRadio(Numbered("Option1", 1), 167, "Fahrenheit", box)};
   auto* const unitGroup = new QButtonGroup(box);
@@ -134,6 +141,7 @@ QWidget* DownloadOptionsPanel::MakeLimits() {
     row->addWidget(box);
     connect(box, &QLineEdit::textEdited, this, [this, &value](const QString& typed) {
       value = typed;
+      ShowLimitWords();
       Q_EMIT Changed();
     });
     return box;
@@ -181,6 +189,37 @@ void DownloadOptionsPanel::ShowLimits() {
   minimum_->setText(options_.MinTemp);
   maximum_->setText(options_.MaxTemp);
   custom_->setEnabled(options_.Scale == DownloadOptions::kCustomScale);
+  ShowLimitWords();
+}
+
+void DownloadOptionsPanel::ShowLimitWords() {
+  QStringList told;
+  for (const QString& limit : {options_.MinTemp.trimmed(), options_.MaxTemp.trimmed()}) {
+    const bool hasDigit =
+        std::any_of(limit.begin(), limit.end(), [](QChar letter) { return letter.isDigit(); });
+    if (limit.isEmpty()) {
+      told += words_.LangString(570, "An empty box counts as 0.");
+    } else if (!hasDigit) {
+      told += words_.LangString(453, "\"%1\" is not a number and counts as 0.").arg(OneLine(limit));
+    }
+  }
+  if (!(ParseNumber(options_.MinTemp) < ParseNumber(options_.MaxTemp))) {
+    told += words_.LangString(571, "The lower limit is not below the upper one.");
+  }
+  told.removeDuplicates();
+  const bool isCustom = options_.Scale == DownloadOptions::kCustomScale;
+  limitWords_->setText(isCustom ? told.join(QLatin1Char('\n')) : QString());
+  limitWords_->setVisible(!limitWords_->text().isEmpty());
+}
+
+QWidgetList DownloadOptionsPanel::FocusOrder() const {
+  QWidgetList order = {palette_};
+  order.append(QWidgetList(scales_.begin(), scales_.end()));
+  order += {minimum_, maximum_};
+  order.append(QWidgetList(units_.begin(), units_.end()));
+  order += bar_;
+  order.append(QWidgetList(overlays_.begin(), overlays_.end()));
+  return order;
 }
 
 void DownloadOptionsPanel::ShowOptions() {

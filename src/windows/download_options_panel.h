@@ -28,6 +28,8 @@ class DownloadOptionsPanel : public QWidget {
 
   /// Brings the controls into line with the record.
   void ShowOptions();
+  /// What can have the focus, as drawn.
+  QWidgetList FocusOrder() const;
 
  Q_SIGNALS:
   /// The user changed something.
@@ -41,6 +43,8 @@ class DownloadOptionsPanel : public QWidget {
   QWidget* MakeLimits();
   QLayout* MakeChecks();
   void ShowLimits();
+  /// Tells in words what limits that are none come to.
+  void ShowLimitWords();
 
   DownloadOptions& options_;
   const Palettes& palettes_;
@@ -51,6 +55,7 @@ class DownloadOptionsPanel : public QWidget {
   QWidget* custom_ = nullptr;
   QLineEdit* minimum_ = nullptr;
   QLineEdit* maximum_ = nullptr;
+  QLabel* limitWords_ = nullptr;
   QCheckBox* bar_ = nullptr;
   std::array<QCheckBox*, 6> overlays_{};
 };

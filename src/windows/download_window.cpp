@@ -6,6 +6,7 @@
 #include <QComboBox>
 #include <QDir>
 #include <QFileDialog>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QProgressBar>
@@ -19,7 +20,7 @@
 #include "windows/ask_dialogs.h"
 #include "windows/download_options_panel.h"
 #include "windows/download_preview.h"
-#include "windows/folder_panel.h"
+#include "windows/download_target.h"
 #include "windows/overwrite_dialog.h"
 
 namespace tessa {
@@ -31,7 +32,6 @@ constexpr int kFrameMilliseconds = 30;
 constexpr int kShownMilliseconds = 40;
 constexpr int kPreviewMilliseconds = 30;
 constexpr int kFirstHeight = 600;
-constexpr int kDarkBelow = 128;
 /// What a window manager's frame takes, roughly.
 const QSize kFrame(16, 48);
 
@@ -99,18 +99,15 @@ DownloadWindow::DownloadWindow(Session& session, UserSettings& user, CardLink::S
           card_, session.Words, conversion_, session.Folder, *dialogs_, *asker_, *watcher_})) {
   setObjectName(QStringLiteral("frmDownLoad"));
   setWindowTitle(session_.Words.LangString(297, "Corvane T-40 Downloader"));
-  folders_.setFilter(QDir::Dirs | QDir::NoDotAndDotDot);
-  folders_.setReadOnly(true);
-  folders_.setRootPath(QDir::rootPath());
   previewTimer_.setSingleShot(true);
   previewTimer_.setInterval(kPreviewMilliseconds);
   connect(&previewTimer_, &QTimer::timeout, this, &DownloadWindow::ShowPreview);
   engine_->Options = dwnGetUserInfo(session_.Folder);
   engine_->Begin();
   MakeControls();
-  FillPlaces();
   UseTarget(engine_->Options.TargetPath);
   ShowFormats();
+  ShowQualityColour();
   BringIntoLine();
   QCoreApplication::instance()->installEventFilter(this);
 }
@@ -123,16 +120,73 @@ DownloadWindow::~DownloadWindow() {
   }
 }
 
+bool DownloadWindow::CountedCard::DownloadImage(int folderIndex, int imageIndex,
+                                                const QString& targetPath) {
+  const bool isDone = CardLink::DownloadImage(folderIndex, imageIndex, targetPath);
+  Brought += isDone ? 1 : 0;
+  return isDone;
+}
+
+bool DownloadWindow::CountedCard::DeleteAllImages() {
+  IsDeleteFailed = !CardLink::DeleteAllImages();
+  return !IsDeleteFailed;
+}
+
+void DownloadWindow::Download(void (CameraDownload::*call)()) {
+  if (isRunning_) {
+    return;
+  }
+  account_.clear();
+  refusal_ = target_->Fault();
+  if (!refusal_.isEmpty()) {
+    BringIntoLine();
+    return;
+  }
+  const DownloadState& state = engine_->State;
+  const int images =
+      call == &CameraDownload::cmdDownload ? state.SelectedCount.toInt() : state.ImageCount.toInt();
+  card_.Brought = 0;
+  Run(call);
+  account_ = session_.Words.LangString(572, "Images: %1 brought, %2 left out")
+                 .arg(card_.Brought)
+                 .arg(images - card_.Brought);
+  BringIntoLine();
+}
+
+void DownloadWindow::DeleteAll() {
+  card_.IsDeleteFailed = false;
+  account_.clear();
+  refusal_.clear();
+  Run(&CameraDownload::cmdDeleteAll);
+}
+
+/// What a delete that failed has left is counted; its words stay.
+void DownloadWindow::ReadListAnew() {
+  DownloadState& state = engine_->State;
+  const DownloadState former = state;
+  engine_->dwnInitCam();
+  if (former.SelectedFolder < static_cast<int>(state.Folders.size())) {
+    engine_->SelectFolder(former.SelectedFolder);
+  }
+  state.Status = former.Status;
+  state.StatusColour = former.StatusColour;
+  state.Fault = former.Fault;
+}
+
 void DownloadWindow::Run(void (CameraDownload::*call)()) {
   if (isRunning_) {
     return;
   }
   isRunning_ = true;
   (*engine_.*call)();
+  if (card_.IsDeleteFailed) {
+    card_.IsDeleteFailed = false;
+    ReadListAnew();
+  }
   isRunning_ = false;
   BringIntoLine();
   previewTimer_.start();
-  close_->setFocus();
+  close_->setFocus(Qt::TabFocusReason);
   if (isLeaving_) {
     reject();
   }
@@ -143,8 +197,8 @@ void DownloadWindow::Run(void (CameraDownload::*call)()) {
 
 void DownloadWindow::done(int result) {
   if (isRunning_) {
-    isLeaving_ = true;
-    engine_->cmdAbort();  // Also while the button for it is still to come.
+    isLeaving_ = isLeaving_ || isQuitting_ || !engine_->State.AbortVisible;
+    engine_->cmdAbort();
     return;
   }
   QDialog::done(result);
@@ -166,13 +220,26 @@ bool DownloadWindow::eventFilter(QObject* watched, QEvent* event) {
 
 void DownloadWindow::showEvent(QShowEvent* event) {
   QDialog::showEvent(event);
+  setAttribute(Qt::WA_KeyboardFocusChange);  // The focus is seen before the first key.
   if (firstActivate_ && !event->spontaneous()) {
     firstActivate_ = false;
     QTimer::singleShot(kShownMilliseconds, this, [this] {
       Run(&CameraDownload::dwnInitCam);
-      target_->SetFolder(engine_->Options.TargetPath);  // A hidden tree does not scroll to it.
-      cameraFolders_->setFocus();
+      target_->KeepFolder();  // The tree has been laid out and scrolls.
+      cameraFolders_->setFocus(Qt::TabFocusReason);
     });
+  }
+}
+
+/// Return presses the button with the focus, and no other.
+void DownloadWindow::keyPressEvent(QKeyEvent* event) {
+  const bool isReturn = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+  if (!isReturn) {
+    QDialog::keyPressEvent(event);
+  } else if (auto* const button = qobject_cast<QPushButton*>(focusWidget())) {
+    if (!event->isAutoRepeat()) {
+      button->click();
+    }
   }
 }
 
@@ -180,17 +247,27 @@ void DownloadWindow::changeEvent(QEvent* event) {
   QDialog::changeEvent(event);
   if (event->type() == QEvent::PaletteChange && status_ != nullptr) {
     ShowStatus();
+    ShowQualityColour();
   }
+}
+
+/// What an empty box counts as is no less in force than what is typed.
+void DownloadWindow::ShowQualityColour() {
+  QPalette colours = palette();
+  colours.setColor(QPalette::PlaceholderText, colours.color(QPalette::Text));
+  quality_->setPalette(colours);
 }
 
 void DownloadWindow::Reconnect() {
   if (isRunning_) {
     return;
   }
+  account_.clear();
+  refusal_.clear();
   engine_->Begin();
   BringIntoLine();
   Run(&CameraDownload::dwnInitCam);
-  cameraFolders_->setFocus();
+  cameraFolders_->setFocus(Qt::TabFocusReason);
 }
 
 void DownloadWindow::UseCardFolder(const QString& folder) {
@@ -200,13 +277,7 @@ void DownloadWindow::UseCardFolder(const QString& folder) {
 }
 
 void DownloadWindow::UseTarget(const QString& folder) {
-  engine_->Options.TargetPath = folder;
-  if (target_->Folder() != folder) {
-    target_->SetFolder(folder);
-  }
-  const QString shown = ShownPath(folder);
-  targetPath_->setText(OneLine(shown));
-  targetPath_->setToolTip(PlainToolTip(shown));
+  target_->Use(folder);
 }
 
 void DownloadWindow::AskForCardFolder() {
@@ -215,16 +286,6 @@ void DownloadWindow::AskForCardFolder() {
       card_.Folder().isEmpty() ? QDir::homePath() : card_.Folder());
   if (!chosen.isEmpty()) {
     UseCardFolder(chosen);
-  }
-}
-
-void DownloadWindow::AskForTarget() {
-  const QString& target = engine_->Options.TargetPath;
-  const QString chosen =
-      QFileDialog::getExistingDirectory(this, session_.Words.LangString(255, "Target Path"),
-                                        QDir(target).exists() ? target : QDir::homePath());
-  if (!chosen.isEmpty()) {
-    UseTarget(chosen);
   }
 }
 
@@ -247,24 +308,23 @@ void DownloadWindow::BringIntoLine() {
 
 void DownloadWindow::ShowStatus() {
   const DownloadState& state = engine_->State;
-  const bool isBad = state.StatusColour == DownloadState::kDarkRed;
-  const bool isNew = status_->text() != state.Status;
-  status_->setText(state.Status);
-  const bool lacksCard = isBad && card_.Folder().isEmpty();
-  const QString fault =
+  const bool isBad = state.StatusColour == DownloadState::kDarkRed || !refusal_.isEmpty();
+  const QString status = refusal_.isEmpty() ? state.Status : refusal_;
+  const bool isNew = status_->text() != status;
+  status_->setText(status);
+  const bool lacksCard = isBad && refusal_.isEmpty() && card_.Folder().isEmpty();
+  QString fault =
       lacksCard ? session_.Words.LangString(
                       560, "No memory card was found. Choose the folder that holds its images.")
                 : OneLine(state.Fault);
+  if (!account_.isEmpty()) {
+    fault = fault.isEmpty() ? account_ : account_ + QStringLiteral(". ") + fault;
+  }
   fault_->setText(fault);
   fault_->setToolTip(PlainToolTip(fault));
-  // The told colour is for light paper.
   QPalette colours = palette();
-  const bool isDark = colours.color(QPalette::Window).lightness() < kDarkBelow;
-  const QColor bad = isDark ? QColor(0xFF, 0x8A, 0x80)
-                            : QColor(RedOf(state.StatusColour), GreenOf(state.StatusColour),
-                                     BlueOf(state.StatusColour));
   if (isBad) {
-    colours.setColor(QPalette::WindowText, bad);
+    colours.setColor(QPalette::WindowText, FaultColour(colours));
   }
   status_->setPalette(colours);
   if (isNew && !state.PercentVisible) {
@@ -353,6 +413,7 @@ void DownloadWindow::Unfold(bool unfolded) {
       move(std::max(screenArea.left(), x() - beyond), y());
     }
   }
+  QTimer::singleShot(0, target_, &DownloadTarget::ScrollToFolder);
   previewTimer_.start();
 }
 

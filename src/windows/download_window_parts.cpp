@@ -2,46 +2,31 @@
 
 #include <QCheckBox>
 #include <QComboBox>
-#include <QFileInfo>
 #include <QGridLayout>
 #include <QIntValidator>
 #include <QLabel>
 #include <QLineEdit>
 #include <QProgressBar>
 #include <QPushButton>
+#include <QRadioButton>
+#include <algorithm>
 
 #include "core/path_bytes.h"
-#include "widgets/eliding_label.h"
-#include "widgets/mnemonics.h"
 #include "widgets/plain_text.h"
+#include "windows/download_letters.h"
 #include "windows/download_options_panel.h"
 #include "windows/download_preview.h"
+#include "windows/download_target.h"
 #include "windows/download_window.h"
-#include "windows/folder_panel.h"
 
 namespace tessa {
 namespace {
 
 constexpr int kMargin = 14;
 constexpr int kGroupGap = 12;
-constexpr int kChoicesWidth = 380;
+constexpr int kButtonGap = 6;
 constexpr int kQualityCharacters = 5;
-constexpr int kMostRecentFolders = 5;
-
-QLabel* MakeHeading(const QString& text, QWidget* parent) {
-  auto* const label = new PlainLabel(text, parent);
-  QFont font = label->font();
-  font.setBold(true);
-  label->setFont(font);
-  return label;
-}
-
-QLabel* MakeElided(const char* name, QWidget* parent) {
-  auto* const label = new ElidingLabel(Qt::ElideMiddle, parent);
-  label->setObjectName(QString::fromLatin1(name));
-  label->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
-  return label;
-}
+constexpr int kMostRecentFolders = 4;
 
 /// Hidden controls keep their place, so that nothing moves when they appear.
 void KeepPlace(QWidget& widget) {
@@ -53,9 +38,9 @@ void KeepPlace(QWidget& widget) {
 }  // namespace
 
 QPushButton* DownloadWindow::MakeButton(const char* name, const QString& caption) {
-  auto* const button = new QPushButton(WithMnemonic(caption, letters_), this);
+  auto* const button = new QPushButton(caption, this);
   button->setObjectName(QString::fromLatin1(name));
-  button->setAutoDefault(false);
+  button->setAutoDefault(false);  // Return in a box of text presses none.
   return button;
 }
 
@@ -64,7 +49,13 @@ void DownloadWindow::MakeControls() {
   auto* const left = new QVBoxLayout;
   left->addLayout(MakeCard());
   left->addSpacing(kGroupGap);
-  left->addLayout(MakeTarget(), 1);
+  target_ =
+      new DownloadTarget(engine_->Options.TargetPath, RecentFolders(), session_.Words, choices_);
+  connect(target_, &DownloadTarget::Changed, this, [this] {
+    refusal_.clear();
+    ShowStatus();
+  });
+  left->addWidget(target_, 1);
   left->addSpacing(kGroupGap);
   left->addLayout(MakeFormats());
   pictureSide_ = new QWidget(choices_);
@@ -85,15 +76,56 @@ void DownloadWindow::MakeControls() {
   layout->setContentsMargins(kMargin, kMargin, kMargin, kMargin);
   layout->addWidget(choices_, 1);
   layout->addLayout(MakeEnding());
+  OrderFocus();
+  AssignLetters();
+}
+
+/// As drawn.
+void DownloadWindow::OrderFocus() {
+  QWidgetList order = {choose_, reconnect_, cameraFolders_};
+  order += target_->FocusOrder();
+  order += {sit_, bmp_, jpeg_, quality_};
+  order += options_->FocusOrder();
+  order += {abort_, download_, downloadAll_, deleteAll_, close_};
+  for (qsizetype i = 1; i < order.size(); ++i) {
+    setTabOrder(order[i - 1], order[i]);
+  }
+}
+
+/// Radio buttons are reached from the others of their group and come last.
+void DownloadWindow::AssignLetters() {
+  QList<QAbstractButton*> buttons;
+  QList<QAbstractButton*> radios;
+  for (QAbstractButton* const button : findChildren<QAbstractButton*>()) {
+    (qobject_cast<QRadioButton*>(button) != nullptr ? radios : buttons) += button;
+  }
+  QList<QLabel*> labels;
+  for (QLabel* const label : findChildren<QLabel*>()) {
+    if (label->buddy() != nullptr) {
+      labels += label;
+    }
+  }
+  buttons.removeOne(close_);
+  buttons.prepend(close_);
+  QStringList captions;
+  const auto addText = [&captions](const auto* control) { captions += control->text(); };
+  std::for_each(buttons.begin(), buttons.end(), addText);
+  std::for_each(labels.begin(), labels.end(), addText);
+  std::for_each(radios.begin(), radios.end(), addText);
+  captions = WithLetters(captions);
+  const auto takeText = [&captions](auto* control) { control->setText(captions.takeFirst()); };
+  std::for_each(buttons.begin(), buttons.end(), takeText);
+  std::for_each(labels.begin(), labels.end(), takeText);
+  std::for_each(radios.begin(), radios.end(), takeText);
 }
 
 QLayout* DownloadWindow::MakeCard() {
   const Strings& words = session_.Words;
   cardPath_ = MakeElided("CardFolder", choices_);
-  auto* const choose = MakeButton("cmdCardFolder", words.LangString(562, "Card Folder..."));
-  auto* const reconnect = MakeButton("cmdReconnect", words.LangString(563, "Reconnect"));
-  connect(choose, &QPushButton::clicked, this, &DownloadWindow::AskForCardFolder);
-  connect(reconnect, &QPushButton::clicked, this, &DownloadWindow::Reconnect);
+  choose_ = MakeButton("cmdCardFolder", words.LangString(562, "Card Folder..."));
+  reconnect_ = MakeButton("cmdReconnect", words.LangString(563, "Reconnect"));
+  connect(choose_, &QPushButton::clicked, this, &DownloadWindow::AskForCardFolder);
+  connect(reconnect_, &QPushButton::clicked, this, &DownloadWindow::Reconnect);
   auto* const listCaption = new PlainLabel(words.LangString(298, "Select Camera Folder"), choices_);
   cameraFolders_ = new QComboBox(choices_);
   cameraFolders_->setObjectName(QStringLiteral("cboCamFolders"));
@@ -101,7 +133,6 @@ QLayout* DownloadWindow::MakeCard() {
   // A long name does not widen the window.
   cameraFolders_->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
   listCaption->setBuddy(cameraFolders_);
-  listCaption->setText(WithMnemonic(listCaption->text(), letters_));
   connect(cameraFolders_, &QComboBox::activated, this, [this](int index) {
     engine_->SelectFolder(index);
     BringIntoLine();
@@ -121,9 +152,10 @@ QLayout* DownloadWindow::MakeCard() {
   selectedCount_ = addCount(1, "sspSelImgCount", 302, "Selected Image Count");
   counts->setColumnStretch(0, 1);
   auto* const buttons = new QHBoxLayout;
+  buttons->setSpacing(kButtonGap);
   buttons->addWidget(cardPath_, 1);
-  buttons->addWidget(choose);
-  buttons->addWidget(reconnect);
+  buttons->addWidget(choose_);
+  buttons->addWidget(reconnect_);
   auto* const layout = new QVBoxLayout;
   layout->addWidget(MakeHeading(words.LangString(561, "Memory Card"), choices_));
   layout->addLayout(buttons);
@@ -133,35 +165,13 @@ QLayout* DownloadWindow::MakeCard() {
   return layout;
 }
 
-QLayout* DownloadWindow::MakeTarget() {
-  const Strings& words = session_.Words;
-  const QString caption = words.LangString(255, "Target Path");
-  targetPath_ = MakeElided("TargetPath", choices_);
-  auto* const choose = MakeButton("cmdTargetFolder", QStringLiteral("\u2026"));
-  choose->setFixedWidth(choose->sizeHint().height() * 3 / 2);
-  choose->setAccessibleName(caption + QChar(0x2026));
-  choose->setToolTip(choose->accessibleName());
-  connect(choose, &QPushButton::clicked, this, &DownloadWindow::AskForTarget);
-  target_ = new FolderPanel("Drive2", "Dir2", folders_, choices_);
-  target_->setMinimumWidth(kChoicesWidth);
-  target_->SetAccessibleNames(words.LangString(155, "Drive"), caption);
-  connect(target_, &FolderPanel::FolderChanged, this, &DownloadWindow::UseTarget);
-  auto* const row = new QHBoxLayout;
-  row->addWidget(targetPath_, 1);
-  row->addWidget(choose);
-  auto* const layout = new QVBoxLayout;
-  layout->addWidget(MakeHeading(caption, choices_));
-  layout->addLayout(row);
-  layout->addWidget(target_, 1);
-  return layout;
-}
-
 QCheckBox* DownloadWindow::MakeFormat(const char* name, const char* caption, int& value) {
-  auto* const box = new QCheckBox(WithMnemonic(QString::fromLatin1(caption), letters_), choices_);
+  auto* const box = new QCheckBox(QString::fromLatin1(caption), choices_);
   box->setObjectName(QString::fromLatin1(name));
   box->setAccessibleDescription(session_.Words.LangString(176, "Image Type"));
   connect(box, &QCheckBox::clicked, this, [this, &value](bool ticked) {
     value = ticked ? 1 : 0;
+    refusal_.clear();
     ShowFormats();
     engine_->dwnCheckDownload();
     BringIntoLine();
@@ -185,7 +195,6 @@ QLayout* DownloadWindow::MakeFormats() {
   quality_->setFixedWidth(quality_->fontMetrics().averageCharWidth() * kQualityCharacters +
                           kMargin);
   qualityLabel_->setBuddy(quality_);
-  qualityLabel_->setText(WithMnemonic(qualityLabel_->text(), letters_));
   connect(quality_, &QLineEdit::textEdited, this,
           [&options](const QString& text) { options.JpegQuality = text; });
   for (QWidget* const widget : std::initializer_list<QWidget*>{qualityLabel_, quality_}) {
@@ -197,6 +206,7 @@ QLayout* DownloadWindow::MakeFormats() {
   row->addWidget(jpeg_);
   row->addStretch();
   row->addWidget(qualityLabel_);
+  row->addSpacing(kButtonGap);
   row->addWidget(quality_);
   auto* const layout = new QVBoxLayout;
   layout->addWidget(MakeHeading(words.LangString(176, "Image Type"), choices_));
@@ -219,10 +229,11 @@ QLayout* DownloadWindow::MakeEnding() {
   abort_ = MakeButton("cmdAbort", words.LangString(305, "Abort Download"));
   close_ = MakeButton("Command1", words.LangString(114, "Close"));
   KeepPlace(*abort_);
-  connect(download_, &QPushButton::clicked, this, [this] { Run(&CameraDownload::cmdDownload); });
+  connect(download_, &QPushButton::clicked, this,
+          [this] { Download(&CameraDownload::cmdDownload); });
   connect(downloadAll_, &QPushButton::clicked, this,
-          [this] { Run(&CameraDownload::cmdDownloadAll); });
-  connect(deleteAll_, &QPushButton::clicked, this, [this] { Run(&CameraDownload::cmdDeleteAll); });
+          [this] { Download(&CameraDownload::cmdDownloadAll); });
+  connect(deleteAll_, &QPushButton::clicked, this, &DownloadWindow::DeleteAll);
   connect(abort_, &QPushButton::clicked, this, [this] { engine_->cmdAbort(); });
   connect(close_, &QPushButton::clicked, this, &QDialog::reject);
   auto* const progress = new QHBoxLayout;
@@ -242,15 +253,15 @@ QLayout* DownloadWindow::MakeEnding() {
   return layout;
 }
 
-void DownloadWindow::FillPlaces() {
-  QStringList folders = {engine_->Options.TargetPath};
+QStringList DownloadWindow::RecentFolders() const {
+  QStringList folders;
   for (const QString& path : user_.RecentFiles()) {
     const QString folder = FolderOfPath(path);
     if (!folders.contains(folder) && folders.size() < kMostRecentFolders) {
       folders += folder;
     }
   }
-  target_->SetPlaces(folders, session_.Words);
+  return folders;
 }
 
 }  // namespace tessa

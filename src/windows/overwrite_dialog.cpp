@@ -1,6 +1,7 @@
 #include "windows/overwrite_dialog.h"
 
 #include <QHBoxLayout>
+#include <QKeyEvent>
 #include <QPushButton>
 #include <QResizeEvent>
 #include <QScreen>
@@ -62,15 +63,29 @@ OverwriteDialog::OverwriteDialog(const QString& fileName, const Strings& words, 
   layout->addSpacing(kMargin / 2);
   layout->addLayout(buttons);
   SetFileName(fileName);
+  setAttribute(Qt::WA_KeyboardFocusChange);  // The focus is seen before the first key.
+}
+
+/// The marked letters alone choose too, as in any question.
+void OverwriteDialog::keyPressEvent(QKeyEvent* event) {
+  for (QPushButton* const button : findChildren<QPushButton*>()) {
+    const QKeySequence letter = button->shortcut();
+    if (!letter.isEmpty() && (event->modifiers() & ~Qt::ShiftModifier) == Qt::NoModifier &&
+        letter[0].key() == event->key()) {
+      button->animateClick();
+      return;
+    }
+  }
+  QDialog::keyPressEvent(event);
 }
 
 QPushButton* OverwriteDialog::MakeButton(const char* name, const QString& caption, int reply) {
   auto* const button = new QPushButton(caption, this);
   button->setObjectName(QString::fromLatin1(name));
   // Return must not replace anything that the user did not look at.
-  button->setAutoDefault(false);
   if (reply == kNo) {
-    button->setFocus();
+    button->setDefault(true);
+    button->setFocus(Qt::TabFocusReason);
   }
   connect(button, &QPushButton::clicked, this, [this, reply] {
     reply_ = reply;

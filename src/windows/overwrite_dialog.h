@@ -22,6 +22,7 @@ class OverwriteDialog : public QDialog {
   void SetFileName(const QString& name);
 
  protected:
+  void keyPressEvent(QKeyEvent* event) override;
   void resizeEvent(QResizeEvent* event) override;
 
  private:
