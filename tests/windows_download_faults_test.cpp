@@ -15,6 +15,7 @@ class DownloadFaultsTest : public ::testing::Test {
     for (const char* folder : {"App", "card", "to/one", "to/two"}) {
       QDir().mkpath(folder_.Path(Text(folder)));
     }
+    folder_.Write(Text("App/Download.ini"), {});  // Else that of the built program counts.
     folder_.Write(Text("card/A.SIT"), EncodedScene());
     user_.SetCardFolder(folder_.Path(Text("card")));
     Open();

@@ -22,6 +22,7 @@ class DownloadWindowTest : public ::testing::Test {
     for (const char* folder : {"App", "card/101TRIP", "card/EMPTY", "target"}) {
       QDir().mkpath(folder_.Path(Text(folder)));
     }
+    folder_.Write(Text("App/Download.ini"), {});  // Else that of the built program counts.
     folder_.Write(Text("card/A.SIT"), EncodedSceneWithPhotograph());
     folder_.Write(Text("card/B.sit"), EncodedScene());
     folder_.Write(Text("card/101TRIP/C.SIT"), EncodedScene());

@@ -19,6 +19,7 @@ struct BrowserMemory {
   QString SelectedPath;  // The image that was picked last; a fitted caption after "Select All".
   QString SelectedName;
   QString CurrentPrinter;  // As chosen last; empty: the system's default.
+  QString TargetFolder;    // As chosen last; empty: that of the settings.
 };
 
 /// Width of a text in the unit of the limit that it is held against.

@@ -111,7 +111,10 @@ Answer WindowDialogs::ShowMessage(const Message& message) {
           ? QMessageBox::Yes | QMessageBox::No
           : QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel;
   const auto box = PlainMessageBox(parent_, message.Text, buttons, words_);
-  box->setWindowTitle(OneLine(message.Title));
+  box->setWindowTitle(OneLine(message.Title.simplified()));
+  if (box->button(QMessageBox::No) != nullptr) {
+    box->setDefaultButton(QMessageBox::No);  // A key pressed too often loses nothing.
+  }
   box->setIcon(message.Icon == MessageIcon::kQuestion  ? QMessageBox::Question
                : message.Icon == MessageIcon::kStop    ? QMessageBox::Critical
                : message.Icon == MessageIcon::kWarning ? QMessageBox::Warning

@@ -6,6 +6,7 @@
 #include <QLabel>
 #include <QProgressBar>
 #include <QPushButton>
+#include <QScreen>
 #include <QStandardPaths>
 
 #include "core/file_access.h"
@@ -82,9 +83,14 @@ BrowserWindow::BrowserWindow(Session& session, BrowserMemory& memory, UserSettin
   ChangePalette();
   resize(kFirstSize);
   restoreGeometry(user_.BrowserPlace());
+  if (!isMaximized()) {
+    constexpr QSize kFrame(16, 48);
+    resize(size().boundedTo(screen()->availableSize() - kFrame));
+  }
 }
 
 BrowserWindow::~BrowserWindow() {
+  pages_.Memory().TargetFolder = pages_.TargetFolder;
   if (player_ != nullptr) {
     player_->Changed = formerChanged_;
   }
@@ -116,10 +122,12 @@ bool BrowserWindow::event(QEvent* event) {
   return QDialog::event(event);
 }
 
-/// The first showing: both folders as the settings have them.
+/// The first showing: both folders as the settings have them, or as they were left.
 void BrowserWindow::Activated() {
   close_->setFocus();
-  target_->SetFolder(ExistingFolder(session_.Settings.TargetFolder));
+  const QString& lastTarget = pages_.Memory().TargetFolder;
+  target_->SetFolder(
+      ExistingFolder(PathExists(lastTarget) ? lastTarget : session_.Settings.TargetFolder));
   pages_.TargetFolder = target_->Folder();
   ChangeFolder(ExistingFolder(session_.Settings.LastFolder));
 }
@@ -323,6 +331,19 @@ void BrowserWindow::keyPressEvent(QKeyEvent* event) {
     case Qt::Key_F5:
       ReadAgain();
       return;
+    case Qt::Key_Return:
+    case Qt::Key_Enter:
+      if (event->modifiers().testFlag(Qt::AltModifier)) {
+        ShowInfoOfCurrent();
+        return;
+      }
+      // "Close", where the focus begins, leaves the key to "Load".
+      if (auto* const button = qobject_cast<QPushButton*>(focusWidget());
+          button != nullptr && button != close_) {
+        button->click();
+        return;
+      }
+      break;
     case Qt::Key_A:
       if (control) {
         shift ? ResetAll() : SelectAll();

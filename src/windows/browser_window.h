@@ -96,6 +96,8 @@ class BrowserWindow : public QDialog {
   void OpenTile(int tile);
   void ShowTileMenu(int tile, bool onPicture, QPoint at);
   void ShowInfo(int tile);
+  /// Of the tile that the keys are at.
+  void ShowInfoOfCurrent();
   void PlayTile(int tile);
   void LoadSelected();
   void SelectAll();

@@ -76,6 +76,13 @@ void BrowserWindow::ShowTileMenu(int tile, bool onPicture, QPoint at) {
   }
 }
 
+void BrowserWindow::ShowInfoOfCurrent() {
+  if (pages_.PageCount > 0 &&
+      !pages_.Places[static_cast<std::size_t>(grid_->Current())].Path.isEmpty()) {
+    ShowInfo(grid_->Current());
+  }
+}
+
 void BrowserWindow::ShowInfo(int tile) {
   const ImageInfo info = InfoOfTile(pages_, tile, session_.Words);
   ImageInfoDialog dialog(info, session_.Words, this);

@@ -81,6 +81,10 @@ void TileGrid::keyPressEvent(QKeyEvent* event) {
       return;
     case Qt::Key_Return:
     case Qt::Key_Enter:
+      if (event->modifiers().testFlag(Qt::AltModifier)) {
+        QWidget::keyPressEvent(event);
+        return;
+      }
       Q_EMIT DoubleClicked(current_);
       return;
     default:
