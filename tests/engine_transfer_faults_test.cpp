@@ -63,11 +63,12 @@ TEST_F(TransferFaults, ASourceGoesOnlyWhileItsCopyStandsAndItWasNotWrittenTo) {
   for (const char* name : {"a.sit", "b.sit", "c.sit"}) {
     Bring(transfer, name);
   }
+  // Longer than a tick of the file system's clock, by which what is written later is told.
+  std::this_thread::sleep_for(std::chrono::milliseconds(20));
   ::unlink(PathOf(far_, "a.sit"));
   Write(far_, "b.sit", Bytes(image_.size(), 7));
   struct stat before {};
   ::stat(PathOf(from_, "c.sit"), &before);
-  std::this_thread::sleep_for(std::chrono::milliseconds(20));
   Write(from_, "c.sit", Bytes(image_.size(), 9));
   const std::array times = {before.st_atim, before.st_mtim};
   ::utimensat(AT_FDCWD, PathOf(from_, "c.sit"), times.data(), 0);
