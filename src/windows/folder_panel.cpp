@@ -20,7 +20,7 @@ namespace {
 constexpr int kRestMilliseconds = 150;
 constexpr int kScrollMilliseconds = 30;
 constexpr int kSettleMilliseconds = 3000;
-constexpr int kSmallestTree = 110;
+constexpr int kSmallestTree = 52;
 
 /// Where memory cards and sticks are mounted.
 bool IsCard(const QString& root) {

@@ -3,6 +3,7 @@
 #include <QApplication>
 #include <QKeyEvent>
 #include <QPainter>
+#include <QScreen>
 #include <algorithm>
 
 namespace tessa {
@@ -10,6 +11,9 @@ namespace {
 
 constexpr int kGap = 6;
 constexpr QSize kSmallestTile(160, 150);
+/// Where the screen is too low for that, as a much enlarged one is.
+constexpr QSize kSmallestTileOnLowScreen(120, 96);
+constexpr int kLowScreen = 650;
 constexpr int kSmallestColumns = 4;
 
 }  // namespace
@@ -17,16 +21,18 @@ constexpr int kSmallestColumns = 4;
 TileGrid::TileGrid(QWidget* parent) : QWidget(parent) {
   setObjectName(QStringLiteral("TileGrid"));
   constexpr int kSmallestRows = (ThumbnailPages::kTiles + kSmallestColumns - 1) / kSmallestColumns;
-  setMinimumSize(kSmallestColumns * (kSmallestTile.width() + kGap) - kGap,
-                 kSmallestRows * (kSmallestTile.height() + kGap) - kGap);
+  const QSize tile =
+      screen()->availableSize().height() < kLowScreen ? kSmallestTileOnLowScreen : kSmallestTile;
+  setMinimumSize(kSmallestColumns * (tile.width() + kGap) - kGap,
+                 kSmallestRows * (tile.height() + kGap) - kGap);
   for (int i = 0; i < ThumbnailPages::kTiles; ++i) {
-    auto* const tile = new TileWidget(i, this);
-    tiles_[static_cast<std::size_t>(i)] = tile;
-    tile->hide();
-    connect(tile, &TileWidget::Focused, this, [this, i] { SetCurrent(i); });
-    connect(tile, &TileWidget::Picked, this, [this, i] { Q_EMIT Picked(i); });
-    connect(tile, &TileWidget::DoubleClicked, this, [this, i] { Q_EMIT DoubleClicked(i); });
-    connect(tile, &TileWidget::MenuAsked, this,
+    auto* const made = new TileWidget(i, this);
+    tiles_[static_cast<std::size_t>(i)] = made;
+    made->hide();
+    connect(made, &TileWidget::Focused, this, [this, i] { SetCurrent(i); });
+    connect(made, &TileWidget::Picked, this, [this, i] { Q_EMIT Picked(i); });
+    connect(made, &TileWidget::DoubleClicked, this, [this, i] { Q_EMIT DoubleClicked(i); });
+    connect(made, &TileWidget::MenuAsked, this,
             [this, i](bool onPicture, QPoint at) { Q_EMIT MenuAsked(i, onPicture, at); });
   }
   SetCurrent(0);
