@@ -233,4 +233,8 @@ void DownloadTarget::ShowFault() {
   }
 }
 
+void DownloadTarget::Settle() {
+  panel_->Settle();
+}
+
 }  // namespace tessa

@@ -25,6 +25,8 @@ class DownloadTarget : public QWidget {
                  QWidget* parent);
 
   void Use(const QString& folder);
+  /// A folder that keys have just run to is chosen at once.
+  void Settle();
   /// Why nothing can be written there; empty when it can.
   QString Fault() const;
   /// Shows the chosen folder in the tree again.

@@ -137,6 +137,7 @@ void DownloadWindow::Download(void (CameraDownload::*call)()) {
     return;
   }
   account_.clear();
+  target_->Settle();
   refusal_ = target_->Fault();
   if (!refusal_.isEmpty()) {
     BringIntoLine();
